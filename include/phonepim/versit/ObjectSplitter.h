@@ -1,0 +1,32 @@
+// Splitting a file that holds many versit objects (a phone's whole address
+// book export) into one vObject per BEGIN...END.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "phonepim/versit/vObject.h"
+
+namespace phonepim {
+
+/// Where one object stands in a buffer.
+struct VersitObjectSpan {
+  std::size_t offset = 0;     ///< first byte of its BEGIN line
+  std::size_t length = 0;     ///< through the line end after its END line
+  std::size_t firstLine = 0;  ///< 1-based line number of its BEGIN line
+  bool terminated = true;     ///< false when the buffer ended before its END
+};
+
+/// Finds the objects in `buffer`. An object starts at a line that begins
+/// "BEGIN:" (any case) outside another object and ends with the "END:" line
+/// that closes it; nested BEGIN/END pairs (an event inside a calendar, an
+/// agent card inside a card) stay inside their object. LF and CRLF line ends
+/// both work; text between objects is skipped. An object still open when the
+/// buffer ends runs to the end and is marked unterminated.
+std::vector<VersitObjectSpan> FindVersitObjects(std::string_view buffer);
+
+/// The objects of `buffer` as vObjects (their IDs unassigned), in order.
+vObjectPtrArray SplitVersitObjects(std::string_view buffer);
+
+}  // namespace phonepim
