@@ -73,6 +73,8 @@ INSTANTIATE_TEST_SUITE_P(
         // UTF-16 unit order: a surrogate pair sorts below U+FFFF.
         CompareCase{u"\U0001F600", u"\uFFFF", -1, -1},
         CompareCase{u"a\0b"s, u"a\0B"s, 0, 1},
+        CompareCase{u"\xD800" u"a", u"\xD800" u"A", 0, 1},
+        CompareCase{u"\xDC00", u"\xD800", 1, 1},
         CompareCase{u"a\0b"s, u"a", 1, 1}));
 
 // --- MakeUpper ---
