@@ -249,6 +249,25 @@ TEST_F(qp_encode_death, qpencode2_asserts_before_writing_past_capacity) {
       kWrittenText);
 }
 
+// A negative length needs no capacity by the formula, but the final soft
+// break still has to fit.
+TEST(qp_encode_capacity, final_soft_break_is_checked_too) {
+  ScopedAssertionHandler handler(&ThrowingAssertionHandler);
+  const unsigned char src[] = {'a'};
+  char dst[4] = {'#', '#', '#', '#'};
+  int capacity = 2;
+  try {
+    QPEncode2(src, -1, dst, &capacity, kQPFinalSoftBreak);
+    ADD_FAILURE() << "no assertion";
+  } catch (const AssertionFailure& failure) {
+    EXPECT_EQ(failure.text(), "*pnDestLen >= nWritten");
+  }
+  EXPECT_EQ(std::string(dst, 4), "####");
+  capacity = 3;
+  ASSERT_EQ(QPEncode2(src, -1, dst, &capacity, kQPFinalSoftBreak), 1);
+  EXPECT_EQ(std::string(dst, static_cast<std::size_t>(capacity)), "=\r\n");
+}
+
 TEST(qp_encode_capacity, write_check_leaves_bytes_past_capacity_alone) {
   if (sizeof(unsigned long) < 8) GTEST_SKIP() << "needs a 64-bit unsigned long";
   ScopedAssertionHandler handler(&ThrowingAssertionHandler);
