@@ -46,7 +46,8 @@ const Corpus& TheCorpus() {
     static const char* const kPhrases[] = {
         "\xE6\x9D\xB1\xE4\xBA\xAC\xE9\x83\xBD\xE6\xB8\x8B\xE8\xB0\xB7\xE5\x8C\xBA ",
         "\xE5\xB1\xB1\xE7\x94\xB0\xE5\xA4\xAA\xE9\x83\x8E ",
-        "\xE3\x81\x8A\xE7\x96\xB2\xE3\x82\x8C\xE6\xA7\x98\xE3\x81\xA7\xE3\x81\x99\xE3\x80\x82",
+        "\xE3\x81\x8A\xE7\x96\xB2\xE3\x82\x8C\xE6\xA7\x98"
+        "\xE3\x81\xA7\xE3\x81\x99\xE3\x80\x82",
         "Stra\xC3\x9F" "e 12, M\xC3\xBCnchen; ",
         "Caf\xC3\xA9 de la Gare, 75010 Paris. ",
         "Call back after 6pm = office closed. ",
@@ -75,10 +76,10 @@ const Corpus& TheCorpus() {
     // Photo-like bytes: random, so no run-length help either way.
     std::string binary(kCorpusBytes * 3 / 4, '\0');
     for (char& b : binary) b = static_cast<char>(engine());
-    c.base64.assign(static_cast<std::size_t>(Base64encode_len(static_cast<int>(binary.size()))),
-                    '\0');
-    c.base64.resize(static_cast<std::size_t>(
-        Base64encode(c.base64.data(), binary.data(), static_cast<int>(binary.size())) - 1));
+    const int binaryLen = static_cast<int>(binary.size());
+    c.base64.assign(static_cast<std::size_t>(Base64encode_len(binaryLen)), '\0');
+    c.base64.resize(
+        static_cast<std::size_t>(Base64encode(c.base64.data(), binary.data(), binaryLen) - 1));
     return c;
   }();
   return corpus;
@@ -96,7 +97,8 @@ void BM_NGDecodeQuotedPrintableX_values(benchmark::State& state) {
     benchmark::ClobberMemory();
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * c.qpValueBytes));
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * c.qpValues.size()));
+  state.SetItemsProcessed(
+      static_cast<std::int64_t>(state.iterations() * c.qpValues.size()));
 }
 BENCHMARK(BM_NGDecodeQuotedPrintableX_values);
 

@@ -30,7 +30,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       phonepim::Base64encode_len(n)) {
     std::abort();
   }
-  std::vector<char> back(static_cast<std::size_t>(phonepim::Base64decode_len(again.data())));
+  const int backLen = phonepim::Base64decode_len(again.data());
+  std::vector<char> back(static_cast<std::size_t>(backLen));
   if (phonepim::Base64decode(back.data(), again.data()) != n ||
       std::memcmp(back.data(), out.data(), static_cast<std::size_t>(n)) != 0) {
     std::abort();

@@ -61,8 +61,10 @@ Bytes DecodeEscapedCharString(const char* s, unsigned long len) {
   // The result ends at the first NUL, which may come from the input itself
   // (a NUL right after a backslash was skipped with it, so it does not).
   if (out.empty()) return out;
-  const auto* nul = static_cast<const std::uint8_t*>(std::memchr(out.data(), 0, out.size()));
-  if (nul != nullptr) out.resize(static_cast<std::size_t>(nul - out.data()));
+  const void* nul = std::memchr(out.data(), 0, out.size());
+  if (nul != nullptr) {
+    out.resize(static_cast<std::size_t>(static_cast<const std::uint8_t*>(nul) - out.data()));
+  }
   return out;
 }
 

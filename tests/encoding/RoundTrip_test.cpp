@@ -146,9 +146,9 @@ TEST(qp_round_trip, header_encoder_then_ng_decode_with_underscore_rule) {
   ByteSource source(31337);
   for (int i = 0; i < kCases; ++i) {
     const std::string in = source.Next();
+    const auto length = static_cast<unsigned int>(in.size());
     std::vector<char> dst(3 * in.size() + 1);
-    const int n = NGEncodeQuotedPrintable(in.data(), static_cast<unsigned int>(in.size()),
-                                          dst.data(), static_cast<unsigned int>(3 * in.size()));
+    const int n = NGEncodeQuotedPrintable(in.data(), length, dst.data(), 3 * length);
     ASSERT_GE(n, 0);
     const std::string qp(dst.data(), static_cast<std::size_t>(n));
     EXPECT_EQ(qp.find('_'), std::string::npos);
