@@ -12,7 +12,8 @@
 namespace phonepim {
 namespace {
 
-// Encoders write upper-case hex only; phones compare escapes byte for byte.
+// The encoders write upper-case hex only, so the same value always gives
+// the same text (the sync side compares written values byte for byte).
 constexpr char s_chHexChars[] = "0123456789ABCDEF";
 
 // Hex digit values (either case), -1 for every other byte. A table keeps the
@@ -53,8 +54,9 @@ constexpr std::array<bool, 256> MakeHeaderLiteral() {
 }
 constexpr std::array<bool, 256> kHeaderLiteral = MakeHeaderLiteral();
 
-// The byte a decoded literal becomes: itself, or for the phone reading a
-// space where an '_' stands.
+// What a literal byte decodes to. Phones write '_' for a space in
+// quoted-printable (the mail header-word habit), so under the underscore
+// rule it reads back as a space.
 constexpr std::array<unsigned char, 256> MakeByteMap(bool underscoreIsSpace) {
   std::array<unsigned char, 256> table{};
   for (int c = 0; c < 256; ++c) {
