@@ -5,6 +5,7 @@
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cmath>
@@ -34,24 +35,32 @@ std::int32_t ClampToInt32(std::int64_t value) {
 }
 
 // Building a calendar means loading zone rules, which costs far more than
-// any field computation; values are made over and over in one or two zones,
-// so each thread keeps the calendar of the zone it used last.
+// any field computation. Values are made over and over in a handful of zones
+// (the default zone and "GMT", as the reader alternates between them), so
+// each thread keeps the calendars of the last few zones it used.
 icu::GregorianCalendar* CalendarFor(const String& zone) {
   struct Cached {
     String zone;
     std::unique_ptr<icu::GregorianCalendar> calendar;
   };
-  thread_local Cached cached;
-  if (!cached.calendar || cached.zone != zone) {
-    UErrorCode status = U_ZERO_ERROR;
-    auto calendar = std::make_unique<icu::GregorianCalendar>(
-        icu::TimeZone::createTimeZone(ToICU(zone)), status);
-    if (U_FAILURE(status)) return nullptr;
-    cached.zone = zone;
-    cached.calendar = std::move(calendar);
+  constexpr std::size_t kSlots = 4;
+  thread_local std::array<Cached, kSlots> cache;
+  thread_local std::size_t nextSlot = 0;
+  for (Cached& entry : cache) {
+    if (entry.calendar && entry.zone == zone) {
+      entry.calendar->clear();
+      return entry.calendar.get();
+    }
   }
-  cached.calendar->clear();
-  return cached.calendar.get();
+  UErrorCode status = U_ZERO_ERROR;
+  auto calendar = std::make_unique<icu::GregorianCalendar>(
+      icu::TimeZone::createTimeZone(ToICU(zone)), status);
+  if (U_FAILURE(status)) return nullptr;
+  Cached& entry = cache[nextSlot];
+  nextSlot = (nextSlot + 1) % kSlots;
+  entry.zone = zone;
+  entry.calendar = std::move(calendar);
+  return entry.calendar.get();
 }
 
 std::int64_t Field(const icu::Calendar& calendar, UCalendarDateFields field) {
@@ -130,11 +139,12 @@ double DateInZone(const DateComponents& comps, const String& zone) {
 
 int OffsetFromGMT(const String& zone, double date) {
   if (!std::isfinite(date)) return 0;
-  const std::unique_ptr<icu::TimeZone> timeZone(icu::TimeZone::createTimeZone(ToICU(zone)));
+  const icu::GregorianCalendar* calendar = CalendarFor(zone);
+  if (!calendar) return 0;
   std::int32_t raw = 0;
   std::int32_t daylight = 0;
   UErrorCode status = U_ZERO_ERROR;
-  timeZone->getOffset(date * 1000.0, false, raw, daylight, status);
+  calendar->getTimeZone().getOffset(date * 1000.0, false, raw, daylight, status);
   if (U_FAILURE(status)) return 0;
   return (raw + daylight) / 1000;
 }
