@@ -46,6 +46,8 @@ icu::GregorianCalendar* CalendarFor(const String& zone) {
   constexpr std::size_t kSlots = 4;
   thread_local std::array<Cached, kSlots> cache;
   thread_local std::size_t nextSlot = 0;
+  // Every caller starts from a cleared calendar: a new one holds the fields
+  // of now, milliseconds included, and a cached one those of its last use.
   for (Cached& entry : cache) {
     if (entry.calendar && entry.zone == zone) {
       entry.calendar->clear();
@@ -60,6 +62,7 @@ icu::GregorianCalendar* CalendarFor(const String& zone) {
   nextSlot = (nextSlot + 1) % kSlots;
   entry.zone = zone;
   entry.calendar = std::move(calendar);
+  entry.calendar->clear();
   return entry.calendar.get();
 }
 
