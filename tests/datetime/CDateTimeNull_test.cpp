@@ -10,7 +10,7 @@ namespace {
 using testing::ScopedClock;
 using testing::ScopedDefaultZone;
 
-TEST(CDateTimeNull, StartsNullAtNow) {
+TEST(date_time_null, starts_null_at_now) {
   const ScopedDefaultZone zone("America/New_York");
   const ScopedClock clock(1246449600.0);
   const CDateTimeNull value;
@@ -21,7 +21,7 @@ TEST(CDateTimeNull, StartsNullAtNow) {
   EXPECT_EQ(0xFFFF, value.systemTime().wDayOfWeek);
 }
 
-TEST(CDateTimeNull, InheritedConstructorsMakeValidValues) {
+TEST(date_time_null, inherited_constructors_make_valid_values) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   const CDateTimeNull fromDate(1235210400.0, CDateTime::kTimeZoneTypeGMT);
   EXPECT_EQ(CDateTime::kStatusValid, fromDate.GetStatus());
@@ -32,7 +32,7 @@ TEST(CDateTimeNull, InheritedConstructorsMakeValidValues) {
   EXPECT_EQ(32400, fromFields.bias());
 }
 
-TEST(CDateTimeNull, SetDateTimeTakesTheDateButStaysNull) {
+TEST(date_time_null, set_date_time_takes_the_date_but_stays_null) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   CDateTimeNull value;
   const CDateTime given(MakeDateComponents(2009, 2, 21, 10, 0, 0), CDateTime::kTimeZoneTypeLocal);
@@ -51,7 +51,7 @@ TEST(CDateTimeNull, SetDateTimeTakesTheDateButStaysNull) {
   EXPECT_EQ(5.0, valid.date());
 }
 
-TEST(CDateTimeNull, NullAndTheCDateTimeView) {
+TEST(date_time_null, null_and_the_plain_date_time_view) {
   const ScopedDefaultZone zone("UTC");
   CDateTimeNull value(100.0, CDateTime::kTimeZoneTypeLocal);
   CDateTime& plain = value.CDateTime();

@@ -14,7 +14,9 @@ struct SpanParts {
   std::int64_t totalHours, totalMinutes, totalSeconds;
 };
 
-class CDateTimeSpanParts : public ::testing::TestWithParam<SpanParts> {};
+void PrintTo(const SpanParts& row, std::ostream* os) { *os << row.seconds << " s"; }
+
+class span_parts : public ::testing::TestWithParam<SpanParts> {};
 
 // Every part truncates toward zero, so the parts of a negative span are all
 // negative (or 0).
@@ -32,9 +34,9 @@ const SpanParts kParts[] = {
     {31622400, 366, 0, 0, 0, 8784, 527040, 31622400},
 };
 
-INSTANTIATE_TEST_SUITE_P(Table, CDateTimeSpanParts, ::testing::ValuesIn(kParts));
+INSTANTIATE_TEST_SUITE_P(table, span_parts, ::testing::ValuesIn(kParts));
 
-TEST_P(CDateTimeSpanParts, SplitsTowardZero) {
+TEST_P(span_parts, splits_toward_zero) {
   const SpanParts& row = GetParam();
   const CDateTimeSpan span(row.seconds);
   EXPECT_EQ(row.days, span.GetDays());
@@ -46,7 +48,7 @@ TEST_P(CDateTimeSpanParts, SplitsTowardZero) {
   EXPECT_EQ(row.totalSeconds, span.GetTotalSeconds());
 }
 
-TEST(CDateTimeSpan, SetDateTimeSpanAddsTheParts) {
+TEST(span, set_date_time_span_adds_the_parts) {
   CDateTimeSpan span(7.5);
   span.SetDateTimeSpan(1, 2, 3, 4);
   EXPECT_EQ(93784, span.GetTotalSeconds());
@@ -67,7 +69,7 @@ TEST(CDateTimeSpan, SetDateTimeSpanAddsTheParts) {
   EXPECT_EQ(-185542587187200, span.GetTotalSeconds());
 }
 
-TEST(CDateTimeSpan, HugeAndNaNSpansSaturate) {
+TEST(span, huge_and_nan_spans_saturate) {
   const CDateTimeSpan huge(1e300);
   EXPECT_EQ(std::numeric_limits<std::int64_t>::max(), huge.GetTotalSeconds());
   EXPECT_EQ(std::numeric_limits<std::int64_t>::max(), huge.GetTotalHours());
@@ -89,7 +91,11 @@ struct SpanEquality {
   bool equal;
 };
 
-class CDateTimeSpanIsEqual : public ::testing::TestWithParam<SpanEquality> {};
+void PrintTo(const SpanEquality& row, std::ostream* os) {
+  *os << row.self << " vs " << row.other;
+}
+
+class span_is_equal : public ::testing::TestWithParam<SpanEquality> {};
 
 // The other span's whole seconds against this span's exact length.
 const SpanEquality kEqualities[] = {
@@ -98,9 +104,9 @@ const SpanEquality kEqualities[] = {
     {-90, 90, false},   {0, 0.9, true},       {0, -0.9, true},      {86400, 86400, true},
 };
 
-INSTANTIATE_TEST_SUITE_P(Table, CDateTimeSpanIsEqual, ::testing::ValuesIn(kEqualities));
+INSTANTIATE_TEST_SUITE_P(table, span_is_equal, ::testing::ValuesIn(kEqualities));
 
-TEST_P(CDateTimeSpanIsEqual, ComparesTheOthersWholeSeconds) {
+TEST_P(span_is_equal, compares_the_others_whole_seconds) {
   const SpanEquality& row = GetParam();
   EXPECT_EQ(row.equal, CDateTimeSpan(row.self).IsEqual(CDateTimeSpan(row.other)));
 }

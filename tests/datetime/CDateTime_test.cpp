@@ -37,6 +37,8 @@ const Zone kZones[] = {
     {"America/New_York", 1235228400, -18000, -14400, 5, -17762},
 };
 
+void PrintTo(const Zone& zone, std::ostream* os) { *os << zone.name; }
+
 std::string ZoneTestName(const ::testing::TestParamInfo<Zone>& info) {
   std::string name = info.param.name;
   for (char& c : name) {
@@ -76,16 +78,16 @@ void ExpectFields(const CDateTime& value, std::int64_t year, std::int64_t month,
   EXPECT_EQ(second, value.second());
 }
 
-class CDateTimeInZone : public ::testing::TestWithParam<Zone> {
+class date_time_in_zone : public ::testing::TestWithParam<Zone> {
  protected:
   const Zone& zone() const { return GetParam(); }
   String zoneName() const { return U16(GetParam().name); }
   ScopedDefaultZone defaultZone_{GetParam().name};
 };
 
-INSTANTIATE_TEST_SUITE_P(Zones, CDateTimeInZone, ::testing::ValuesIn(kZones), ZoneTestName);
+INSTANTIATE_TEST_SUITE_P(zones, date_time_in_zone, ::testing::ValuesIn(kZones), ZoneTestName);
 
-TEST_P(CDateTimeInZone, DateWithYearIsGMTTypedButReadInTheDefaultZone) {
+TEST_P(date_time_in_zone, date_with_year_is_gmt_typed_but_read_in_the_default_zone) {
   const CDateTime value = CDateTime::dateWithYear(2009, 2, 21, 10, 0, 0);
   EXPECT_EQ(CDateTime::kTimeZoneTypeGMT, value.timeZoneType());
   EXPECT_EQ(0, value.bias());
@@ -98,7 +100,7 @@ TEST_P(CDateTimeInZone, DateWithYearIsGMTTypedButReadInTheDefaultZone) {
   EXPECT_TRUE(IsAllZero(value.timeZoneInformation()));
 }
 
-TEST_P(CDateTimeInZone, ComponentsWithAWeekdayShowItInTheMirror) {
+TEST_P(date_time_in_zone, components_with_a_weekday_show_it_in_the_mirror) {
   DateComponents comps = MakeDateComponents(2009, 2, 21, 10, 0, 0);
   comps.weekday = 7;
   const CDateTime value(comps, CDateTime::kTimeZoneTypeLocal);
@@ -107,7 +109,7 @@ TEST_P(CDateTimeInZone, ComponentsWithAWeekdayShowItInTheMirror) {
   EXPECT_EQ(comps, value.dateComponents());
 }
 
-TEST_P(CDateTimeInZone, LocalComponentsTakeTheOffsetAtTheirOwnInstant) {
+TEST_P(date_time_in_zone, local_components_take_the_offset_at_their_own_instant) {
   const CDateTime winter(MakeDateComponents(2009, 2, 21, 10, 0, 0),
                          CDateTime::kTimeZoneTypeLocal);
   EXPECT_EQ(zone().winterOffset, winter.bias());
@@ -117,7 +119,7 @@ TEST_P(CDateTimeInZone, LocalComponentsTakeTheOffsetAtTheirOwnInstant) {
   EXPECT_EQ(zoneName(), summer.timeZone());
 }
 
-TEST_P(CDateTimeInZone, LocalInstantHasBiasZeroAndFullMirrors) {
+TEST_P(date_time_in_zone, local_instant_has_bias_zero_and_full_mirrors) {
   const CDateTime value(1235210400.0, CDateTime::kTimeZoneTypeLocal);
   EXPECT_EQ(0, value.bias());
   EXPECT_EQ(CDateTime::kTimeZoneTypeLocal, value.timeZoneType());
@@ -140,7 +142,7 @@ TEST_P(CDateTimeInZone, LocalInstantHasBiasZeroAndFullMirrors) {
   EXPECT_EQ(0, info.DaylightBias);
 }
 
-TEST_P(CDateTimeInZone, GMTInstantKeepsGMTButReadsItsFieldsInTheDefaultZone) {
+TEST_P(date_time_in_zone, gmt_instant_keeps_gmt_but_reads_its_fields_in_the_default_zone) {
   const CDateTime value(1235210400.0, CDateTime::kTimeZoneTypeGMT);
   EXPECT_EQ(u"GMT", value.timeZone());
   EXPECT_EQ(0, value.bias());
@@ -149,7 +151,7 @@ TEST_P(CDateTimeInZone, GMTInstantKeepsGMTButReadsItsFieldsInTheDefaultZone) {
   EXPECT_STREQ("GMT", value.timeZoneInformation().DaylightName);
 }
 
-TEST_P(CDateTimeInZone, NowTakesTheZoneOffsetAsBias) {
+TEST_P(date_time_in_zone, now_takes_the_zone_offset_as_bias) {
   const ScopedClock clock(kSummerNow + 0.75);
   const CDateTime now;
   EXPECT_EQ(kSummerNow + 0.75, now.date());
@@ -162,7 +164,7 @@ TEST_P(CDateTimeInZone, NowTakesTheZoneOffsetAsBias) {
   EXPECT_EQ(0xFFFF, now.systemTime().wDayOfWeek);
 }
 
-TEST_P(CDateTimeInZone, SetYearReadsTheFieldsAsGMTWallClock) {
+TEST_P(date_time_in_zone, set_year_reads_the_fields_as_gmt_wall_clock) {
   CDateTime value(1235210400.0, CDateTime::kTimeZoneTypeLocal);
   const _TIME_ZONE_INFORMATION before = value.timeZoneInformation();
   value.setWeekday(3);
@@ -176,7 +178,7 @@ TEST_P(CDateTimeInZone, SetYearReadsTheFieldsAsGMTWallClock) {
   EXPECT_EQ(0, std::memcmp(&before, &value.timeZoneInformation(), sizeof before));
 }
 
-TEST_P(CDateTimeInZone, SetYearKeepsTypeAndBias) {
+TEST_P(date_time_in_zone, set_year_keeps_type_and_bias) {
   CDateTime value(MakeDateComponents(2009, 7, 1, 12, 0, 0), CDateTime::kTimeZoneTypeLocal);
   value.SetYear(2010, 13, 1, 0, 0, 0);  // lenient: January 2011
   EXPECT_EQ(zone().summerOffset, value.bias());
@@ -185,7 +187,7 @@ TEST_P(CDateTimeInZone, SetYearKeepsTypeAndBias) {
   EXPECT_EQ(13, value.month());
 }
 
-TEST_P(CDateTimeInZone, DaysSinceEraCountsFromYearZeroInTheCalendarZone) {
+TEST_P(date_time_in_zone, days_since_era_counts_from_year_zero_in_the_calendar_zone) {
   const CDateTime epoch(0.0, CDateTime::kTimeZoneTypeLocal);
   // 1 January of year 0 (Julian) is 719530 days before 1970; the zone's
   // local mean time of that era moves the start.
@@ -198,14 +200,14 @@ TEST_P(CDateTimeInZone, DaysSinceEraCountsFromYearZeroInTheCalendarZone) {
   EXPECT_EQ(719530.75, gmt.daysSinceEra());
 }
 
-TEST_P(CDateTimeInZone, ValueKeepsTheCalendarOfItsZone) {
+TEST_P(date_time_in_zone, value_keeps_the_calendar_of_its_zone) {
   const CDateTime epoch(0.0, CDateTime::kTimeZoneTypeLocal);
   const ScopedDefaultZone elsewhere("Asia/Kolkata");
   EXPECT_DOUBLE_EQ(719530.0 + zone().lmtOffset / 86400.0, epoch.daysSinceEra());
   EXPECT_EQ(zoneName(), epoch.timeZone());
 }
 
-TEST_P(CDateTimeInZone, SystemTimeAddsTheZoneOffsetOfNow) {
+TEST_P(date_time_in_zone, system_time_adds_the_zone_offset_of_now) {
   const CDateTime local(1235210400.0, CDateTime::kTimeZoneTypeLocal);
   for (const auto& [now, offset] : {std::pair{kWinterNow, zone().winterOffset},
                                     std::pair{kSummerNow, zone().summerOffset}}) {
@@ -219,7 +221,7 @@ TEST_P(CDateTimeInZone, SystemTimeAddsTheZoneOffsetOfNow) {
   }
 }
 
-TEST_P(CDateTimeInZone, LocalTimeSubtractsTheZoneOffsetOfNow) {
+TEST_P(date_time_in_zone, local_time_subtracts_the_zone_offset_of_now) {
   const CDateTime typedGMT = CDateTime::dateWithYear(2009, 2, 21, 10, 0, 0);
   for (const auto& [now, offset] : {std::pair{kWinterNow, zone().winterOffset},
                                     std::pair{kSummerNow, zone().summerOffset}}) {
@@ -236,7 +238,7 @@ TEST_P(CDateTimeInZone, LocalTimeSubtractsTheZoneOffsetOfNow) {
   EXPECT_EQ(5000.0, inGMT.LocalTime().date());
 }
 
-TEST_P(CDateTimeInZone, ConversionToTheOwnTypeIsACopy) {
+TEST_P(date_time_in_zone, conversion_to_the_own_type_is_a_copy) {
   const ScopedClock clock(kSummerNow);
   CDateTime gmt = CDateTime::dateWithYear(2009, 2, 21, 10, 0, 0);
   gmt.SetStatus(CDateTime::kStatusNull);
@@ -252,7 +254,7 @@ TEST_P(CDateTimeInZone, ConversionToTheOwnTypeIsACopy) {
   EXPECT_EQ(zone().summerOffset, sameLocal.bias());
 }
 
-TEST_P(CDateTimeInZone, CalendarDateReadsTheFieldsInTheValuesZone) {
+TEST_P(date_time_in_zone, calendar_date_reads_the_fields_in_the_values_zone) {
   // A GMT-typed instant keeps the default zone's fields but the zone "GMT":
   // its calendar date is that wall clock read as GMT.
   const CDateTime gmt(1235210400.0, CDateTime::kTimeZoneTypeGMT);
@@ -266,7 +268,7 @@ TEST_P(CDateTimeInZone, CalendarDateReadsTheFieldsInTheValuesZone) {
   EXPECT_EQ(1235210400.0, same.date);
 }
 
-TEST_P(CDateTimeInZone, ResetGoesToDayZeroOfYearZero) {
+TEST_P(date_time_in_zone, reset_goes_to_day_zero_of_year_zero) {
   CDateTime value(1235210400.0, CDateTime::kTimeZoneTypeGMT);
   const _TIME_ZONE_INFORMATION before = value.timeZoneInformation();
   value.reset();
@@ -280,7 +282,7 @@ TEST_P(CDateTimeInZone, ResetGoesToDayZeroOfYearZero) {
   EXPECT_EQ(CDateTime::kTimeZoneTypeGMT, value.timeZoneType());
 }
 
-TEST_P(CDateTimeInZone, ResetWithDateTimeTakesInstantAndTypeOnly) {
+TEST_P(date_time_in_zone, reset_with_date_time_takes_instant_and_type_only) {
   const CDateTime summerGMT = CDateTime::dateWithYear(2009, 7, 1, 12, 0, 0);
   const CDateTime summerLocal(MakeDateComponents(2009, 7, 1, 12, 0, 0),
                               CDateTime::kTimeZoneTypeLocal);
@@ -309,7 +311,7 @@ TEST_P(CDateTimeInZone, ResetWithDateTimeTakesInstantAndTypeOnly) {
                    value.daysSinceEra());
 }
 
-TEST_P(CDateTimeInZone, ResetWithItselfKeepsTheInstant) {
+TEST_P(date_time_in_zone, reset_with_itself_keeps_the_instant) {
   CDateTime value(MakeDateComponents(2009, 7, 1, 12, 0, 0), CDateTime::kTimeZoneTypeLocal);
   const double date = value.date();
   value.resetWithDateTime(value);
@@ -317,7 +319,7 @@ TEST_P(CDateTimeInZone, ResetWithItselfKeepsTheInstant) {
   ExpectFields(value, 2009, 7, 1, 12, 0, 0);
 }
 
-TEST_P(CDateTimeInZone, IntervalsGiveLocalValuesReadOnTheWallClock) {
+TEST_P(date_time_in_zone, intervals_give_local_values_read_on_the_wall_clock) {
   // A day of 86400 seconds after midnight of the spring-forward day ends at
   // 01:00 in New York.
   const int hourAfter = zone().name == "America/New_York" ? 1 : 0;
@@ -344,7 +346,12 @@ struct WallClock {
   int bias;
 };
 
-class CDateTimeWallClock : public ::testing::TestWithParam<WallClock> {};
+void PrintTo(const WallClock& row, std::ostream* os) {
+  *os << row.zone << " " << row.year << "-" << row.month << "-" << row.day << " " << row.hour
+      << ":" << row.minute << ":" << row.second;
+}
+
+class date_time_wall_clock : public ::testing::TestWithParam<WallClock> {};
 
 // Components and instants both ways, across New York's daylight-saving
 // changes of 2009 and the usual calendar corners.
@@ -363,9 +370,9 @@ const WallClock kWallClocks[] = {
     {"America/New_York", 2038, 1, 19, 3, 14, 8, 2147501648, -18000},
 };
 
-INSTANTIATE_TEST_SUITE_P(Table, CDateTimeWallClock, ::testing::ValuesIn(kWallClocks));
+INSTANTIATE_TEST_SUITE_P(table, date_time_wall_clock, ::testing::ValuesIn(kWallClocks));
 
-TEST_P(CDateTimeWallClock, ComponentsAndInstantsAgree) {
+TEST_P(date_time_wall_clock, components_and_instants_agree) {
   const WallClock& row = GetParam();
   const ScopedDefaultZone zone(row.zone);
   const DateComponents comps =
@@ -379,7 +386,7 @@ TEST_P(CDateTimeWallClock, ComponentsAndInstantsAgree) {
   EXPECT_TRUE(fromInstant.isEqualToDateComponents(comps));
 }
 
-TEST(CDateTimeDaylightSaving, WallClockTimesThatDoNotExistOrRepeat) {
+TEST(date_time_daylight_saving, wall_clock_times_that_do_not_exist_or_repeat) {
   const ScopedDefaultZone zone("America/New_York");
   // 02:30 on the spring-forward day does not exist: it is read with the
   // offset before the change and lands on 03:30.
@@ -399,7 +406,7 @@ TEST(CDateTimeDaylightSaving, WallClockTimesThatDoNotExistOrRepeat) {
   EXPECT_EQ(30, firstTime.minute());
 }
 
-TEST(CDateTime, SpansAndDifferences) {
+TEST(date_time, spans_and_differences) {
   const ScopedDefaultZone zone("UTC");
   const CDateTime early(1000.5, CDateTime::kTimeZoneTypeLocal);
   const CDateTime late(4600.0, CDateTime::kTimeZoneTypeGMT);
@@ -412,7 +419,7 @@ TEST(CDateTime, SpansAndDifferences) {
   EXPECT_EQ(1, late.spanFromDate(whole).GetHours());
 }
 
-TEST(CDateTime, CompareOrdersByInstantOnly) {
+TEST(date_time, compare_orders_by_instant_only) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   const CDateTime a(100.0, CDateTime::kTimeZoneTypeLocal);
   const CDateTime b(100.5, CDateTime::kTimeZoneTypeGMT);
@@ -421,7 +428,7 @@ TEST(CDateTime, CompareOrdersByInstantOnly) {
   EXPECT_EQ(0, a.compare(CDateTime(100.0, CDateTime::kTimeZoneTypeGMT)));
 }
 
-TEST(CDateTime, IsEqualNeedsInstantTypeAndZone) {
+TEST(date_time, is_equal_needs_instant_type_and_zone) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   const CDateTime base(1235210400.0, CDateTime::kTimeZoneTypeLocal);
   EXPECT_TRUE(base.IsEqual(base));
@@ -445,7 +452,7 @@ TEST(CDateTime, IsEqualNeedsInstantTypeAndZone) {
   EXPECT_FALSE(base.isEqualToDate(1235210400.001));
 }
 
-TEST(CDateTime, IsEqualToDateComponentsComparesEightFields) {
+TEST(date_time, is_equal_to_date_components_compares_eight_fields) {
   const ScopedDefaultZone zone("UTC");
   DateComponents comps = MakeDateComponents(2009, 2, 21, 10, 30, 15);
   comps.week = 8;
@@ -468,7 +475,7 @@ TEST(CDateTime, IsEqualToDateComponentsComparesEightFields) {
   EXPECT_TRUE(value.isEqualToDateComponents(ignored));
 }
 
-TEST(CDateTime, FieldSettersLeaveInstantAndMirrorsAlone) {
+TEST(date_time, field_setters_leave_instant_and_mirrors_alone) {
   const ScopedDefaultZone zone("UTC");
   CDateTime value(1235210400.0, CDateTime::kTimeZoneTypeLocal);
   const _SYSTEMTIME before = value.systemTime();
@@ -501,7 +508,7 @@ TEST(CDateTime, FieldSettersLeaveInstantAndMirrorsAlone) {
   EXPECT_EQ(8, value.weekday());
 }
 
-TEST(CDateTime, CopiesAreIndependent) {
+TEST(date_time, copies_are_independent) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   const CDateTime original(1235210400.0, CDateTime::kTimeZoneTypeLocal);
   CDateTime copy = original;
@@ -514,7 +521,7 @@ TEST(CDateTime, CopiesAreIndependent) {
   EXPECT_EQ(19, original.systemTime().wHour);
 }
 
-TEST(CDateTime, DateTimeWithCalendarDatePutsTheWeekdayInTheDay) {
+TEST(date_time, date_time_with_calendar_date_puts_the_weekday_in_the_day) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   // Saturday 2009-02-21 10:30 GMT: weekday 6 becomes the day.
   const CalendarDate saturday{1235212200.0, u"GMT"};
@@ -535,7 +542,7 @@ TEST(CDateTime, DateTimeWithCalendarDatePutsTheWeekdayInTheDay) {
   EXPECT_TRUE(some->IsEqual(value));
 }
 
-TEST(CDateTime, DateTimeWithCalendarDateIsGMTTypedInTheSystemZone) {
+TEST(date_time, date_time_with_calendar_date_is_gmt_typed_in_the_system_zone) {
   const ScopedDefaultZone zone("UTC");
   const String system = SystemTimeZoneName();
   const String other = system == u"Asia/Tokyo" ? u"Europe/Berlin" : u"Asia/Tokyo";
@@ -546,7 +553,7 @@ TEST(CDateTime, DateTimeWithCalendarDateIsGMTTypedInTheSystemZone) {
   EXPECT_EQ(CDateTime::kTimeZoneTypeLocal, inOther.timeZoneType());
 }
 
-TEST(CDateTime, LongZoneNamesAreCutToTheRecordField) {
+TEST(date_time, long_zone_names_are_cut_to_the_record_field) {
   const std::string longName = "America/Argentina/ComodRivadavia";  // 32 bytes
   const ScopedDefaultZone zone(longName);
   ASSERT_EQ(U16(longName), DefaultTimeZoneName());
@@ -556,7 +563,7 @@ TEST(CDateTime, LongZoneNamesAreCutToTheRecordField) {
   EXPECT_EQ(0, value.timeZoneInformation().StandardDate.wSecond);
 }
 
-TEST(CDateTime, InstantsWithoutFieldsShowUndefinedEverywhere) {
+TEST(date_time, instants_without_fields_show_undefined_everywhere) {
   const ScopedDefaultZone zone("UTC");
   for (double date : {std::nan(""), std::numeric_limits<double>::infinity(),
                       -std::numeric_limits<double>::infinity()}) {
@@ -572,7 +579,7 @@ TEST(CDateTime, InstantsWithoutFieldsShowUndefinedEverywhere) {
   }
 }
 
-TEST(CDateTime, ExtremeFieldsAndInstantsStayFinite) {
+TEST(date_time, extreme_fields_and_instants_stay_finite) {
   const ScopedDefaultZone zone("America/New_York");
   const std::int64_t extremes[] = {std::numeric_limits<std::int64_t>::min(),
                                    std::numeric_limits<std::int32_t>::min(), -1,

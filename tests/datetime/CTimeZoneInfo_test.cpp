@@ -23,7 +23,7 @@ CTimeZoneInfo FullInfo() {
   return info;
 }
 
-TEST(CTimeZoneInfo, ACompleteInfoEqualsItselfOnly) {
+TEST(time_zone_info, a_complete_info_equals_itself_only) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   const CTimeZoneInfo info = FullInfo();
   EXPECT_TRUE(info.IsEqual(info));
@@ -35,7 +35,7 @@ TEST(CTimeZoneInfo, ACompleteInfoEqualsItselfOnly) {
   EXPECT_EQ(u"GMT+09:00", info.TimeZone());
 }
 
-TEST(CTimeZoneInfo, AnyMissingComparedFieldMakesItUnequal) {
+TEST(time_zone_info, any_missing_compared_field_makes_it_unequal) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   const std::function<void(CTimeZoneInfo&)> drops[] = {
       [](CTimeZoneInfo& i) { i.Bias.reset(); },

@@ -32,21 +32,23 @@ const ZoneDates kZoneDates[] = {
     {"America/New_York", 1235230200, 1236488400, -62135769600.0 + 17762},
 };
 
-class DateFromComponentsInZone : public ::testing::TestWithParam<ZoneDates> {
+void PrintTo(const ZoneDates& row, std::ostream* os) { *os << row.zone; }
+
+class date_from_components : public ::testing::TestWithParam<ZoneDates> {
  protected:
   ScopedDefaultZone zone_{GetParam().zone};
 };
 
-INSTANTIATE_TEST_SUITE_P(Zones, DateFromComponentsInZone, ::testing::ValuesIn(kZoneDates));
+INSTANTIATE_TEST_SUITE_P(zones, date_from_components, ::testing::ValuesIn(kZoneDates));
 
-TEST_P(DateFromComponentsInZone, ReadsTheFieldsAsDefaultZoneWallClock) {
+TEST_P(date_from_components, reads_the_fields_as_default_zone_wall_clock) {
   const DateComponents comps = MakeDateComponents(2009, 2, 21, 10, 30, 0);
   EXPECT_EQ(GetParam().feb21At1030, DateFromComponents(comps));
   // Despite the name, FloorTime keeps the time of day.
   EXPECT_EQ(GetParam().feb21At1030, FloorTime(comps));
 }
 
-TEST_P(DateFromComponentsInZone, MissingFieldsTakeTheFirstOfEverything) {
+TEST_P(date_from_components, missing_fields_take_the_first_of_everything) {
   EXPECT_EQ(GetParam().yearOne, DateFromComponents(DateComponents{}));
   DateComponents yearOnly;
   yearOnly.year = 2009;
@@ -55,7 +57,7 @@ TEST_P(DateFromComponentsInZone, MissingFieldsTakeTheFirstOfEverything) {
   EXPECT_EQ(GetParam().secondSundayOfMarch, DateFromComponents(yearOnly));
 }
 
-TEST_P(DateFromComponentsInZone, WeekdayAndOrdinalPlaceADayWithoutOne) {
+TEST_P(date_from_components, weekday_and_ordinal_place_a_day_without_one) {
   DateComponents comps;
   comps.year = 2009;
   comps.month = 3;
@@ -68,7 +70,7 @@ TEST_P(DateFromComponentsInZone, WeekdayAndOrdinalPlaceADayWithoutOne) {
   EXPECT_EQ(GetParam().secondSundayOfMarch, DateFromComponents(comps));
 }
 
-TEST(DateFunctions, LocalTimeAndSystemTimeConvertOnlyWhenAsked) {
+TEST(date_functions, local_time_and_system_time_convert_only_when_asked) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   const ScopedClock clock(1246449600.0);
   const CDateTime gmt = CDateTime::dateWithYear(2009, 2, 21, 10, 0, 0);
@@ -90,7 +92,7 @@ TEST(DateFunctions, LocalTimeAndSystemTimeConvertOnlyWhenAsked) {
   }
 }
 
-TEST(DateFunctions, GetTimeZoneInformationWritesNothing) {
+TEST(date_functions, get_time_zone_information_writes_nothing) {
   _TIME_ZONE_INFORMATION info;
   std::memset(&info, 0xA5, sizeof info);
   _TIME_ZONE_INFORMATION before;
@@ -105,7 +107,9 @@ struct ZoneName {
   std::optional<std::string> canonical;
 };
 
-class TimeZoneWithNameTable : public ::testing::TestWithParam<ZoneName> {};
+void PrintTo(const ZoneName& row, std::ostream* os) { *os << '"' << row.name << '"'; }
+
+class time_zone_with_name : public ::testing::TestWithParam<ZoneName> {};
 
 const ZoneName kZoneNames[] = {
     {"Asia/Tokyo", "Asia/Tokyo"},
@@ -121,9 +125,9 @@ const ZoneName kZoneNames[] = {
     {"", std::nullopt},
 };
 
-INSTANTIATE_TEST_SUITE_P(Table, TimeZoneWithNameTable, ::testing::ValuesIn(kZoneNames));
+INSTANTIATE_TEST_SUITE_P(table, time_zone_with_name, ::testing::ValuesIn(kZoneNames));
 
-TEST_P(TimeZoneWithNameTable, KnowsTheZoneOrSaysNothing) {
+TEST_P(time_zone_with_name, knows_the_zone_or_says_nothing) {
   const std::optional<String> zone = TimeZoneWithName(U16(GetParam().name));
   if (GetParam().canonical) {
     ASSERT_TRUE(zone);
@@ -133,7 +137,7 @@ TEST_P(TimeZoneWithNameTable, KnowsTheZoneOrSaysNothing) {
   }
 }
 
-TEST(TimeZones, SecondsFromGMTFollowsDaylightSaving) {
+TEST(time_zones, seconds_from_gmt_follows_daylight_saving) {
   EXPECT_EQ(-18000, SecondsFromGMT(u"America/New_York", 1236495599));
   EXPECT_EQ(-14400, SecondsFromGMT(u"America/New_York", 1236495600));
   EXPECT_EQ(-14400, SecondsFromGMT(u"America/New_York", 1257055199));
@@ -144,7 +148,7 @@ TEST(TimeZones, SecondsFromGMTFollowsDaylightSaving) {
   EXPECT_EQ(0, SecondsFromGMT(u"Asia/Tokyo", std::nan("")));
 }
 
-TEST(TimeZones, DefaultZoneFollowsTheScopedDefault) {
+TEST(time_zones, default_zone_follows_the_scoped_default) {
   {
     const ScopedDefaultZone zone("Europe/Berlin");
     EXPECT_EQ(u"Europe/Berlin", DefaultTimeZoneName());
@@ -157,7 +161,7 @@ TEST(TimeZones, DefaultZoneFollowsTheScopedDefault) {
   EXPECT_EQ(u"GMT", GMTTimeZoneName());
 }
 
-TEST(CalendarDate, FieldsAreReadInTheDatesZone) {
+TEST(calendar_date, fields_are_read_in_the_dates_zone) {
   const ScopedDefaultZone zone("America/New_York");
   const CalendarDate tokyo =
       CalendarDate::dateWithYear(2009, 2, 22, 0, 15, 30, u"Asia/Tokyo");

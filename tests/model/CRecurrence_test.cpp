@@ -199,12 +199,12 @@ std::vector<SetterCase> SetterCases() {
   };
 }
 
-class CRecurrenceSetter : public ::testing::TestWithParam<SetterCase> {};
+class recurrence_setter : public ::testing::TestWithParam<SetterCase> {};
 
-INSTANTIATE_TEST_SUITE_P(Bounds, CRecurrenceSetter, ::testing::ValuesIn(SetterCases()),
+INSTANTIATE_TEST_SUITE_P(bounds, recurrence_setter, ::testing::ValuesIn(SetterCases()),
                          [](const auto& info) { return info.param.name; });
 
-TEST_P(CRecurrenceSetter, AcceptsOrStopsWithTheExactText) {
+TEST_P(recurrence_setter, accepts_or_stops_with_the_exact_text) {
   const SetterCase& c = GetParam();
   CRecurrence recurrence;
   if (c.failure == nullptr) {
@@ -212,11 +212,12 @@ TEST_P(CRecurrenceSetter, AcceptsOrStopsWithTheExactText) {
     ASSERT_NE(nullptr, recurrence.GetRecurrenceData());
     EXPECT_EQ(c.type, recurrence.GetRecurrenceData()->Type());
   } else {
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_DEATH(c.call(recurrence), FailurePattern(c.failure));
   }
 }
 
-TEST_P(CRecurrenceSetter, OnlyAnAcceptedCallReplacesTheRule) {
+TEST_P(recurrence_setter, only_an_accepted_call_replaces_the_rule) {
   const SetterCase& c = GetParam();
   const ScopedAssertionHandler throwing(&ThrowingAssertionHandler);
   CRecurrence recurrence;
@@ -244,7 +245,7 @@ TEST_P(CRecurrenceSetter, OnlyAnAcceptedCallReplacesTheRule) {
   EXPECT_EQ((std::vector<std::int64_t>{2, 4}), Numbers(weekly->ArrayWeekday()));
 }
 
-TEST(CRecurrence, SettersFillTheRuleInAscendingOrder) {
+TEST(recurrence, setters_fill_the_rule_in_ascending_order) {
   CRecurrence recurrence;
   recurrence.SetDaily(200, 12, nullptr);
   const RecurrenceData* daily = recurrence.GetRecurrenceData();
@@ -285,7 +286,7 @@ TEST(CRecurrence, SettersFillTheRuleInAscendingOrder) {
   EXPECT_EQ((std::vector<std::int64_t>{1, 12}), Numbers(byMonth->ArrayMonth()));
 }
 
-TEST(CRecurrence, YearlyByDayKeepsItsEndDate) {
+TEST(recurrence, yearly_by_day_keeps_its_end_date) {
   const ScopedDefaultZone zone("Asia/Tokyo");
   CDateTime until(MakeDateComponents(2010, 1, 1, 9, 0, 0), CDateTime::kTimeZoneTypeLocal);
   until.SetStatus(CDateTime::kStatusNull);
@@ -306,7 +307,7 @@ TEST(CRecurrence, YearlyByDayKeepsItsEndDate) {
   EXPECT_EQ(0, stored.bias());
 }
 
-TEST(CRecurrence, ResetDropsTheRule) {
+TEST(recurrence, reset_drops_the_rule) {
   CRecurrence recurrence;
   recurrence.SetDaily(1, 0, nullptr);
   recurrence.ResetRecurrenceData();
@@ -314,7 +315,7 @@ TEST(CRecurrence, ResetDropsTheRule) {
   EXPECT_EQ(nullptr, recurrence.GetNestedRecurrenceData());
 }
 
-TEST(CRecurrence, CopiesAreDeep) {
+TEST(recurrence, copies_are_deep) {
   CRecurrence original;
   original.SetMonthlyByDay(1, Ints({1, 15}), 0, nullptr);
   CRecurrence copy = original;
@@ -335,7 +336,7 @@ TEST(CRecurrence, CopiesAreDeep) {
   EXPECT_EQ(nullptr, assigned.GetRecurrenceData());
 }
 
-TEST(CRecurrence, IsEqualWithAndWithoutRules) {
+TEST(recurrence, is_equal_with_and_without_rules) {
   CRecurrence none;
   CRecurrence otherNone;
   EXPECT_TRUE(none.IsEqual(otherNone));
@@ -368,7 +369,11 @@ struct SortedCase {
   std::vector<std::int64_t> expected;
 };
 
-class AddSortedTable : public ::testing::TestWithParam<SortedCase> {};
+void PrintTo(const SortedCase& row, std::ostream* os) {
+  *os << ::testing::PrintToString(row.start) << " + " << ::testing::PrintToString(row.added);
+}
+
+class add_sorted : public ::testing::TestWithParam<SortedCase> {};
 
 const SortedCase kSortedCases[] = {
     {{}, {3, 1, 3, 2}, {1, 2, 3}},
@@ -388,9 +393,9 @@ const SortedCase kSortedCases[] = {
     {{5, 1}, {1}, {5, 1}},
 };
 
-INSTANTIATE_TEST_SUITE_P(Table, AddSortedTable, ::testing::ValuesIn(kSortedCases));
+INSTANTIATE_TEST_SUITE_P(table, add_sorted, ::testing::ValuesIn(kSortedCases));
 
-TEST_P(AddSortedTable, WalksFromTheEnd) {
+TEST_P(add_sorted, walks_from_the_end) {
   Array array;
   for (int v : GetParam().start) array.emplace_back(v);
   for (int v : GetParam().added) AddSorted(array, v);

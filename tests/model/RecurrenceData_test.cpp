@@ -19,7 +19,7 @@ Array Ints(std::initializer_list<int> values) {
   return array;
 }
 
-TEST(RecurrenceData, KindsStartWithTheirTypeEveryOnceWithoutCount) {
+TEST(recurrence_data, kinds_start_with_their_type_every_once_without_count) {
   const std::vector<std::pair<std::unique_ptr<RecurrenceData>, int>> kinds = [] {
     std::vector<std::pair<std::unique_ptr<RecurrenceData>, int>> v;
     v.emplace_back(std::make_unique<DailyData>(), 1);
@@ -46,7 +46,11 @@ struct NumberLists {
   bool equal;
 };
 
-class IsEqualNumberArrayDataTable : public ::testing::TestWithParam<NumberLists> {};
+void PrintTo(const NumberLists& row, std::ostream* os) {
+  *os << ::testing::PrintToString(row.a) << " in " << ::testing::PrintToString(row.b);
+}
+
+class is_equal_number_array_data : public ::testing::TestWithParam<NumberLists> {};
 
 // Every number of the first list somewhere in the second, and nothing more.
 const NumberLists kNumberLists[] = {
@@ -55,9 +59,9 @@ const NumberLists kNumberLists[] = {
     {{1, 1}, {1}, true},      {{2}, {1, 3}, false},       {{-5, 5}, {5, -5, 0}, true},
 };
 
-INSTANTIATE_TEST_SUITE_P(Table, IsEqualNumberArrayDataTable, ::testing::ValuesIn(kNumberLists));
+INSTANTIATE_TEST_SUITE_P(table, is_equal_number_array_data, ::testing::ValuesIn(kNumberLists));
 
-TEST_P(IsEqualNumberArrayDataTable, IsOneSided) {
+TEST_P(is_equal_number_array_data, is_one_sided) {
   Array a;
   Array b;
   for (int v : GetParam().a) a.emplace_back(v);
@@ -65,7 +69,7 @@ TEST_P(IsEqualNumberArrayDataTable, IsOneSided) {
   EXPECT_EQ(GetParam().equal, IsEqualNumberArrayData(a, b));
 }
 
-TEST(RecurrenceData, IsEqualComparesTypeIntervalDurationAndEndDate) {
+TEST(recurrence_data, is_equal_compares_type_interval_duration_and_end_date) {
   const ScopedDefaultZone zone("America/New_York");
   const DailyData base;
   const std::function<void(RecurrenceData&)> changes[] = {
@@ -96,7 +100,7 @@ TEST(RecurrenceData, IsEqualComparesTypeIntervalDurationAndEndDate) {
   EXPECT_EQ(Ints({-1}), codecFields.bydayfreq());
 }
 
-TEST(RecurrenceData, EndDatesCompareByInstantTypeAndZone) {
+TEST(recurrence_data, end_dates_compare_by_instant_type_and_zone) {
   const ScopedDefaultZone zone("America/New_York");
   DailyData a;
   DailyData b;
@@ -128,7 +132,7 @@ TEST(RecurrenceData, EndDatesCompareByInstantTypeAndZone) {
   EXPECT_FALSE(a.IsEqual(b));
 }
 
-TEST(RecurrenceData, ListsAreComparedOwnListFirst) {
+TEST(recurrence_data, lists_are_compared_own_list_first) {
   WeeklyData monday;
   monday.ArrayWeekday() = Ints({1});
   WeeklyData mondayWednesday;
@@ -173,7 +177,7 @@ TEST(RecurrenceData, ListsAreComparedOwnListFirst) {
   EXPECT_TRUE(day100.IsEqual(day100));
 }
 
-TEST(RecurrenceData, OtherKindsAreNeverEqualToAKindWithLists) {
+TEST(recurrence_data, other_kinds_are_never_equal_to_a_kind_with_lists) {
   WeeklyData weekly;
   MonthlyByPosData byPos;
   byPos.setType(RecurrenceData::kWeekly);
@@ -185,7 +189,7 @@ TEST(RecurrenceData, OtherKindsAreNeverEqualToAKindWithLists) {
   EXPECT_TRUE(daily.IsEqual(weekly));
 }
 
-TEST(RecurrenceData, CloneCopiesKindAndLists) {
+TEST(recurrence_data, clone_copies_kind_and_lists) {
   MonthlyByPosData original;
   original.setInterval(3);
   original.ArrayWeekPos() = Ints({-1});
