@@ -1,0 +1,7 @@
+#include "phonepim/datetime/CDateTimeNull.h"
+
+namespace phonepim {
+
+CDateTimeNull::CDateTimeNull() { SetStatus(kStatusNull); }
+
+}  // namespace phonepim
