@@ -38,14 +38,6 @@ TEST(CEmail, initialisers) {
   EXPECT_EQ(labelled.GetLabel(), label);
 }
 
-TEST(CEmail, set_address_and_type) {
-  CEmail email;
-  email.SetEmail(u"x@y");
-  email.SetType(kEmailTypeCell);
-  EXPECT_EQ(email.GetEmail(), u"x@y");
-  EXPECT_EQ(email.Param(), 0x4u);
-}
-
 TEST(CEmail, keeps_its_label_alive) {
   auto label = std::make_shared<const String>(u"Private");
   const std::weak_ptr<const String> watch = label;

@@ -88,14 +88,6 @@ TEST(CItem, copy_shares_the_value_object_until_set_again) {
   EXPECT_NE(copy.DataObject(), original.DataObject());
 }
 
-TEST(CItem, setters_of_id_and_type) {
-  CItem item;
-  item.setThisID(-7);
-  item.setParam(0xFFFFFFFFu);
-  EXPECT_EQ(item.thisID(), -7);
-  EXPECT_EQ(item.Param(), 0xFFFFFFFFu);
-}
-
 struct ItemEqualityCase {
   const char* name;
   const char* data;

@@ -22,12 +22,6 @@ TEST(CMessengerID, initialisers) {
   const CMessengerID typed("someone", kMessengerTypeSkype, 4);
   EXPECT_EQ(typed.GetType(), 0x8u);
   EXPECT_EQ(typed.thisID(), 4);
-
-  CMessengerID changed = typed;
-  changed.SetNumber(u"other");
-  changed.SetType(kMessengerTypeICQ);
-  EXPECT_EQ(changed.GetMessengerID(), u"other");
-  EXPECT_EQ(changed.Param(), 0x40u);
 }
 
 struct MessengerEqualityCase {

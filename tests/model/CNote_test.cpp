@@ -23,12 +23,6 @@ TEST(CNote, initialisers) {
   EXPECT_EQ(withID.GetNote(), u"n");
   EXPECT_EQ(withID.GetType(), 0u);
   EXPECT_EQ(withID.thisID(), 17);
-
-  CNote changed = withID;
-  changed.SetNote(u"m");
-  changed.SetType(3);
-  EXPECT_EQ(changed.GetNote(), u"m");
-  EXPECT_EQ(changed.Param(), 3u);
 }
 
 struct NoteEqualityCase {

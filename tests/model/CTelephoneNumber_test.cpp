@@ -37,15 +37,6 @@ TEST(CTelephoneNumber, initialisers) {
   EXPECT_EQ(labelled.GetLabel(), label);
 }
 
-TEST(CTelephoneNumber, set_number_and_type) {
-  CTelephoneNumber number("1", kTelephoneTypeHome, 0);
-  number.SetNumber(u"2");
-  number.SetType(kTelephoneTypeCell);
-  EXPECT_EQ(number.GetNumber(), u"2");
-  EXPECT_EQ(number.Data(), u"2");
-  EXPECT_EQ(number.GetType(), kTelephoneTypeCell);
-}
-
 TEST(CTelephoneNumber, keeps_its_label_alive_and_lets_it_go) {
   auto label = std::make_shared<const String>(u"Main");
   const std::weak_ptr<const String> watch = label;
