@@ -46,14 +46,36 @@ class CCcustomTypeT {
 };
 
 /// The table: entries in registration order and the last code handed out.
+///
+/// Registration. The argument is the type-parameter text as the reader has
+/// it: "X-CUSTOM(label)", or "X-CUSTOM(CHARSET=UTF-8,ENCODING=
+/// QUOTED-PRINTABLE,label)", possibly behind other parameters
+/// ("PREF=X-CUSTOM(Main)").
+///
+/// Every registration takes the next code and appends a new entry, even for
+/// a label that is already in the table. When the argument begins with the
+/// quoted-printable prefix (exact case), the label is the argument with
+/// every prefix (any case), every "==" and every "custom(" (any case)
+/// removed, in that order and one pass each, and its last character (the
+/// closing parenthesis) dropped, then quoted-printable decoded as UTF-8
+/// (`_` reads as a space; nothing when decoding fails). Any other argument
+/// is kept whole as the label, parentheses and all: the callers strip what
+/// they need when they print it.
+///
+/// An empty argument, or one made only of the removed pieces, has no last
+/// character to drop: the registration throws std::out_of_range after the
+/// counter has moved on, and no entry is added. The reader never passes
+/// such a text.
 class CCustomType {
  public:
   /// The single shared table, made on first use and kept for the life of
   /// the process.
   static CCustomType& Inst();
+  CCustomType(const CCustomType&) = delete;
+  CCustomType& operator=(const CCustomType&) = delete;
 
-  /// Registers the label carried by `str` (see below) and returns its new
-  /// code.
+  /// Registers the label carried by `str` (see the class comment) and
+  /// returns its new code.
   std::uint32_t ConvertCustomTypeFromString(const String& str);
 
   /// Registers the label carried by `str` like ConvertCustomTypeFromString
@@ -71,24 +93,6 @@ class CCustomType {
   /// then find another label or none. Nothing in the library calls it:
   /// codes keep growing for the life of the process.
   bool DeleteAllItem();
-
-  // Registration. `str` is the type-parameter text as the reader has it,
-  // "X-CUSTOM(label)" or "X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,
-  // label)" possibly behind other parameters ("PREF=X-CUSTOM(Main)").
-  //
-  // Every registration takes the next code and appends a new entry, even for
-  // a label that is already in the table. When `str` begins with the
-  // quoted-printable prefix (exact case), the label is `str` with every
-  // prefix (any case), every "==" and every "custom(" (any case) removed and
-  // its last character (the closing parenthesis) dropped, then
-  // quoted-printable decoded as UTF-8 (nothing when that fails). Any other
-  // `str` is kept whole as the label, parentheses and all: the callers strip
-  // what they need when they print it.
-  //
-  // An empty `str`, or one made only of the removed pieces, has no last
-  // character to drop: the registration throws std::out_of_range after the
-  // counter has moved on, and no entry is added. The reader never passes
-  // such a text.
 
  private:
   CCustomType();
