@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds="${1:-30}"
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz
+cmake --build --preset fuzz -j2
 status=0
 for harness in build/fuzz/fuzz/fuzz_*; do
   [ -x "$harness" ] || continue

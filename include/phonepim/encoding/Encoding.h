@@ -39,7 +39,9 @@ void QPDecode(const char* src, int len, String* out, int outLen);
 /// Shift_JIS, anything else UTF-8. Encodings 1 and 3 are quoted-printable
 /// decoded first (`_` reads as a space); every other encoding, BASE64
 /// included, takes the bytes as they stand. Nothing when the bytes are not
-/// valid in the charset or the quoted-printable cannot be decoded.
+/// valid in the charset or the quoted-printable cannot be decoded (a
+/// trailing '='), and for a negative `len` or null `bytes` with a `len`.
+/// Exactly `len` bytes are read; a NUL among them is a character.
 std::optional<String> Decode(const void* bytes, int len, int charset, int encoding);
 
 /// Puts a backslash before every `\` and `;`.
@@ -47,12 +49,14 @@ String EncodeEscapedCharString(const String& s);
 
 /// Undoes escapes in a structured value's bytes the way phones expect: a
 /// backslash is kept and the byte after it is dropped, whatever it is
-/// ("a\;b" gives "a\b", "a\\b" gives "a\b"). A NUL ends the text.
+/// ("a\;b" gives "a\b", "a\\b" gives "a\b"). A NUL ends the text, unless
+/// it is the byte a backslash skips. A null `s` gives no bytes.
 Bytes DecodeEscapedCharString(const char* s, unsigned long len);
 
 /// The same rule on UTF-16 units, and every other unit is narrowed to its low
 /// 8 bits, sign-extended (U+00E9 becomes U+FFE9, U+4E2D becomes U+002D).
-/// Deliberate: the value handlers depend on it.
+/// Deliberate: the value handlers depend on it. Only U+005C itself escapes;
+/// a unit that merely narrows to a backslash (U+015C) does not.
 String DecodeEscapedCharString(const String& s);
 
 }  // namespace phonepim

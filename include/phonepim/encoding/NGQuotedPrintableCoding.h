@@ -20,7 +20,10 @@ inline constexpr unsigned int kQPDotStuffing = 1;
 inline constexpr unsigned int kQPFinalSoftBreak = 2;
 
 /// Capacity an encoder needs for `nSrcLen` bytes:
-/// ((3 * nSrcLen) / 68 + nSrcLen) * 3 + 3.
+/// ((3 * nSrcLen) / 68 + nSrcLen) * 3 + 3. It covers the worst case, every
+/// byte escaped with a soft break each 23 bytes and a final soft break. For
+/// lengths near INT_MAX / 3 the int result wraps; the encoders' write checks
+/// still hold them to the capacity they are given.
 int QPEncodeGetRequiredLength(int nSrcLen);
 
 /// Capacity the decoders report for `nSrcLen` bytes (the length itself).
@@ -35,7 +38,13 @@ int QPDecodeGetRequiredLength(int nSrcLen);
 /// Every byte below '!' (space included, and every byte 0x80-0xFF), '=' and
 /// DEL is written "=XX"; TAB is literal while the line is under 64 columns.
 /// A soft line break "=\r\n" follows the byte that takes a line past 67
-/// columns when more bytes follow.
+/// columns when more bytes follow, so a line carries up to 70 characters
+/// before its '='. With kQPDotStuffing a '.' that starts a line is doubled;
+/// with kQPFinalSoftBreak the output ends in "=\r\n".
+///
+/// The capacity is checked before every write: should the output outgrow
+/// it (only possible when the capacity formula wrapped), the assertion
+/// "*pnDestLen >= nWritten" fails with nothing written past `dst`.
 int STL_QPEncode(const char* src, unsigned long nSrcLen, char* dst,
                  unsigned long* pnDestLen, unsigned int flags);
 
@@ -53,11 +62,17 @@ int QPEncode2(const unsigned char* src, int nSrcLen, char* dst, int* pnDestLen,
 /// readable (callers pass a NUL-terminated buffer); it writes that byte too
 /// and reports the length without it. So `dst` needs nSrcLen + 1 bytes.
 /// Returns 0 for a null pointer or an '=' that is neither an escape nor a
-/// soft break, else 1 with the length in `*pnDestLen`.
+/// soft break ("=\n", "=\r" and a trailing '=' included), leaving
+/// `*pnDestLen` alone; else 1 with the length in `*pnDestLen`.
+///
+/// An escape "=X" that closes the source swallows `src[nSrcLen]` as its
+/// second digit; its byte then stands where the terminator would and is not
+/// counted. A `src[nSrcLen]` of '=' is written as a NUL.
 int STL_QPDecode(const char* src, unsigned long nSrcLen, char* dst,
                  unsigned long* pnDestLen, int nEncoding, unsigned int flags);
 
-/// STL_QPDecode with int lengths.
+/// STL_QPDecode with int lengths. A negative length reads nothing and
+/// reports 0.
 int QPDecode2(const unsigned char* src, int nSrcLen, char* dst, int* pnDestLen,
               int nEncoding, unsigned int flags);
 
@@ -68,7 +83,10 @@ int QPDecode2(const unsigned char* src, int nSrcLen, char* dst, int* pnDestLen,
 /// or when the text ends in a lone '='.
 ///
 /// An escape "=X" at the very end reads its second digit from `src[srcLen]`,
-/// which must be readable (a terminating NUL).
+/// which must be readable (a terminating NUL); with a NUL there the escape
+/// is invalid and "X" plus that NUL are written. A soft break's CR or LF at
+/// the end also looks at `src[srcLen]`. The result never exceeds `dstLen`.
+/// Null pointers give -1 unless the lengths make them unused.
 int NGDecodeQuotedPrintableX(const char* src, unsigned int srcLen, char* dst,
                              unsigned int dstLen, signed char underscoreIsSpace);
 
@@ -85,7 +103,8 @@ int NGEncodeQuotedPrintable(const char* src, unsigned int srcLen, char* dst,
 
 // --- Data conveniences. No value stands for the platform's nil. ---
 
-/// STL_QPEncode of the bytes with no flags.
+/// STL_QPEncode of the bytes with no flags. Nothing for data longer than
+/// the int capacity formula can describe (600,000,000 bytes).
 std::optional<Bytes> dataByEncodingQuotedPrintable(const Bytes& data);
 
 /// NGDecodeQuotedPrintableX of the bytes, `_` read as a space; nothing when

@@ -1,0 +1,103 @@
+#include "phonepim/encoding/base64.h"
+
+#include <array>
+#include <cstddef>
+
+namespace phonepim {
+namespace {
+
+constexpr char basis_64[] =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+// Inverse of basis_64: 0-63 for the alphabet, 64 for every other byte, so a
+// single "< 64" test both validates and ends the data ('=' padding, line
+// ends, white space and the terminating NUL all stop it).
+constexpr std::array<unsigned char, 256> MakePr2six() {
+  std::array<unsigned char, 256> table{};
+  for (auto& entry : table) entry = 64;
+  for (unsigned char i = 0; i < 64; ++i) {
+    table[static_cast<unsigned char>(basis_64[i])] = i;
+  }
+  return table;
+}
+constexpr std::array<unsigned char, 256> pr2six = MakePr2six();
+
+// Leading alphabet bytes of `src`.
+std::size_t CountAlphabetBytes(const unsigned char* src) {
+  const unsigned char* p = src;
+  while (pr2six[*p] < 64) ++p;
+  return static_cast<std::size_t>(p - src);
+}
+
+}  // namespace
+
+int Base64encode_len(int len) { return ((len + 2) / 3) * 4 + 1; }
+
+int Base64encode(char* dst, const char* src, int len) {
+  const auto* in = reinterpret_cast<const unsigned char*>(src);
+  char* p = dst;
+  int i = 0;
+  for (; i < len - 2; i += 3) {
+    p[0] = basis_64[in[i] >> 2];
+    p[1] = basis_64[((in[i] & 0x03) << 4) | (in[i + 1] >> 4)];
+    p[2] = basis_64[((in[i + 1] & 0x0F) << 2) | (in[i + 2] >> 6)];
+    p[3] = basis_64[in[i + 2] & 0x3F];
+    p += 4;
+  }
+  if (i < len) {
+    *p++ = basis_64[in[i] >> 2];
+    if (i == len - 1) {
+      *p++ = basis_64[(in[i] & 0x03) << 4];
+      *p++ = '=';
+    } else {
+      *p++ = basis_64[((in[i] & 0x03) << 4) | (in[i + 1] >> 4)];
+      *p++ = basis_64[(in[i + 1] & 0x0F) << 2];
+    }
+    *p++ = '=';
+  }
+  *p++ = '\0';
+  return static_cast<int>(p - dst);
+}
+
+int Base64decode_len(const char* src) {
+  if (src == nullptr) return 1;
+  const std::size_t n = CountAlphabetBytes(reinterpret_cast<const unsigned char*>(src));
+  return static_cast<int>(((n + 3) / 4) * 3 + 1);
+}
+
+int Base64decode(char* dst, const char* src) {
+  if (src == nullptr) {
+    *dst = '\0';
+    return 0;
+  }
+  const auto* in = reinterpret_cast<const unsigned char*>(src);
+  std::size_t remaining = CountAlphabetBytes(in);
+  const std::size_t decodedGroups = ((remaining + 3) / 4) * 3;
+  auto* out = reinterpret_cast<unsigned char*>(dst);
+  // Whole groups only while more than four characters are left, so the
+  // last group, complete or not, is always handled below.
+  while (remaining > 4) {
+    const unsigned a = pr2six[in[0]], b = pr2six[in[1]];
+    const unsigned c = pr2six[in[2]], d = pr2six[in[3]];
+    out[0] = static_cast<unsigned char>((a << 2) | (b >> 4));
+    out[1] = static_cast<unsigned char>((b << 4) | (c >> 2));
+    out[2] = static_cast<unsigned char>((c << 6) | d);
+    in += 4;
+    out += 3;
+    remaining -= 4;
+  }
+  // One character alone carries only six bits: no byte, silently.
+  if (remaining > 1) {
+    *out++ = static_cast<unsigned char>((pr2six[in[0]] << 2) | (pr2six[in[1]] >> 4));
+  }
+  if (remaining > 2) {
+    *out++ = static_cast<unsigned char>((pr2six[in[1]] << 4) | (pr2six[in[2]] >> 2));
+  }
+  if (remaining > 3) {
+    *out++ = static_cast<unsigned char>((pr2six[in[2]] << 6) | pr2six[in[3]]);
+  }
+  *out = '\0';
+  return static_cast<int>(decodedGroups - ((4 - remaining) & 3));
+}
+
+}  // namespace phonepim
