@@ -78,8 +78,6 @@ std::string AssertionPattern(const char* text) {
 
 class SubRecordFamily : public testing::TestWithParam<Kind> {
  protected:
-  void SetUp() override { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
-
   const Kind& kind() const { return GetParam(); }
   String listKey() const { return kind().listKey; }
   const Array* List(const String& contact) const {

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <ranges>
+#include <iterator>
 #include <set>
 #include <unordered_map>
 #include <vector>
@@ -74,8 +74,10 @@ class ContactIDMappingTable {
   std::size_t count() const { return entries().size(); }
   /// The keys in sorted order.
   std::vector<String> allKeys() const;
-  /// A view over the keys in sorted order; invalidated by any change.
-  auto keyEnumerator() const { return std::views::keys(entries()); }
+  /// The keys in sorted order without copying them; invalidated by any
+  /// change to the table.
+  class KeyEnumerator;
+  KeyEnumerator keyEnumerator() const;
   /// The whole table. The mutable form makes the next dbIDForVCardID()
   /// re-index every entry.
   const Dictionary& mTable() const { return entries(); }
@@ -242,5 +244,47 @@ class ContactIDMappingTable {
   mutable std::vector<String> touched_;  // keys handed out for in-place changes
   mutable bool indexStale_ = true;
 };
+
+/// A range over the table's keys (for range-for and the standard algorithms).
+class ContactIDMappingTable::KeyEnumerator {
+ public:
+  class iterator {
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = String;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const String*;
+    using reference = const String&;
+
+    iterator() = default;
+    explicit iterator(Dictionary::const_iterator position) : position_(position) {}
+    reference operator*() const { return position_->first; }
+    pointer operator->() const { return &position_->first; }
+    iterator& operator++() {
+      ++position_;
+      return *this;
+    }
+    iterator operator++(int) {
+      iterator old = *this;
+      ++position_;
+      return old;
+    }
+    friend bool operator==(const iterator&, const iterator&) = default;
+
+   private:
+    Dictionary::const_iterator position_;
+  };
+
+  explicit KeyEnumerator(const Dictionary& table) : table_(&table) {}
+  iterator begin() const { return iterator(table_->begin()); }
+  iterator end() const { return iterator(table_->end()); }
+
+ private:
+  const Dictionary* table_;
+};
+
+inline ContactIDMappingTable::KeyEnumerator ContactIDMappingTable::keyEnumerator() const {
+  return KeyEnumerator(entries());
+}
 
 }  // namespace phonepim
