@@ -538,7 +538,11 @@ std::optional<Value> Decode(plist_t node, int level) {
         if (!keyText) return std::nullopt;
         std::optional<Value> child = Decode(item, level + 1);
         if (!child) return std::nullopt;
-        dictionary.insert_or_assign(std::move(*keyText), std::move(*child));
+        // Lists written from a Dictionary come in key order, so the end is
+        // the right place almost always. A repeated key keeps the last value.
+        const std::size_t before = dictionary.size();
+        auto placed = dictionary.try_emplace(dictionary.end(), std::move(*keyText), std::move(*child));
+        if (dictionary.size() == before) placed->second = std::move(*child);
       }
       return Value(std::move(dictionary));
     }
