@@ -10,6 +10,7 @@
  * shortcut is the bulk copy of plain value runs in CARD_Parse, which appends
  * exactly what the per-byte rules would append.
  */
+#include <limits.h>
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
@@ -17,21 +18,31 @@
 #include "versit/vParserInternal.h"
 
 /* Byte classes. Our own table: the C library's isspace depends on the
- * locale, and the versit white-space set must not. */
+ * locale, and the versit white-space set must not. The other bits say
+ * which bytes end a run that a state simply appends (see CARD_Parse). */
 enum {
-  VP_CLASS_SPACE = 1,    /* space, \t, \n, \v, \f, \r */
-  VP_CLASS_STOP_TEXT = 2, /* ends a plain value run: LF, CR */
-  VP_CLASS_STOP_QP = 4    /* ends a quoted-printable value run: LF, CR, '=' */
+  VP_CLASS_SPACE = 1,       /* space, \t, \n, \v, \f, \r */
+  VP_CLASS_LINE = 2,        /* LF, CR */
+  VP_CLASS_STOP_QP = 4,     /* quoted-printable value: LF, CR, '=' */
+  VP_CLASS_STOP_NAME = 8,   /* property name: white space, ':', ';' */
+  VP_CLASS_STOP_PNAME = 16, /* parameter name: white space, ':', ';', '=' */
+  VP_CLASS_STOP_PVALUE = 32 /* parameter value: white space, ':', ';', '\\' */
 };
 
+#define VP_SPACE_CLASS                                                  \
+  (VP_CLASS_SPACE | VP_CLASS_STOP_NAME | VP_CLASS_STOP_PNAME | VP_CLASS_STOP_PVALUE)
+
 static const unsigned char kClass[256] = {
-    [' '] = VP_CLASS_SPACE,
-    ['\t'] = VP_CLASS_SPACE,
-    ['\n'] = VP_CLASS_SPACE | VP_CLASS_STOP_TEXT | VP_CLASS_STOP_QP,
-    ['\v'] = VP_CLASS_SPACE,
-    ['\f'] = VP_CLASS_SPACE,
-    ['\r'] = VP_CLASS_SPACE | VP_CLASS_STOP_TEXT | VP_CLASS_STOP_QP,
-    ['='] = VP_CLASS_STOP_QP,
+    [' '] = VP_SPACE_CLASS,
+    ['\t'] = VP_SPACE_CLASS,
+    ['\n'] = VP_SPACE_CLASS | VP_CLASS_LINE | VP_CLASS_STOP_QP,
+    ['\v'] = VP_SPACE_CLASS,
+    ['\f'] = VP_SPACE_CLASS,
+    ['\r'] = VP_SPACE_CLASS | VP_CLASS_LINE | VP_CLASS_STOP_QP,
+    ['='] = VP_CLASS_STOP_QP | VP_CLASS_STOP_PNAME,
+    [':'] = VP_CLASS_STOP_NAME | VP_CLASS_STOP_PNAME | VP_CLASS_STOP_PVALUE,
+    [';'] = VP_CLASS_STOP_NAME | VP_CLASS_STOP_PNAME | VP_CLASS_STOP_PVALUE,
+    ['\\'] = VP_CLASS_STOP_PVALUE,
 };
 
 static int vp_isspace(unsigned char c) { return kClass[c] & VP_CLASS_SPACE; }
@@ -90,20 +101,25 @@ void vcard_clear_line(VP* vp) {
 }
 
 int card_add_param(VP* vp, int nameOffset) {
-  size_t pairs = (size_t)vp->paramCount + 1;
-  char** grown;
-  if (pairs > SIZE_MAX / (2 * sizeof(char*))) {
-    grown = NULL;
-  } else {
-    grown = (char**)realloc(vp->params, pairs * 2 * sizeof(char*));
+  if (vp->paramCount >= vp->paramCapacity) {
+    /* At most one pair per two line bytes, so this never overflows an
+     * int; the size check is for 32-bit size_t. */
+    int pairs = vp->paramCapacity < 8 ? 8 : vp->paramCapacity * 2;
+    char** grown = NULL;
+    if (vp->paramCapacity <= INT_MAX / 2 &&
+        (size_t)pairs <= SIZE_MAX / (2 * sizeof(char*))) {
+      grown = (char**)realloc(vp->params, (size_t)pairs * 2 * sizeof(char*));
+    }
+    if (grown == NULL) {
+      free(vp->params);
+      vp->params = NULL;
+      vp->paramCount = 0;
+      vp->paramCapacity = 0;
+      return 0;
+    }
+    vp->params = grown;
+    vp->paramCapacity = pairs;
   }
-  if (grown == NULL) {
-    free(vp->params);
-    vp->params = NULL;
-    vp->paramCount = 0;
-    return 0;
-  }
-  vp->params = grown;
   vp->params[2 * vp->paramCount] = vp_offset_word(nameOffset);
   vp->params[2 * vp->paramCount + 1] = NULL;
   vp->paramCount++;
@@ -128,8 +144,11 @@ unsigned char Base64ToOrd(char c) {
 /* Which encoding a parameter names: ENCODING=X or a bare X. Exact,
  * case-sensitive texts; anything else leaves the encoding alone. */
 static void vp_note_encoding(VP* vp, const char* name, const char* value) {
-  const char* text = strcmp(name, "ENCODING") == 0 ? value : name;
+  const char* text = name[0] == 'E' && strcmp(name, "ENCODING") == 0 ? value : name;
   if (text == NULL) return;
+  /* Most parameters (TYPE=..., CHARSET=..., HOME) start with none of the
+   * three letters. */
+  if (text[0] != 'Q' && text[0] != 'B' && text[0] != '8') return;
   if (strcmp(text, "QUOTED-PRINTABLE") == 0) {
     vp->encoding = VP_ENCODING_QUOTED_PRINTABLE;
   } else if (strcmp(text, "BASE64") == 0) {
@@ -251,8 +270,8 @@ static int vp_end_value(VP* vp) {
   return 1;
 }
 
-int vcard_process_char(VP* vp, char ch) {
-  unsigned char c = (unsigned char)ch;
+static inline int vp_process(VP* vp, unsigned char c) {
+  const char ch = (char)c;
   switch (vp->state) {
     case 0: /* property name */
       if (c == '\n') {
@@ -349,6 +368,8 @@ int vcard_process_char(VP* vp, char ch) {
   }
 }
 
+int vcard_process_char(VP* vp, char c) { return vp_process(vp, (unsigned char)c); }
+
 VP* CARD_ParserCreate(void) {
   VP* vp = (VP*)calloc(1, sizeof *vp);
   if (vp == NULL) return NULL;
@@ -370,40 +391,111 @@ void* CARD_GetUserData(VP* vp) { return vp->userData; }
 void CARD_SetPropHandler(VP* vp, CARD_PropHandler handler) { vp->propHandler = handler; }
 void CARD_SetDataHandler(VP* vp, CARD_DataHandler handler) { vp->dataHandler = handler; }
 
-/* Appends a run of plain value bytes in one copy. The buffer grows once, to
- * the capacity the byte-by-byte rule would have reached. When that is not
- * possible the bytes go one by one, so the limits behave exactly as there. */
-static void vp_append_run(VP* vp, const unsigned char* run, int n) {
+/* Appends the run p..p+n (the input goes on to end) in one copy. The
+ * buffer grows once, to the capacity the byte-by-byte rule would have
+ * reached. Returns 0, with nothing changed, when it cannot grow: the caller
+ * then takes the bytes one by one, so the limits and failures behave
+ * exactly as there. */
+static int vp_append_run(VP* vp, const unsigned char* p, int n, const unsigned char* end) {
   long long needed = (long long)vp->lineLength + n;
-  int i;
-  if (needed <= vp->lineCapacity || vp_grow_line(vp, needed)) {
-    memcpy(vp->line + vp->lineLength, run, (size_t)n);
-    vp->lineLength += n;
-    return;
+  char* dst;
+  if (needed > vp->lineCapacity && !vp_grow_line(vp, needed)) return 0;
+  dst = vp->line + vp->lineLength;
+  if (n <= 16 && end - p >= 16 && vp->lineCapacity - vp->lineLength >= 16) {
+    /* Most runs are names and short values: one fixed-size copy, which
+     * the compiler inlines, instead of a library call. The bytes after the
+     * run land in spare capacity beyond lineLength. */
+    memcpy(dst, p, 16);
+  } else {
+    memcpy(dst, p, (size_t)n);
   }
-  for (i = 0; i < n; ++i) vcard_add_char_to_line(vp, (char)run[i]);
+  vp->lineLength += n;
+  return 1;
 }
 
-/* Length of the run at p..end that the value rules would simply append (or
- * drop, with no data callback), or 0 when p's byte needs the per-byte
- * rules. Only valid in state 5 after the leading white space. */
-static int vp_plain_run(const VP* vp, const unsigned char* p, const unsigned char* end) {
-  const unsigned char* q = p;
-  unsigned char stop;
+/* Word-at-a-time scanning for value runs, which are long (photo lines,
+ * notes): eight bytes are tested for LF, CR (and '=') at once, and the byte
+ * loop after it finds the exact stop. Portable: no intrinsics, no byte
+ * order assumptions. */
+#define VP_ONES UINT64_C(0x0101010101010101)
+#define VP_HIGHS UINT64_C(0x8080808080808080)
+#define VP_HAS_BYTE(word, byte) \
+  ((((word) ^ (VP_ONES * (byte))) - VP_ONES) & ~((word) ^ (VP_ONES * (byte))) & VP_HIGHS)
+
+static const unsigned char* vp_skip_text_words(const unsigned char* p,
+                                               const unsigned char* end, int qp) {
+  while (end - p >= 8) {
+    uint64_t word;
+    memcpy(&word, p, sizeof word);
+    if (VP_HAS_BYTE(word, '\n') | VP_HAS_BYTE(word, '\r') | (qp ? VP_HAS_BYTE(word, '=') : 0)) {
+      break;
+    }
+    p += 8;
+  }
+  return p;
+}
+
+/* A quoted-printable run: plain bytes and complete "=XX" escapes, which
+ * the value rules append unchanged. An escape cut by a line end, by the end
+ * of the input, or with a NUL first digit (which the rules overwrite) is
+ * left to them. */
+static const unsigned char* vp_qp_run(const unsigned char* p, const unsigned char* end,
+                                      const unsigned char** lastEscape) {
+  while (p < end) {
+    if (!(kClass[*p] & VP_CLASS_STOP_QP)) {
+      ++p;
+      continue;
+    }
+    if (*p != '=' || end - p < 3 || p[1] == 0 || (kClass[p[1]] & VP_CLASS_LINE) ||
+        (kClass[p[2]] & VP_CLASS_LINE)) {
+      break;
+    }
+    *lastEscape = p;
+    p += 3;
+  }
+  return p;
+}
+
+/* The bytes that end a run in states 0 to 4; 0 where every byte changes
+ * the state (before a parameter, after '='). */
+static const unsigned char kRunStop[5] = {VP_CLASS_STOP_NAME, 0, VP_CLASS_STOP_PNAME, 0,
+                                          VP_CLASS_STOP_PVALUE};
+
+/* Takes the value run (state 5) at p that the rules would simply append
+ * (or, with no data callback, drop) and returns its end; returns p itself
+ * when p's byte needs the per-byte rules. */
+static const unsigned char* vp_take_value_run(VP* vp, const unsigned char* p,
+                                              const unsigned char* end) {
+  const unsigned char* q;
+  if (vp->skipLeadingSpace) return p;
   if (vp->dataHandler == NULL) {
     /* Every value byte is dropped; only the line end matters. */
     const void* lf = memchr(p, '\n', (size_t)(end - p));
-    return (int)((lf != NULL ? (const unsigned char*)lf : end) - p);
+    return lf != NULL ? (const unsigned char*)lf : end;
   }
-  if (vp->encoding == VP_ENCODING_NONE || vp->encoding == VP_ENCODING_8BIT) {
-    stop = VP_CLASS_STOP_TEXT;
-  } else if (vp->encoding == VP_ENCODING_QUOTED_PRINTABLE && !vp->qpPending) {
-    stop = VP_CLASS_STOP_QP;
-  } else {
-    return 0;
+  switch (vp->encoding) {
+    case VP_ENCODING_QUOTED_PRINTABLE: {
+      const unsigned char* escape = NULL;
+      if (vp->qpPending) return p;
+      q = vp_qp_run(p, end, &escape);
+      if (q == p || !vp_append_run(vp, p, (int)(q - p), end)) return p;
+      if (escape != NULL) {
+        /* Leave the record as the rules would after that escape. */
+        memset(vp->quad, 0, sizeof vp->quad);
+        vp->quad[0] = (char)escape[1];
+        vp->quad[1] = (char)escape[2];
+        vp->quadCount = 0;
+      }
+      return q;
+    }
+    case VP_ENCODING_BASE64:
+      return p;
+    default:
+      q = vp_skip_text_words(p, end, 0);
+      while (q < end && !(kClass[*q] & VP_CLASS_LINE)) ++q;
+      if (q == p || !vp_append_run(vp, p, (int)(q - p), end)) return p;
+      return q;
   }
-  while (q < end && !(kClass[*q] & stop)) ++q;
-  return (int)(q - p);
 }
 
 int CARD_Parse(VP* vp, const char* data, int length, int final) {
@@ -436,27 +528,49 @@ int CARD_Parse(VP* vp, const char* data, int length, int final) {
       if (!vp->isContinuation) {
         /* The previous line ends only now that we know this one is not a
          * continuation of it. */
-        if (!vcard_process_char(vp, '\n')) return 0;
+        if (!vp_process(vp, '\n')) return 0;
       } else if (vp->encoding == VP_ENCODING_QUOTED_PRINTABLE) {
         vp->qpPending = 0;
-      }
-    }
-    if (vp->state == 5 && !vp->skipLeadingSpace) {
-      int run = vp_plain_run(vp, p, end);
-      if (run > 0) {
-        if (vp->dataHandler != NULL) vp_append_run(vp, p, run);
-        p += run;
-        continue;
       }
     }
     if (c == '\n') {
       vp->atLineStart = 1;
       vp->isContinuation = 0;
-    } else if (!vcard_process_char(vp, (char)c)) {
-      return 0;
+      ++p;
+      continue;
     }
+    if (c == '\r') {
+      /* Every state ignores a CR that does not begin a line; this is the
+       * CR of each CRLF. */
+      ++p;
+      continue;
+    }
+    /* The per-byte rules are the reference; a run that they would only
+     * append is copied at once. Runs stop at the end of each piece, so any
+     * cut of the input still gives the same callbacks. The byte that ends
+     * a run goes straight to the rules unless it ends the line. */
+    if (vp->state == 5) {
+      const unsigned char* next = vp_take_value_run(vp, p, end);
+      if (next != p) {
+        p = next;
+        if (p == end) break;
+        c = *p;
+        if (kClass[c] & VP_CLASS_LINE) continue;
+      }
+    } else if (vp->state < 5 && kRunStop[vp->state] != 0) {
+      const unsigned char stop = kRunStop[vp->state];
+      const unsigned char* q = p;
+      while (q < end && !(kClass[*q] & stop)) ++q;
+      if (q != p && vp_append_run(vp, p, (int)(q - p), end)) {
+        p = q;
+        if (p == end) break;
+        c = *p;
+        if (kClass[c] & VP_CLASS_LINE) continue;
+      }
+    }
+    if (!vp_process(vp, c)) return 0;
     ++p;
   }
-  if (final && !vcard_process_char(vp, '\n')) return 0;
+  if (final && !vp_process(vp, '\n')) return 0;
   return 1;
 }

@@ -55,6 +55,10 @@ struct VP {
   void* userData;
   CARD_PropHandler propHandler;
   CARD_DataHandler dataHandler;
+  /* Pairs allocated in params. The array grows geometrically instead of
+   * by one pair per parameter: a card has dozens of parameters, and a
+   * realloc each would cost more than the bytes around them. */
+  int paramCapacity;
 };
 
 /* The internal steps, exposed for the tests; not part of the interface. */
