@@ -396,7 +396,8 @@ void CARD_SetDataHandler(VP* vp, CARD_DataHandler handler) { vp->dataHandler = h
  * reached. Returns 0, with nothing changed, when it cannot grow: the caller
  * then takes the bytes one by one, so the limits and failures behave
  * exactly as there. */
-static int vp_append_run(VP* vp, const unsigned char* p, int n, const unsigned char* end) {
+static inline int vp_append_run(VP* vp, const unsigned char* p, int n,
+                                const unsigned char* end) {
   long long needed = (long long)vp->lineLength + n;
   char* dst;
   if (needed > vp->lineCapacity && !vp_grow_line(vp, needed)) return 0;
@@ -413,23 +414,23 @@ static int vp_append_run(VP* vp, const unsigned char* p, int n, const unsigned c
   return 1;
 }
 
-/* Word-at-a-time scanning for value runs, which are long (photo lines,
- * notes): eight bytes are tested for LF, CR (and '=') at once, and the byte
- * loop after it finds the exact stop. Portable: no intrinsics, no byte
- * order assumptions. */
+/* Word-at-a-time scanning for plain value runs, which are long (the
+ * folded lines of a photo): eight bytes are tested for LF and CR at once,
+ * and the byte loop after it finds the exact stop. Portable: no
+ * intrinsics, no byte order assumptions. Quoted-printable runs do not use
+ * it: their escapes come every few bytes, and the early exits cost more
+ * than the word tests save. */
 #define VP_ONES UINT64_C(0x0101010101010101)
 #define VP_HIGHS UINT64_C(0x8080808080808080)
 #define VP_HAS_BYTE(word, byte) \
   ((((word) ^ (VP_ONES * (byte))) - VP_ONES) & ~((word) ^ (VP_ONES * (byte))) & VP_HIGHS)
 
 static const unsigned char* vp_skip_text_words(const unsigned char* p,
-                                               const unsigned char* end, int qp) {
+                                               const unsigned char* end) {
   while (end - p >= 8) {
     uint64_t word;
     memcpy(&word, p, sizeof word);
-    if (VP_HAS_BYTE(word, '\n') | VP_HAS_BYTE(word, '\r') | (qp ? VP_HAS_BYTE(word, '=') : 0)) {
-      break;
-    }
+    if (VP_HAS_BYTE(word, '\n') | VP_HAS_BYTE(word, '\r')) break;
     p += 8;
   }
   return p;
@@ -467,7 +468,12 @@ static const unsigned char kRunStop[5] = {VP_CLASS_STOP_NAME, 0, VP_CLASS_STOP_P
 static const unsigned char* vp_take_value_run(VP* vp, const unsigned char* p,
                                               const unsigned char* end) {
   const unsigned char* q;
-  if (vp->skipLeadingSpace) return p;
+  if (vp->skipLeadingSpace) {
+    /* The first value byte: white space is the rules' to drop; anything
+     * else ends the leading space exactly as they would. */
+    if (vp_isspace(*p)) return p;
+    vp->skipLeadingSpace = 0;
+  }
   if (vp->dataHandler == NULL) {
     /* Every value byte is dropped; only the line end matters. */
     const void* lf = memchr(p, '\n', (size_t)(end - p));
@@ -491,7 +497,7 @@ static const unsigned char* vp_take_value_run(VP* vp, const unsigned char* p,
     case VP_ENCODING_BASE64:
       return p;
     default:
-      q = vp_skip_text_words(p, end, 0);
+      q = vp_skip_text_words(p, end);
       while (q < end && !(kClass[*q] & VP_CLASS_LINE)) ++q;
       if (q == p || !vp_append_run(vp, p, (int)(q - p), end)) return p;
       return q;
