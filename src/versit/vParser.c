@@ -7,8 +7,9 @@
  * The machine is byte-driven on purpose: phones fold lines, leave blank
  * lines in odd places and break quoted-printable values wherever they like,
  * and one rule per byte keeps all of those cases in one place. The only
- * shortcut is the bulk copy of plain value runs in CARD_Parse, which appends
- * exactly what the per-byte rules would append.
+ * shortcut is in CARD_Parse: a run of bytes that the rules would simply
+ * append (most of a name, a parameter, a value) is copied at once, with
+ * exactly the result of the per-byte rules.
  */
 #include <limits.h>
 #include <stdint.h>
@@ -102,13 +103,15 @@ void vcard_clear_line(VP* vp) {
 
 int card_add_param(VP* vp, int nameOffset) {
   if (vp->paramCount >= vp->paramCapacity) {
-    /* At most one pair per two line bytes, so this never overflows an
-     * int; the size check is for 32-bit size_t. */
-    int pairs = vp->paramCapacity < 8 ? 8 : vp->paramCapacity * 2;
+    /* Each pair takes at least two line bytes, so the count stays far
+     * below INT_MAX; the checks keep the sizes exact on 32-bit systems. */
     char** grown = NULL;
-    if (vp->paramCapacity <= INT_MAX / 2 &&
-        (size_t)pairs <= SIZE_MAX / (2 * sizeof(char*))) {
-      grown = (char**)realloc(vp->params, (size_t)pairs * 2 * sizeof(char*));
+    if (vp->paramCapacity <= INT_MAX / 2) {
+      int pairs = vp->paramCapacity < 8 ? 8 : vp->paramCapacity * 2;
+      if ((size_t)pairs <= SIZE_MAX / (2 * sizeof(char*))) {
+        grown = (char**)realloc(vp->params, (size_t)pairs * 2 * sizeof(char*));
+      }
+      if (grown != NULL) vp->paramCapacity = pairs;
     }
     if (grown == NULL) {
       free(vp->params);
@@ -118,7 +121,6 @@ int card_add_param(VP* vp, int nameOffset) {
       return 0;
     }
     vp->params = grown;
-    vp->paramCapacity = pairs;
   }
   vp->params[2 * vp->paramCount] = vp_offset_word(nameOffset);
   vp->params[2 * vp->paramCount + 1] = NULL;
