@@ -151,6 +151,11 @@ const Case kParameters[] = {
     {"empty_parameter_value_colon", "TEL;TYPE=:1\r\n", {"R:0"}},
     {"empty_parameter_value_semicolon", "TEL;TYPE=;X:1\r\n", {"R:0"}},
     {"empty_parameter_value_after_space", "TEL;TYPE= :1\r\n", {"R:0"}},
+    {"many_parameters_last_names_the_encoding",
+     "X;A;B;C;D;E;F;G;H;I=1;J=2;QUOTED-PRINTABLE:a=\r\nb\r\n",
+     {"P:X;A;B;C;D;E;F;G;H;I=1;J=2;QUOTED-PRINTABLE", "D:ab", "E", "R:1"}},
+    {"high_bytes_in_names", "N\xC3\xA4ME;P\xFF=v\xFE:x\r\n",
+     {"P:N\\xC3\\xA4ME;P\\xFF=v\\xFE", "D:x", "E", "R:1"}},
     {"error_keeps_earlier_properties_and_stops", "A:1\r\nTEL;:1\r\nB:2\r\n",
      {"P:A", "D:1", "E", "R:0"}},
 };
