@@ -1,7 +1,8 @@
 # Script mode: runs the tool and checks its exit status, and optionally its
 # standard output against a file and its standard error against a regex.
-#   TOOL, ARGS (a ;-list), EXPECT_EXIT, [EXPECT_STDOUT file], [EXPECT_STDERR regex],
+#   TOOL, ARGS (a |-separated list), EXPECT_EXIT, [EXPECT_STDOUT file], [EXPECT_STDERR regex],
 #   [STDIN file], [WORKING_DIRECTORY]
+string(REPLACE "|" ";" ARGS "${ARGS}")
 if(STDIN)
   set(input_args INPUT_FILE "${STDIN}")
 endif()
