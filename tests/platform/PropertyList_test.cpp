@@ -176,13 +176,6 @@ TEST(property_list_writing, produces_exact_xml) {
                               "</plist>\n");
 }
 
-TEST(property_list_writing, produces_a_binary_list) {
-  const std::optional<Bytes> binary =
-      PropertyListFromValue(Dictionary{{u"a", 1}}, PropertyListFormat::Binary);
-  ASSERT_TRUE(binary);
-  EXPECT_EQ(ToText(*binary).substr(0, 8), "bplist00");
-}
-
 TEST(property_list_writing, refuses_values_it_cannot_store_faithfully) {
   const String withNul(u"a\0b", 3);
   const String loneSurrogate(1, char16_t{0xD800});
