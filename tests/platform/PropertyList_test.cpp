@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -14,6 +15,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace phonepim {
 namespace {
