@@ -1,0 +1,122 @@
+#include "phonepim/model/CCustomType.h"
+
+#include <unicode/uchar.h>
+
+#include <string>
+#include <string_view>
+
+#include "phonepim/encoding/Encoding.h"
+#include "phonepim/text/NSStringCustom.h"
+
+namespace phonepim {
+
+namespace {
+
+// The inner parameters a quoted-printable label is written with.
+constexpr std::u16string_view kQuotedPrintablePrefix =
+    u"X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,";
+
+bool SameIgnoringCase(char16_t a, char16_t b) {
+  return a == b || u_foldCase(a, U_FOLD_CASE_DEFAULT) == u_foldCase(b, U_FOLD_CASE_DEFAULT);
+}
+
+// Removes every occurrence of `target`, compared without regard to case, in
+// one pass from the left: text that only comes together through a removal
+// stays.
+void RemoveAllIgnoringCase(String& s, std::u16string_view target) {
+  String kept;
+  kept.reserve(s.size());
+  std::size_t i = 0;
+  while (i < s.size()) {
+    std::size_t n = 0;
+    if (s.size() - i >= target.size()) {
+      while (n < target.size() && SameIgnoringCase(s[i + n], target[n])) {
+        ++n;
+      }
+    }
+    if (n == target.size() && n != 0) {
+      i += n;
+    } else {
+      kept.push_back(s[i]);
+      ++i;
+    }
+  }
+  s = std::move(kept);
+}
+
+std::optional<String> DecodeQuotedPrintableLabel(const String& encoded) {
+  const std::optional<std::string> bytes = UTF8FromString(encoded);
+  if (!bytes) {
+    return std::nullopt;
+  }
+  // The decoder may look one byte past the text; std::string keeps a NUL
+  // there.
+  return Decode(bytes->c_str(), static_cast<int>(bytes->size()), kCharsetUTF8,
+                kEncodingQuotedPrintable);
+}
+
+}  // namespace
+
+CCcustomTypeT::CCcustomTypeT() : m_CustomType_T(kCustomTypeBase), m_CustomType_Name(String()) {}
+
+CCustomType::CCustomType() : m_CustomType_T(kCustomTypeBase) {}
+
+CCustomType& CCustomType::Inst() {
+  static CCustomType table;
+  return table;
+}
+
+std::uint32_t CCustomType::Register(const String& str, std::optional<String>* decodedName) {
+  String work = str;
+  const bool quotedPrintable = str.starts_with(kQuotedPrintablePrefix);
+
+  const std::uint32_t code = ++m_CustomType_T;
+
+  RemoveAllIgnoringCase(work, kQuotedPrintablePrefix);
+  Replace(work, u"==", u"");
+  RemoveAllIgnoringCase(work, u"custom(");
+  // The closing parenthesis, or whatever else ends the text.
+  deleteAtIndex(work, GetLength(work) - 1);
+
+  CCcustomTypeT entry;
+  entry.SetCustomType_T(code);
+  if (quotedPrintable) {
+    entry.SetCustomType_Name(DecodeQuotedPrintableLabel(work));
+    *decodedName = entry.CustomType_Name();
+  } else {
+    // The stripped text is only used for decoding: a plain label is kept
+    // exactly as it came.
+    entry.SetCustomType_Name(str);
+    decodedName->reset();
+  }
+  m_arrCustomType.push_back(std::move(entry));
+  return code;
+}
+
+std::uint32_t CCustomType::ConvertCustomTypeFromString(const String& str) {
+  std::optional<String> decodedName;
+  return Register(str, &decodedName);
+}
+
+std::optional<String> CCustomType::ConvertCustomStrFromString(const String& str) {
+  std::optional<String> decodedName;
+  Register(str, &decodedName);
+  return decodedName;
+}
+
+std::optional<String> CCustomType::ConvertStringValFromCustomType(std::uint32_t type) const {
+  for (const CCcustomTypeT& entry : m_arrCustomType) {
+    if (entry.CustomType_T() == type) {
+      return entry.CustomType_Name();
+    }
+  }
+  return std::nullopt;
+}
+
+bool CCustomType::DeleteAllItem() {
+  m_arrCustomType.clear();
+  m_CustomType_T = kCustomTypeBase;
+  return true;
+}
+
+}  // namespace phonepim
