@@ -28,9 +28,10 @@ constexpr std::int64_t kMinutesPerWeek = 10080;
 
 String Decimal(std::int64_t number) { return StringFromASCII(std::to_string(number)); }
 
-// The integer at the start of a text, as the extension values have always
-// been read: leading blanks, an optional sign, then digits up to the first
-// other character. Anything unreadable is 0; out of range saturates.
+// The integer at the start of a text: leading blanks, an optional sign,
+// then digits up to the first other character; what follows is ignored, so
+// a received value with trailing text still reads. Anything unreadable is 0;
+// out of range saturates.
 int LeadingInteger(const String& text) {
   std::size_t i = 0;
   while (i < text.size() && text[i] < 0x80 && std::isspace(static_cast<unsigned char>(text[i]))) {
