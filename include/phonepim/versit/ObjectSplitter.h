@@ -22,8 +22,9 @@ struct VersitObjectSpan {
 /// "BEGIN:" (any case) outside another object and ends with the "END:" line
 /// that closes it; nested BEGIN/END pairs (an event inside a calendar, an
 /// agent card inside a card) stay inside their object. LF and CRLF line ends
-/// both work; text between objects is skipped. An object still open when the
-/// buffer ends runs to the end and is marked unterminated.
+/// both work; text between objects is skipped, and so is a UTF-8 byte order
+/// mark at the start of the buffer. An object still open when the buffer
+/// ends runs to the end and is marked unterminated. Any bytes are accepted.
 std::vector<VersitObjectSpan> FindVersitObjects(std::string_view buffer);
 
 /// The objects of `buffer` as vObjects (their IDs unassigned), in order.

@@ -1,0 +1,13 @@
+#include "phonepim/vcard/vCard.h"
+
+namespace phonepim {
+
+bool vCard::sm_fNonstandardEscChar = false;
+bool vCard::sm_fUseReadingLastName = false;
+bool vCard::sm_fURLNotQPEncode = false;
+
+void vCard::NonstandardEscChar(bool on) { sm_fNonstandardEscChar = on; }
+void vCard::UseReadingLastName(bool on) { sm_fUseReadingLastName = on; }
+void vCard::URLNotQPEncode(bool on) { sm_fURLNotQPEncode = on; }
+
+}  // namespace phonepim

@@ -1,0 +1,137 @@
+#include "versit/Transcript.h"
+
+#include <cstdio>
+#include <memory>
+
+#include "versit/vParserInternal.h"
+
+namespace phonepim::testing_versit {
+namespace {
+
+void OnProperty(void* userData, const char* name, char** params) {
+  auto* transcript = static_cast<Transcript*>(userData);
+  std::string entry = "P:" + RenderBytes(name, true);
+  if (params == nullptr) {
+    transcript->push_back("!params null");
+    return;
+  }
+  for (char** pair = params; pair[0] != nullptr || pair[1] != nullptr; pair += 2) {
+    if (pair[0] == nullptr) {
+      transcript->push_back("!value without name");
+      return;
+    }
+    entry += ";" + RenderBytes(pair[0], true);
+    if (pair[1] != nullptr) entry += "=" + RenderBytes(pair[1], true);
+  }
+  transcript->push_back(std::move(entry));
+}
+
+void OnData(void* userData, const char* data, int length) {
+  auto* transcript = static_cast<Transcript*>(userData);
+  if (data == nullptr) {
+    transcript->push_back(length == 0 ? "E" : "!null data with length");
+  } else if (length <= 0) {
+    transcript->push_back("!data with length " + std::to_string(length));
+  } else {
+    transcript->push_back("D:" + RenderBytes(std::string_view(data, length), false));
+  }
+}
+
+struct ParserDeleter {
+  void operator()(VP* parser) const { CARD_ParserFree(parser); }
+};
+using ParserPtr = std::unique_ptr<VP, ParserDeleter>;
+
+ParserPtr MakeParser(Transcript* transcript, Handlers handlers) {
+  ParserPtr parser(CARD_ParserCreate());
+  CARD_SetUserData(parser.get(), transcript);
+  if (handlers == Handlers::kBoth || handlers == Handlers::kPropOnly) {
+    CARD_SetPropHandler(parser.get(), &OnProperty);
+  }
+  if (handlers == Handlers::kBoth || handlers == Handlers::kDataOnly) {
+    CARD_SetDataHandler(parser.get(), &OnData);
+  }
+  return parser;
+}
+
+}  // namespace
+
+std::string RenderBytes(std::string_view bytes, bool inParameter) {
+  std::string out;
+  for (const char ch : bytes) {
+    const auto c = static_cast<unsigned char>(ch);
+    if (c < 0x20 || c >= 0x7F || c == '\\' || (inParameter && (c == ';' || c == '='))) {
+      char hex[8];
+      std::snprintf(hex, sizeof hex, "\\x%02X", c);
+      out += hex;
+    } else {
+      out += ch;
+    }
+  }
+  return out;
+}
+
+Transcript Tokenize(std::string_view input, const std::vector<std::size_t>& cuts,
+                    Handlers handlers) {
+  Transcript transcript;
+  ParserPtr parser = MakeParser(&transcript, handlers);
+  std::size_t start = 0;
+  for (std::size_t i = 0; i <= cuts.size(); ++i) {
+    const std::size_t stop = i < cuts.size() ? cuts[i] : input.size();
+    const int final = i == cuts.size() ? 1 : 0;
+    if (CARD_Parse(parser.get(), input.data() + start, static_cast<int>(stop - start),
+                   final) == 0) {
+      transcript.push_back("R:0");
+      return transcript;
+    }
+    start = stop;
+  }
+  transcript.push_back("R:1");
+  return transcript;
+}
+
+Transcript TokenizeByteByByte(std::string_view input, Handlers handlers) {
+  std::vector<std::size_t> cuts;
+  for (std::size_t i = 1; i < input.size(); ++i) cuts.push_back(i);
+  return Tokenize(input, cuts, handlers);
+}
+
+Transcript TokenizeReference(std::string_view input, Handlers handlers) {
+  Transcript transcript;
+  ParserPtr parser = MakeParser(&transcript, handlers);
+  VP* vp = parser.get();
+  auto isSpace = [](unsigned char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+  };
+  for (const char ch : input) {
+    const auto c = static_cast<unsigned char>(ch);
+    if (vp->atLineStart) {
+      if (c == '\n') continue;
+      if (!vp->isContinuation && isSpace(c)) {
+        vp->isContinuation = 1;
+        continue;
+      }
+      if (vp->encoding == VP_ENCODING_BASE64) vp->encoding = VP_ENCODING_NONE;
+      vp->atLineStart = 0;
+      if (!vp->isContinuation) {
+        if (vcard_process_char(vp, '\n') == 0) {
+          transcript.push_back("R:0");
+          return transcript;
+        }
+      } else if (vp->encoding == VP_ENCODING_QUOTED_PRINTABLE) {
+        vp->qpPending = 0;
+      }
+    }
+    if (c == '\n') {
+      vp->atLineStart = 1;
+      vp->isContinuation = 0;
+    } else if (vcard_process_char(vp, ch) == 0) {
+      transcript.push_back("R:0");
+      return transcript;
+    }
+  }
+  transcript.push_back(vcard_process_char(vp, '\n') == 0 ? "R:0" : "R:1");
+  return transcript;
+}
+
+}  // namespace phonepim::testing_versit
