@@ -56,7 +56,7 @@ void addIntValue(Array& array, int value) { array.emplace_back(value); }
 
 void insertIntValue(Array& array, int value, int index) {
   const std::size_t at = CheckedIndex(array, index, true, "insertIntValue");
-  array.insert(array.begin() + static_cast<std::ptrdiff_t>(at), Value(value));
+  array.emplace(array.begin() + static_cast<std::ptrdiff_t>(at), static_cast<std::int64_t>(value));
 }
 
 void setIntValue(Array& array, int value, int index) {
