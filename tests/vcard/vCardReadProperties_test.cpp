@@ -156,7 +156,9 @@ TEST(read_speed_dial, splits_like_strtok_after_a_leading_comma_and_space) {
     std::array<std::int32_t, 4> slots;  // the rest stay 99
   } const rows[] = {{" ,5", {0, 5, 99, 99}},     {",5", {-1, 5, 99, 99}},
                     {"3,", {3, 99, 99, 99}},     {"3, , 4x,-2", {3, -1, 4, -2}},
-                    {"", {-1, 99, 99, 99}},      {",,,", {-1, 99, 99, 99}}};
+                    {"", {-1, 99, 99, 99}},      {",,,", {-1, 99, 99, 99}},
+                    // atoi's overflow: strtol saturates, the int keeps the low bits.
+                    {"99999999999,-99999999999999999999", {1215752191, 0, 99, 99}}};
   for (const auto& row : rows) {
     std::array<std::int32_t, 10> slots;
     slots.fill(99);
