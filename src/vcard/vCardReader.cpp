@@ -266,25 +266,24 @@ void ClassifyProperty(vCard::vCardParseData& d, const char* name, char** params)
 // (never for EMAIL, whose addresses carry backslashes literally), then
 // charset and transfer encoding.
 std::optional<String> DecodeText(const vCard::vCardParseData& d, bool undoEscapes) {
-  const auto len = static_cast<int>(d.value.size());
   if (undoEscapes && vCard::sm_fNonstandardEscChar) {
     const Bytes unescaped = DecodeEscapedCharString(d.value.data(), d.value.size());
-    return Decode(unescaped.data(), static_cast<int>(unescaped.size()), d.charset, d.encoding);
+    return vcard_reader::DecodeValue(reinterpret_cast<const char*>(unescaped.data()),
+                                     unescaped.size(), d.charset, d.encoding);
   }
-  return Decode(d.value.data(), len, d.charset, d.encoding);
+  return vcard_reader::DecodeValue(d.value.data(), d.value.size(), d.charset, d.encoding);
 }
 
-// The element creators take UTF-8 C strings; a text that could not be
-// decoded gives null (an empty element).
-class CText {
- public:
-  explicit CText(const std::optional<String>& text)
-      : bytes_(text ? UTF8FromString(*text) : std::nullopt) {}
-  const char* get() const { return bytes_ ? bytes_->c_str() : nullptr; }
-
- private:
-  std::optional<std::string> bytes_;
-};
+// The element creators take UTF-8 C strings: an element holds its text up
+// to the first U+0000, and an empty text when the value could not be
+// decoded. The reader makes the element empty and sets that text directly,
+// sparing the trip through UTF-8.
+template <class Element>
+void SetText(Element* element, std::optional<String> text) {
+  if (!text) return;
+  if (const std::size_t nul = text->find(u'\0'); nul != String::npos) text->resize(nul);
+  element->setDataWithString(*text);
+}
 
 // Removes the backslash of every "\<c>" pair, in one pass from the left.
 void UnescapeInPlace(std::string& s, char c) {
@@ -309,12 +308,10 @@ void StoreTelephone(vCard::vCardParseData& d) {
 }
 
 void StoreEmail(vCard::vCardParseData& d) {
-  const CText email(DecodeText(d, false));
-  if ((d.typeFlags & kEmailTypeCustom) != 0) {
-    d.pContact->NewEmail(email.get(), d.typeFlags, -1, d.customLabel);
-  } else {
-    d.pContact->NewEmail(email.get(), d.typeFlags, -1);
-  }
+  CEmail* email = (d.typeFlags & kEmailTypeCustom) != 0
+                      ? d.pContact->NewEmail(nullptr, d.typeFlags, -1, d.customLabel)
+                      : d.pContact->NewEmail(nullptr, d.typeFlags, -1);
+  SetText(email, DecodeText(d, false));
 }
 
 void StoreReadingName(vCard::vCardParseData& d) {
@@ -460,7 +457,7 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
           StoreEmail(d);
           break;
         case kvCardPropertyURL:
-          contact.NewURL(CText(DecodeText(d, true)).get(), d.typeFlags, -1);
+          SetText(contact.NewURL(nullptr, d.typeFlags, -1), DecodeText(d, true));
           break;
         case kvCardPropertyADR: {
           CPostalAddress* address = contact.NewAddress(
@@ -470,7 +467,7 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
           break;
         }
         case kvCardPropertyNOTE:
-          contact.NewNotes(CText(DecodeText(d, true)).get(), -1);
+          SetText(contact.NewNotes(nullptr, -1), DecodeText(d, true));
           break;
         case kvCardPropertyTITLE:
           contact.SetTitle(DecodeText(d, true));
@@ -502,7 +499,7 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
           ParseGroups(text, len, &contact.Groups());
           break;
         case kvCardPropertyIM:
-          contact.NewMessengerID(CText(DecodeText(d, true)).get(), d.typeFlags, -1);
+          SetText(contact.NewMessengerID(nullptr, d.typeFlags, -1), DecodeText(d, true));
           break;
         case kvCardPropertySPEEDDIAL:
           StoreSpeedDial(d);

@@ -116,6 +116,13 @@ bool StrNEqual(const char* text, std::size_t len, const char* word, std::size_t 
 /// glibc's atoi does.
 std::int32_t Atoi(const char* text, std::size_t len);
 
+/// Decode(text, len, charset, encoding), byte for byte the same result, with
+/// the quoted-printable work done in buffers that the calling thread keeps
+/// from value to value: a card has a dozen such values and components, and
+/// four allocations each would cost more than the decoding.
+std::optional<String> DecodeValue(const char* text, std::size_t len, int charset,
+                                  int encoding);
+
 /// One component of a structured value: escapes undone
 /// (DecodeEscapedCharString), then decoded (Decode); nothing when the bytes
 /// are not valid in the charset.
