@@ -201,6 +201,7 @@ std::string JoinCustomLabel(char** params) {
 }
 
 void ClassifyTypes(vCard::vCardParseData& d, const TypeRule& rule, char** params) {
+  bool labelRegistered = false;
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
     const std::string_view name = pair[0];
     const auto word = std::find_if(rule.words.begin(), rule.words.end(),
@@ -216,9 +217,16 @@ void ClassifyTypes(vCard::vCardParseData& d, const TypeRule& rule, char** params
     if (rule.custom == CustomParameter::kCode) {
       d.typeFlags |= CCustomType::Inst().ConvertCustomTypeFromString(ParameterString(name));
     } else {
-      std::optional<String> label =
-          CCustomType::Inst().ConvertCustomStrFromString(ParameterString(JoinCustomLabel(params)));
-      d.customLabel = label ? std::make_shared<const String>(std::move(*label)) : nullptr;
+      // Every X-CUSTOM parameter of the property joins to the same text, so
+      // it is registered once: a line of thousands of them must not put
+      // thousands of copies of the whole parameter list into the table,
+      // which keeps them for the life of the process.
+      if (!labelRegistered) {
+        std::optional<String> label = CCustomType::Inst().ConvertCustomStrFromString(
+            ParameterString(JoinCustomLabel(params)));
+        d.customLabel = label ? std::make_shared<const String>(std::move(*label)) : nullptr;
+        labelRegistered = true;
+      }
       d.typeFlags |= rule.customBit;
     }
   }
