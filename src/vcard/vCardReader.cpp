@@ -71,9 +71,16 @@ constexpr PropertyName kPropertyNames[] = {
     {"X-ASSISTANT", kvCardPropertyASSISTANT},
 };
 
+// Equal words. Almost every candidate differs in length or first letter,
+// so those are looked at before the bytes.
+bool SameWord(std::string_view a, std::string_view b) {
+  return a.size() == b.size() &&
+         (a.empty() || (a[0] == b[0] && std::memcmp(a.data(), b.data(), a.size()) == 0));
+}
+
 int PropertyIDOf(std::string_view name) {
   for (const PropertyName& entry : kPropertyNames) {
-    if (entry.name == name) return entry.id;
+    if (SameWord(entry.name, name)) return entry.id;
   }
   return kvCardPropertyUnknown;
 }
@@ -140,30 +147,31 @@ struct TypeRule {
   std::uint32_t customBit = 0;
 };
 
+constexpr TypeRule kTelephoneRule{kTelephoneTypes, CustomParameter::kLabel,
+                                  kTelephoneTypeCustom};
+constexpr TypeRule kEmailRule{kEmailTypes, CustomParameter::kLabel, kEmailTypeCustom};
+constexpr TypeRule kAddressRule{kAddressTypes, CustomParameter::kLabel, kAddressTypeCustom};
+constexpr TypeRule kURLRule{kURLTypes};
+constexpr TypeRule kOrganizationRule{kOrganizationTypes, CustomParameter::kCode};
+constexpr TypeRule kMessengerRule{kMessengerTypes, CustomParameter::kCode};
+constexpr TypeRule kReadingNameRule{kReadingNameTypes};
+
 const TypeRule* TypeRuleOf(int propertyID) {
-  static const TypeRule kTelephone{kTelephoneTypes, CustomParameter::kLabel,
-                                   kTelephoneTypeCustom};
-  static const TypeRule kEmail{kEmailTypes, CustomParameter::kLabel, kEmailTypeCustom};
-  static const TypeRule kAddress{kAddressTypes, CustomParameter::kLabel, kAddressTypeCustom};
-  static const TypeRule kURL{kURLTypes};
-  static const TypeRule kOrganization{kOrganizationTypes, CustomParameter::kCode};
-  static const TypeRule kMessenger{kMessengerTypes, CustomParameter::kCode};
-  static const TypeRule kReadingName{kReadingNameTypes};
   switch (propertyID) {
     case kvCardPropertyTEL:
-      return &kTelephone;
+      return &kTelephoneRule;
     case kvCardPropertyEMAIL:
-      return &kEmail;
+      return &kEmailRule;
     case kvCardPropertyADR:
-      return &kAddress;
+      return &kAddressRule;
     case kvCardPropertyURL:
-      return &kURL;
+      return &kURLRule;
     case kvCardPropertyORG:
-      return &kOrganization;
+      return &kOrganizationRule;
     case kvCardPropertyIM:
-      return &kMessenger;
+      return &kMessengerRule;
     case kvCardPropertySOUND:
-      return &kReadingName;
+      return &kReadingNameRule;
     default:
       return nullptr;
   }
@@ -205,7 +213,7 @@ void ClassifyTypes(vCard::vCardParseData& d, const TypeRule& rule, char** params
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
     const std::string_view name = pair[0];
     const auto word = std::find_if(rule.words.begin(), rule.words.end(),
-                                   [&](const TypeWord& w) { return w.word == name; });
+                                   [&](const TypeWord& w) { return SameWord(w.word, name); });
     if (word != rule.words.end()) {
       d.typeFlags = word->replaces ? word->bit : d.typeFlags | word->bit;
       continue;

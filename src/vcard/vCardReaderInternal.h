@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -137,6 +138,10 @@ void ForEachComponent(const char* text, int len, Visit&& visit) {
   int start = 0;
   int index = 0;
   for (int i = 0; i < len; ++i) {
+    // Jump to the next ';', then ask whether it separates.
+    const void* next = std::memchr(text + i, ';', static_cast<std::size_t>(len - i));
+    if (next == nullptr) break;
+    i = static_cast<int>(static_cast<const char*>(next) - text);
     if (IsSemicolon(text, i)) {
       if (!visit(index++, text + start, static_cast<std::size_t>(i - start))) return;
       start = i + 1;
