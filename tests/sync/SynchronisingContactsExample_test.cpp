@@ -107,6 +107,11 @@ TEST(synchronising_contacts_example, the_document_shows_this_code) {
   const std::string example = Between(source, "// BEGIN EXAMPLE", "// END EXAMPLE");
   ASSERT_FALSE(example.empty());
   EXPECT_EQ(Between(document, "```cpp", "```"), example);
+  // The README shows it too, after its marker.
+  const std::string readme = ReadAll(PHONEPIM_SOURCE_DIR "/README.md");
+  const std::string::size_type marker = readme.find("<!-- synchronising-contacts example -->");
+  ASSERT_NE(marker, std::string::npos);
+  EXPECT_EQ(Between(readme.substr(marker), "```cpp", "```"), example);
 }
 
 }  // namespace
