@@ -1,0 +1,403 @@
+// The table's operations on contacts, flat pairs, removal tags and new
+// identities.
+
+#include "phonepim/mapping/ContactIDMappingTable.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "MappingTestSupport.h"
+
+namespace phonepim {
+namespace {
+
+using testing_support::ScratchFolder;
+using testing_support::StateOf;
+
+class ContactTable : public testing::Test {
+ protected:
+  ScratchFolder base_;
+  ContactIDMappingTable table_{u"N95", u"35", base_.path()};
+
+  // A contact entry with the given state ("" for none) and vCard ID.
+  void AddEntry(const String& storeID, const String& state, const String& vCardID = u"") {
+    Dictionary entry;
+    if (!state.empty()) entry.emplace(u"State", state);
+    if (!vCardID.empty()) entry.emplace(u"vCardID", vCardID);
+    table_.addMeta(entry, storeID);
+  }
+};
+
+bool IsUUID(const String& text) {
+  static const std::regex pattern(
+      "[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}");
+  return std::regex_match(ToDisplayUTF8(text), pattern);
+}
+
+TEST_F(ContactTable, a_fresh_table_is_empty_and_counts_temporary_ids_from_one) {
+  EXPECT_EQ(table_.count(), 0u);
+  EXPECT_TRUE(table_.allKeys().empty());
+  EXPECT_EQ(table_.countRemovedTagRecords(), 0u);
+  EXPECT_EQ(table_.nextTemporaryID(), 1u);
+  EXPECT_EQ(table_.nextTemporaryID(), 2u);
+  EXPECT_EQ(table_.mLastPhoneID(), 2u);
+  table_.resetTemporaryID();
+  EXPECT_EQ(table_.mLastPhoneID(), 0u);
+  EXPECT_EQ(table_.nextTemporaryID(), 1u);
+}
+
+TEST_F(ContactTable, temporary_ids_count_per_table) {
+  for (int i = 0; i < 9; ++i) table_.nextTemporaryID();
+  ContactIDMappingTable other(u"N95", u"36", base_.path());
+  EXPECT_EQ(other.nextTemporaryID(), 1u);
+  EXPECT_EQ(table_.nextTemporaryID(), 10u);
+}
+
+TEST_F(ContactTable, new_identifiers_are_distinct_uuid_strings) {
+  std::set<String> seen;
+  for (int i = 0; i < 100; ++i) {
+    const String id = ContactIDMappingTable::newIdentifier();
+    EXPECT_TRUE(IsUUID(id)) << ToDisplayUTF8(id);
+    seen.insert(id);
+  }
+  EXPECT_EQ(seen.size(), 100u);
+}
+
+TEST(contact_table_lmt, reads_the_last_modified_text) {
+  const Dictionary data{{u"LMT", u"20240101T000000Z"}, {u"first name", u"A"}};
+  ASSERT_NE(ContactIDMappingTable::LMT(&data), nullptr);
+  EXPECT_EQ(*ContactIDMappingTable::LMT(&data), Value(u"20240101T000000Z"));
+  const Dictionary without{{u"first name", u"A"}};
+  EXPECT_EQ(ContactIDMappingTable::LMT(&without), nullptr);
+  EXPECT_EQ(ContactIDMappingTable::LMT(nullptr), nullptr);
+}
+
+// --- Flat pairs -------------------------------------------------------------
+
+TEST_F(ContactTable, add_dbid_stores_both_directions_or_the_vcard_id_alone) {
+  table_.addDBID(u"S", u"V");
+  EXPECT_EQ(table_.mTable(), (Dictionary{{u"S", u"V"}, {u"V", u"S"}}));
+  table_.addDBID(std::nullopt, u"7");
+  EXPECT_EQ(table_.mTable().at(u"7"), Value(u"7"));
+  EXPECT_EQ(table_.count(), 3u);
+}
+
+TEST_F(ContactTable, change_vcard_id_drops_the_old_pair) {
+  table_.addDBID(u"S", u"V-old");
+  table_.addDBID(u"T", u"W");
+  table_.changeVCardID(u"V-new", u"S");
+  EXPECT_EQ(table_.mTable(),
+            (Dictionary{{u"S", u"V-new"}, {u"V-new", u"S"}, {u"T", u"W"}, {u"W", u"T"}}));
+  // Without an old value nothing else is removed.
+  table_.changeVCardID(u"X", u"U");
+  EXPECT_EQ(table_.count(), 6u);
+  EXPECT_EQ(table_.mTable().at(u"U"), Value(u"X"));
+  EXPECT_EQ(table_.mTable().at(u"X"), Value(u"U"));
+}
+
+TEST_F(ContactTable, change_vcard_id_over_a_contact_entry_replaces_it) {
+  AddEntry(u"S", u"Modified", u"V");
+  table_.changeVCardID(u"V2", u"S");
+  EXPECT_EQ(table_.mTable(), (Dictionary{{u"S", u"V2"}, {u"V2", u"S"}}));
+  EXPECT_EQ(table_.dbIDForVCardID(u"V"), std::nullopt);
+}
+
+TEST_F(ContactTable, check_dbid_returns_what_is_there_or_stores_the_id_itself) {
+  table_.addDBID(u"S", u"V");
+  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"V"), Value(u"S"));
+  EXPECT_EQ(table_.count(), 2u);
+  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"unknown"), Value(u"unknown"));
+  EXPECT_EQ(table_.mTable().at(u"unknown"), Value(u"unknown"));
+  AddEntry(u"C", u"Modified");
+  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"C"), Value(Dictionary{{u"State", u"Modified"}}));
+}
+
+TEST_F(ContactTable, has_and_remove_act_on_any_key) {
+  table_.addDBID(u"S", u"V");
+  AddEntry(u"C", u"");
+  EXPECT_TRUE(table_.hasVCardRecordIDForDBID(u"S"));
+  EXPECT_TRUE(table_.hasVCardRecordIDForDBID(u"C"));
+  EXPECT_FALSE(table_.hasVCardRecordIDForDBID(u"nothing"));
+  table_.removeVCardID(u"S");
+  table_.removeVCardID(u"C");
+  table_.removeVCardID(u"nothing");
+  EXPECT_EQ(table_.mTable(), (Dictionary{{u"V", u"S"}}));
+}
+
+// --- Contacts ---------------------------------------------------------------
+
+TEST_F(ContactTable, add_contact_creates_or_updates_the_entry) {
+  table_.addContact(u"C", Dictionary{{u"first name", u"A"}});
+  EXPECT_EQ(*table_.meta(u"C"),
+            (Dictionary{{u"Contact Data", Dictionary{{u"first name", u"A"}}},
+                        {u"State", u"AddedBySyncDB"}}));
+  table_.meta(u"C")->insert_or_assign(u"vCardID", u"V");
+  table_.meta(u"C")->insert_or_assign(u"State", u"Modified");
+  table_.addContact(u"C", Dictionary{{u"first name", u"B"}});
+  EXPECT_EQ(*table_.meta(u"C"),
+            (Dictionary{{u"Contact Data", Dictionary{{u"first name", u"B"}}},
+                        {u"State", u"AddedBySyncDB"},
+                        {u"vCardID", u"V"}}));
+  // Over a flat pair the entry starts empty.
+  table_.addDBID(u"P", u"Q");
+  table_.addContact(u"P", Dictionary{});
+  EXPECT_EQ(*table_.meta(u"P"),
+            (Dictionary{{u"Contact Data", Dictionary{}}, {u"State", u"AddedBySyncDB"}}));
+}
+
+TEST_F(ContactTable, modify_contact_needs_an_entry_and_sets_modified) {
+  table_.modifyContact(u"C", Dictionary{{u"first name", u"A"}});
+  EXPECT_EQ(table_.count(), 0u);
+  AddEntry(u"C", u"AddedBySyncDB", u"V");
+  table_.modifyContact(u"C", Dictionary{{u"first name", u"A"}});
+  EXPECT_EQ(*table_.meta(u"C"), (Dictionary{{u"Contact Data", Dictionary{{u"first name", u"A"}}},
+                                            {u"State", u"Modified"},
+                                            {u"vCardID", u"V"}}));
+  // A flat pair is not an entry.
+  table_.addDBID(u"S", u"T");
+  table_.modifyContact(u"S", Dictionary{});
+  EXPECT_EQ(table_.mTable().at(u"S"), Value(u"T"));
+}
+
+TEST_F(ContactTable, meta_and_contact_info_answer_contact_entries_only) {
+  AddEntry(u"C", u"Modified");
+  table_.addDBID(u"S", u"V");
+  EXPECT_EQ(table_.meta(u"C"), table_.contactInfo(u"C"));
+  ASSERT_NE(table_.meta(u"C"), nullptr);
+  EXPECT_EQ(table_.meta(u"S"), nullptr);
+  EXPECT_EQ(table_.meta(u"missing"), nullptr);
+  const ContactIDMappingTable& constant = table_;
+  EXPECT_EQ(constant.meta(u"C"), table_.meta(u"C"));
+  EXPECT_EQ(table_.vCardIDForDBID(u"C"), std::nullopt);
+  table_.meta(u"C")->insert_or_assign(u"vCardID", u"V-C");
+  EXPECT_EQ(table_.vCardIDForDBID(u"C"), u"V-C");
+  EXPECT_EQ(table_.vCardIDForDBID(u"S"), std::nullopt);  // a pair, not an entry
+}
+
+TEST_F(ContactTable, remove_contact_ignores_no_id_and_remove_contacts_takes_a_list) {
+  AddEntry(u"A", u"");
+  AddEntry(u"B", u"");
+  AddEntry(u"C", u"");
+  table_.removeContact(std::nullopt);
+  EXPECT_EQ(table_.count(), 3u);
+  table_.removeContact(u"B");
+  EXPECT_EQ(table_.allKeys(), (std::vector<String>{u"A", u"C"}));
+  table_.removeContacts({u"A", u"C", u"missing"});
+  EXPECT_EQ(table_.count(), 0u);
+}
+
+TEST_F(ContactTable, keys_come_in_sorted_order) {
+  for (const char16_t* key : {u"b", u"a", u"C", u"\u00e9", u"aa"}) AddEntry(key, u"");
+  const std::vector<String> expected{u"C", u"a", u"aa", u"b", u"\u00e9"};
+  EXPECT_EQ(table_.allKeys(), expected);
+  std::vector<String> enumerated;
+  for (const String& key : table_.keyEnumerator()) enumerated.push_back(key);
+  EXPECT_EQ(enumerated, expected);
+}
+
+// --- Removal tags -----------------------------------------------------------
+
+TEST_F(ContactTable, removal_tag_spares_the_four_protected_states) {
+  const struct {
+    const char16_t* state;  // nullptr: no "State"
+    const char16_t* after;
+  } cases[] = {
+      {u"Removed", u"Removed"},
+      {u"ModifiedBySyncDB", u"ModifiedBySyncDB"},
+      {u"Modified", u"Modified"},
+      {u"AddedBySyncDB", u"AddedBySyncDB"},
+      {u"AddedByPellarin", u"RemovedByPellarin"},
+      {u"RemovedByPellarin", u"RemovedByPellarin"},
+      {u"New", u"RemovedByPellarin"},
+      {u"modified", u"RemovedByPellarin"},  // case matters
+      {u"", u"RemovedByPellarin"},
+      {nullptr, u"RemovedByPellarin"},
+  };
+  int n = 0;
+  for (const auto& c : cases) {
+    Dictionary entry;
+    if (c.state) entry.emplace(u"State", c.state);
+    table_.addMeta(entry, u"C" + StringFromASCII(std::to_string(n++)));
+  }
+  table_.addMeta(Dictionary{{u"State", 7}}, u"numeric state");
+  table_.addDBID(u"S", u"V");
+
+  table_.setRemovedTagToAllMeta();
+  n = 0;
+  for (const auto& c : cases) {
+    EXPECT_EQ(StateOf(table_, u"C" + StringFromASCII(std::to_string(n++))), c.after)
+        << (c.state ? ToDisplayUTF8(c.state) : "no state");
+  }
+  EXPECT_EQ(StateOf(table_, u"numeric state"), u"RemovedByPellarin");
+  EXPECT_EQ(table_.mTable().at(u"S"), Value(u"V"));  // pairs are not tagged
+  EXPECT_EQ(table_.countRemovedTagRecords(), 7u);
+
+  table_.removeAllRemovedTagRecords();
+  EXPECT_EQ(table_.countRemovedTagRecords(), 0u);
+  EXPECT_EQ(table_.allKeys(), (std::vector<String>{u"C0", u"C1", u"C2", u"C3", u"S", u"V"}));
+}
+
+TEST_F(ContactTable, an_operation_that_sets_the_state_again_clears_the_tag) {
+  AddEntry(u"C", u"AddedByPellarin", u"V");
+  AddEntry(u"D", u"NoChange");
+  table_.setRemovedTagToAllMeta();
+  EXPECT_EQ(table_.countRemovedTagRecords(), 2u);
+  table_.modifyContact(u"C", Dictionary{});
+  EXPECT_EQ(table_.countRemovedTagRecords(), 1u);
+  table_.removeAllRemovedTagRecords();
+  EXPECT_EQ(table_.allKeys(), std::vector<String>{u"C"});
+  EXPECT_EQ(table_.dbIDForVCardID(u"V"), u"C");
+}
+
+// --- New identities ---------------------------------------------------------
+
+Dictionary SubRecord(const String& id, const String& state, const String& owner) {
+  return Dictionary{{u"Data", Dictionary{{u"value", id + u"-value"},
+                                         {u"contact", Array{Value(owner)}}}},
+                    {u"Link", u"Linked"},
+                    {u"State", state},
+                    {u"identifier", id}};
+}
+
+TEST_F(ContactTable, change_record_id_moves_the_contact_and_renumbers_live_sub_records) {
+  Dictionary entry{
+      {u"State", u"Modified"},
+      {u"vCardID", u"V"},
+      {u"Contact Data", Dictionary{{u"first name", u"A"},
+                                   {u"phone numbers", Array{Value(u"P1"), Value(u"P3")}},
+                                   {u"email addresses", Array{Value(u"E1")}}}},
+      {u"phone numbers", Array{SubRecord(u"P1", u"NoChange", u"C"),
+                               SubRecord(u"P2", u"Delete", u"C"),
+                               SubRecord(u"P3", u"New", u"C")}},
+      {u"email addresses", Array{SubRecord(u"E1", u"Added", u"C")}},
+      {u"IMs", Array{SubRecord(u"I1", u"Delete", u"C")}},
+      {u"custom list", Array{SubRecord(u"X1", u"New", u"C")}},
+  };
+  table_.addMeta(entry, u"C");
+
+  const std::optional<String> moved = table_.changeRecordIDOfMeta(u"C");
+  ASSERT_TRUE(moved);
+  EXPECT_TRUE(IsUUID(*moved));
+  EXPECT_EQ(table_.allKeys(), std::vector<String>{*moved});
+  const Dictionary& now = *table_.meta(*moved);
+  EXPECT_EQ(now.at(u"State"), Value(u"AddedByPellarin"));
+  EXPECT_EQ(now.at(u"vCardID"), Value(u"V"));
+  EXPECT_EQ(table_.dbIDForVCardID(u"V"), *moved);
+
+  const Array& phones = now.at(u"phone numbers").get<Array>();
+  ASSERT_EQ(phones.size(), 3u);
+  const auto idOf = [](const Value& v) { return v.get<Dictionary>().at(u"identifier").get<String>(); };
+  const auto ownerOf = [](const Value& v) {
+    return v.get<Dictionary>().at(u"Data").get<Dictionary>().at(u"contact");
+  };
+  EXPECT_TRUE(IsUUID(idOf(phones[0])));
+  EXPECT_EQ(idOf(phones[1]), u"P2");  // deleted entries keep theirs
+  EXPECT_TRUE(IsUUID(idOf(phones[2])));
+  EXPECT_NE(idOf(phones[0]), idOf(phones[2]));
+  EXPECT_EQ(ownerOf(phones[0]), Value(Array{Value(*moved)}));
+  EXPECT_EQ(ownerOf(phones[1]), Value(Array{Value(u"C")}));
+  const Array& mails = now.at(u"email addresses").get<Array>();
+  EXPECT_TRUE(IsUUID(idOf(mails[0])));
+  EXPECT_EQ(idOf(now.at(u"IMs").get<Array>()[0]), u"I1");
+  EXPECT_EQ(idOf(now.at(u"custom list").get<Array>()[0]), u"X1");  // not a known list
+
+  // The store record's references follow the renumbering, in place.
+  const Dictionary& data = now.at(u"Contact Data").get<Dictionary>();
+  EXPECT_EQ(data.at(u"phone numbers"),
+            Value(Array{Value(idOf(phones[0])), Value(idOf(phones[2]))}));
+  EXPECT_EQ(data.at(u"email addresses"), Value(Array{Value(idOf(mails[0]))}));
+  EXPECT_EQ(data.at(u"first name"), Value(u"A"));
+}
+
+TEST_F(ContactTable, change_record_id_without_an_entry_changes_nothing) {
+  table_.addDBID(u"S", u"V");
+  EXPECT_EQ(table_.changeRecordIDOfMeta(u"S"), std::nullopt);
+  EXPECT_EQ(table_.changeRecordIDOfMeta(u"missing"), std::nullopt);
+  EXPECT_EQ(table_.mTable(), (Dictionary{{u"S", u"V"}, {u"V", u"S"}}));
+}
+
+TEST_F(ContactTable, replace_contents_rebuilds_lists_and_references) {
+  table_.addMeta(Dictionary{{u"State", u"NoChange"},
+                            {u"vCardID", u"V"},
+                            {u"Contact Data", Dictionary{{u"first name", u"A"},
+                                                         {u"URLs", Array{Value(u"U0")}},
+                                                         {u"phone numbers", Array{Value(u"P0")}}}},
+                            {u"phone numbers", Array{SubRecord(u"P0", u"NoChange", u"C")}},
+                            {u"URLs", Array{SubRecord(u"U0", u"NoChange", u"C")}},
+                            {u"custom list", Array{Value(1)}}},
+                 u"C");
+  const Dictionary replacement{
+      {u"phone numbers", Array{SubRecord(u"P1", u"New", u"elsewhere"),
+                               SubRecord(u"P2", u"Delete", u"elsewhere"), Value(u"not an entry"),
+                               SubRecord(u"P3", u"NoChange", u"elsewhere")}},
+      {u"dates", Array{SubRecord(u"D1", u"Delete", u"elsewhere")}},
+      {u"State", u"ignored"},
+  };
+  ASSERT_TRUE(table_.replaceContactContentsWithIdentifer(u"C", replacement));
+  const Dictionary& entry = *table_.meta(u"C");
+  EXPECT_EQ(entry.at(u"phone numbers"),
+            Value(Array{SubRecord(u"P1", u"New", u"C"), SubRecord(u"P2", u"Delete", u"C"),
+                        SubRecord(u"P3", u"NoChange", u"C")}));
+  EXPECT_EQ(entry.at(u"dates"), Value(Array{SubRecord(u"D1", u"Delete", u"C")}));
+  EXPECT_FALSE(entry.contains(u"URLs"));
+  EXPECT_EQ(entry.at(u"custom list"), Value(Array{Value(1)}));
+  EXPECT_EQ(entry.at(u"State"), Value(u"NoChange"));
+  EXPECT_EQ(entry.at(u"Contact Data"),
+            Value(Dictionary{{u"first name", u"A"},
+                             {u"phone numbers", Array{Value(u"P1"), Value(u"P3")}}}));
+  EXPECT_EQ(table_.dbIDForVCardID(u"V"), u"C");
+
+  EXPECT_FALSE(table_.replaceContactContentsWithIdentifer(u"missing", replacement));
+  EXPECT_EQ(table_.count(), 1u);
+}
+
+TEST_F(ContactTable, remove_identifier_drops_sub_records_and_their_references) {
+  table_.addMeta(Dictionary{{u"Contact Data", Dictionary{{u"phone numbers",
+                                                          Array{Value(u"X"), Value(u"P")}}}},
+                            {u"phone numbers", Array{SubRecord(u"X", u"New", u"A"),
+                                                     SubRecord(u"P", u"New", u"A")}},
+                            {u"relatives", Array{SubRecord(u"X", u"Delete", u"A")}}},
+                 u"A");
+  table_.addMeta(Dictionary{{u"URLs", Array{SubRecord(u"X", u"New", u"B"), Value(u"X")}}}, u"B");
+  table_.addDBID(u"X", u"V");
+
+  EXPECT_EQ(table_.removeIndentifier(u"X"), 3u);
+  EXPECT_EQ(*table_.meta(u"A"),
+            (Dictionary{{u"Contact Data", Dictionary{{u"phone numbers", Array{Value(u"P")}}}},
+                        {u"phone numbers", Array{SubRecord(u"P", u"New", u"A")}},
+                        {u"relatives", Array{}}}));
+  EXPECT_EQ(*table_.meta(u"B"), (Dictionary{{u"URLs", Array{Value(u"X")}}}));
+  EXPECT_EQ(table_.mTable().at(u"X"), Value(u"V"));  // keys are not identifiers
+  EXPECT_EQ(table_.removeIndentifier(u"X"), 0u);
+}
+
+TEST_F(ContactTable, phone_record_ids_are_kept_per_contact) {
+  AddEntry(u"A", u"Modified");
+  AddEntry(u"B", u"Modified");
+  table_.addPhoneRecordID(u"P1", u"A");
+  table_.addPhoneRecordID(u"P2", u"A");
+  table_.addPhoneRecordID(u"P1", u"A");  // no duplicates
+  table_.addPhoneRecordID(u"P9", u"missing");
+  EXPECT_EQ(table_.phoneIDsFromContactDBID(u"A"), (std::vector<String>{u"P1", u"P2"}));
+  EXPECT_TRUE(table_.phoneIDsFromContactDBID(u"B").empty());
+  EXPECT_TRUE(table_.phoneIDsFromContactDBID(u"missing").empty());
+  EXPECT_FALSE(table_.hasVCardRecordIDForDBID(u"missing"));
+  EXPECT_TRUE(table_.checkDBIDForPhoneID(u"P2", u"A"));
+  EXPECT_FALSE(table_.checkDBIDForPhoneID(u"P2", u"B"));
+  EXPECT_FALSE(table_.checkDBIDForPhoneID(u"P9", u"missing"));
+  EXPECT_EQ(StateOf(table_, u"A"), u"Modified");
+
+  table_.clearPhoneIDsAtContactID(u"A");
+  EXPECT_TRUE(table_.phoneIDsFromContactDBID(u"A").empty());
+  EXPECT_FALSE(table_.checkDBIDForPhoneID(u"P1", u"A"));
+  EXPECT_EQ(*table_.meta(u"A"), (Dictionary{{u"State", u"Modified"}}));
+  table_.clearPhoneIDsAtContactID(u"missing");
+  EXPECT_EQ(table_.count(), 2u);
+}
+
+}  // namespace
+}  // namespace phonepim

@@ -1,0 +1,210 @@
+// CContact::createMetaData: the contact record's keys, the sub-records the
+// contact hands its containers, and the relationship keys.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "datetime/DateTimeFixtures.h"
+#include "phonepim/model/CContact.h"
+#include "phonepim/sync/DateContainer.h"
+#include "phonepim/sync/EmailContainer.h"
+#include "phonepim/sync/IMContainer.h"
+#include "phonepim/sync/PhoneContainer.h"
+#include "phonepim/sync/RelatedNameContainer.h"
+#include "phonepim/sync/StreetAddressContainer.h"
+#include "phonepim/sync/URLContainer.h"
+#include "sync/SyncTestSupport.h"
+
+namespace phonepim {
+namespace {
+
+using testing::ScopedDefaultZone;
+using testing_support::TableFixture;
+
+class contact_meta_data : public TableFixture {
+ protected:
+  void SetUp() override { table_ = NewTable(); }
+
+  // A person with something in every field the record reads.
+  static void Fill(CContact& c) {
+    c.SetName(CName("Yamada", "Taro", "T", "Dr.", "Jr.", "\u30E4\u30DE\u30C0", "", "M"));
+    c.SetRFName(u"\u30BF\u30ED\u30A6");
+    c.SetRLName(u"unused: the name has its own");
+    c.SetNickNames({u"Taro-chan", u"T"});
+    c.NewOrg("Acme", "R&D", "Engineer", nullptr, 2);
+    c.NewOrg("Second", "", "", nullptr, 0);
+    c.SetTitle(u"Manager");
+    c.SetBirthDate(MakeDateComponents(1990, 5, 6, kUndefinedComponent, kUndefinedComponent,
+                                      kUndefinedComponent));
+    c.NewNotes("first", 0);
+    c.NewNotes("", 1);
+    c.NewNotes("second", 2);
+    c.SetPhotoData(Bytes{0xFF, 0xD8});
+    c.SetHobby(u"not in the record");
+
+    c.NewTelephone("03-1111", kTelephoneTypeHome | kTelephoneTypeCell, 0);
+    c.NewTelephone("", kTelephoneTypeWork, 1);
+    c.NewTelephone("03-2222", kTelephoneTypeCustom, 2, std::make_shared<const String>(u"Main"));
+    c.setAssistantNumber(u"03-3333");
+    c.NewEmail("taro@home.jp", kEmailTypeHome, 0);
+    c.NewEmail("", kEmailTypeWork, 1);
+    c.NewEmail("t@x.jp", kEmailTypeCustom, 2, std::make_shared<const String>(u"Club"));
+    c.NewURL("http://taro.jp/", kURLTypeWork, 0);
+    c.NewAddress(nullptr, "Room 5", "1-1 Chiyoda", "Tokyo", "Kanto", "100-0001", "Japan",
+                 "Marunouchi", kAddressTypeCustom, 0, std::make_shared<const String>(u"Villa"));
+    c.NewAddress();  // empty: left out
+    c.SetAnniversary_Date(MakeDateComponents(2005, 10, 1, 0, 0, 0));
+    c.setSpouse(u"Hanako");
+    c.setChildren(u"");
+    c.setAssistant(u"Jiro");
+    c.NewMessengerID("taro_s", kMessengerTypeSkype, 0);
+  }
+
+  std::shared_ptr<ContactIDMappingTable> table_;
+};
+
+TEST_F(contact_meta_data, a_person_becomes_a_contact_record_with_its_sub_records) {
+  ScopedDefaultZone utc("UTC");
+  CContact contact(8, u"IMEI", std::nullopt, u"Contact", table_);
+  Fill(contact);
+  contact.createMetaData();
+
+  const Dictionary expected{
+      {ISyncRecordEntityNameKey, u"com.apple.contacts.Contact"},
+      {u"first name", u"Taro"},
+      {u"last name", u"Yamada"},
+      {u"middle name", u"T"},
+      {u"title", u"Dr."},
+      {u"suffix", u"Jr."},
+      {u"first phonetic name", u"\u30BF\u30ED\u30A6"},
+      {u"last phonetic name", u"\u30E4\u30DE\u30C0"},
+      {u"middle phonetic name", u"M"},
+      {u"nickname", u"Taro-chan"},
+      {u"company name", u"Acme"},
+      {u"department", u"R&D"},
+      {u"job title", u"Manager"},
+      {u"birthday", Date{641952000}},
+      {u"notes", u"first\nsecond"},
+      {u"image", Bytes{0xFF, 0xD8}},
+  };
+  // No table entry yet: nothing is reconciled, so no identifiers.
+  EXPECT_EQ(contact.metaDictionary(), expected);
+
+  const PhoneContainer& phones = *contact.phoneMapper();
+  ASSERT_EQ(phones.count(), 3);
+  EXPECT_EQ(phones.recordAtIndex(0).at(u"label"), Value(u"Mobile (Home)"));
+  EXPECT_EQ(phones.recordAtIndex(1).at(u"type"), Value(u"main"));
+  EXPECT_EQ(phones.recordAtIndex(1).at(u"value"), Value(u"03-2222"));
+  EXPECT_EQ(phones.recordAtIndex(2).at(u"label"), Value(u"Assistant"));
+  EXPECT_EQ(phones.recordAtIndex(2).at(u"value"), Value(u"03-3333"));
+  EXPECT_EQ(phones.recordAtIndex(2).at(u"contact"),
+            Value(Array{Value(u"0000000000000008-Contact-IMEI")}));
+
+  ASSERT_EQ(contact.emailMapper()->count(), 2);
+  EXPECT_EQ(contact.emailMapper()->recordAtIndex(1).at(u"label"), Value(u"Club"));
+  ASSERT_EQ(contact.urlMapper()->count(), 1);
+  EXPECT_EQ(contact.urlMapper()->recordAtIndex(0).at(u"type"), Value(u"work"));
+
+  ASSERT_EQ(contact.streetAddressMapper()->count(), 1);
+  const Dictionary& address = contact.streetAddressMapper()->recordAtIndex(0);
+  EXPECT_EQ(address.at(u"street"), Value(u"1-1 Chiyoda Room 5"));
+  EXPECT_EQ(address.at(u"city"), Value(u"Tokyo"));
+  EXPECT_EQ(address.at(u"state"), Value(u"Kanto"));
+  EXPECT_EQ(address.at(u"postal code"), Value(u"100-0001"));
+  EXPECT_EQ(address.at(u"country"), Value(u"Japan"));
+  EXPECT_EQ(address.at(u"label"), Value(u"Villa"));
+
+  ASSERT_EQ(contact.dateContainer()->count(), 1);
+  EXPECT_EQ(contact.dateContainer()->recordAtIndex(0).at(u"value"), Value(Date{1128124800}));
+  EXPECT_EQ(contact.dateContainer()->recordAtIndex(0).at(u"type"), Value(u"anniversary"));
+
+  ASSERT_EQ(contact.relatedNameContainer()->count(), 2);
+  EXPECT_EQ(contact.relatedNameContainer()->recordAtIndex(0).at(u"type"), Value(u"spouse"));
+  EXPECT_EQ(contact.relatedNameContainer()->recordAtIndex(1).at(u"type"), Value(u"assistant"));
+  EXPECT_EQ(contact.relatedNameContainer()->recordAtIndex(1).at(u"value"), Value(u"Jiro"));
+
+  ASSERT_EQ(contact.imContainer()->count(), 1);
+  EXPECT_EQ(contact.imContainer()->recordAtIndex(0).at(u"service"), Value(u"Skype"));
+  EXPECT_EQ(contact.imContainer()->recordAtIndex(0).at(u"user"), Value(u"taro_s"));
+}
+
+TEST_F(contact_meta_data, known_contacts_get_the_identifiers_of_their_sub_records) {
+  CContact contact(8, u"IMEI", std::nullopt, u"Contact", table_);
+  table_->addContact(*contact.dbRecordID(), Dictionary{});
+  Fill(contact);
+  contact.createMetaData();
+
+  const Dictionary& record = contact.metaDictionary();
+  const Dictionary* meta = table_->meta(*contact.dbRecordID());
+  const Dictionary& contactData = meta->at(u"Contact Data").get<Dictionary>();
+  const std::pair<const char16_t*, std::size_t> lists[] = {
+      {u"phone numbers", 3}, {u"email addresses", 2}, {u"URLs", 1}, {u"street addresses", 1},
+      {u"dates", 1},         {u"related names", 2},   {u"IMs", 1}};
+  for (const auto& [key, size] : lists) {
+    SCOPED_TRACE(ToDisplayUTF8(key));
+    const std::vector<String> identifiers = Strings(Find(record, key));
+    ASSERT_EQ(identifiers.size(), size);
+    EXPECT_EQ(IdentifiersOf(Entries(*table_, *contact.dbRecordID(), key)), identifiers);
+    EXPECT_EQ(Strings(Find(contactData, key)), identifiers);
+  }
+
+  // Building again replaces the records instead of adding to them, and
+  // matches every one of them.
+  contact.createMetaData();
+  EXPECT_EQ(contact.phoneMapper()->count(), 3);
+  EXPECT_EQ(Entries(*table_, *contact.dbRecordID(), u"phone numbers").size(), 3u);
+  EXPECT_EQ(Strings(Find(contact.metaDictionary(), u"phone numbers")),
+            Strings(Find(record, u"phone numbers")));
+}
+
+TEST_F(contact_meta_data, the_phone_style_reaches_the_phone_labels) {
+  CContact contact(8, u"IMEI", std::nullopt, u"Contact", table_);
+  contact.NewTelephone("1", kTelephoneTypeHome | kTelephoneTypeCell, 0);
+  contact.createMetaData(true);
+  EXPECT_EQ(contact.phoneMapper()->recordAtIndex(0).at(u"type"), Value(u"mobile"));
+  EXPECT_EQ(Find(contact.phoneMapper()->recordAtIndex(0), u"label"), nullptr);
+  contact.createMetaData();
+  EXPECT_EQ(contact.phoneMapper()->recordAtIndex(0).at(u"label"), Value(u"Mobile (Home)"));
+}
+
+TEST_F(contact_meta_data, fallbacks_for_phonetic_names_and_job_title) {
+  CContact contact(8, u"IMEI", std::nullopt, u"Contact", table_);
+  contact.SetRFName(u"Reading first");
+  contact.SetRLName(u"Reading last");
+  contact.NewOrg("Acme", "", "Engineer", nullptr, 0);
+  contact.SetTitle(u"");
+  contact.createMetaData();
+  const Dictionary expected{{ISyncRecordEntityNameKey, u"com.apple.contacts.Contact"},
+                            {u"first phonetic name", u"Reading first"},
+                            {u"last phonetic name", u"Reading last"},
+                            {u"company name", u"Acme"},
+                            {u"job title", u"Engineer"}};
+  EXPECT_EQ(contact.metaDictionary(), expected);
+}
+
+TEST_F(contact_meta_data, a_group_becomes_a_group_record) {
+  CContact group(3, u"IMEI", std::nullopt, u"Group", table_);
+  group.SetGroupName(u"Family");
+  group.createMetaData();
+  EXPECT_EQ(group.metaDictionary(),
+            (Dictionary{{ISyncRecordEntityNameKey, u"com.apple.contacts.Group"},
+                        {u"name", u"Family"}}));
+  group.SetGroupDisplayName(u"My family");
+  group.createMetaData();
+  EXPECT_EQ(group.metaDictionary().at(u"name"), Value(u"My family"));
+}
+
+TEST_F(contact_meta_data, a_record_without_identity_builds_only_its_record) {
+  CContact contact(u"Contact");
+  contact.NewTelephone("1", kTelephoneTypeHome, 0);
+  contact.SetTitle(u"Boss");
+  contact.createMetaData();
+  EXPECT_EQ(contact.metaDictionary(),
+            (Dictionary{{ISyncRecordEntityNameKey, u"com.apple.contacts.Contact"},
+                        {u"job title", u"Boss"}}));
+  EXPECT_EQ(contact.phoneMapper(), nullptr);
+}
+
+}  // namespace
+}  // namespace phonepim

@@ -1,0 +1,112 @@
+// The example of docs/synchronising-contacts.md, compiled and run, and a
+// check that the document shows exactly this code.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "mapping/MappingTestSupport.h"
+
+// BEGIN EXAMPLE
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "phonepim/mapping/ContactIDMappingTable.h"
+#include "phonepim/model/CContact.h"
+
+using namespace phonepim;
+
+// One synchronisation of a phone holding one contact. Returns the store
+// identifiers of the contact's phone numbers.
+std::vector<String> SynchroniseOnce(const std::filesystem::path& metaFolder) {
+  const String imei = u"356938035643809";
+  auto table = std::make_shared<ContactIDMappingTable>(u"N900", imei, metaFolder);
+
+  // The phone's contact number 5, as vCard::Parse would have filled it.
+  CContact contact(5, imei, std::nullopt, u"Contact", table);
+  contact.Name().SetName(u"Yamada", 0);
+  contact.NewTelephone("090-1234-5678", kTelephoneTypeCell, 0);
+  contact.NewTelephone("03-1234-5678", kTelephoneTypeWork | kTelephoneTypeVoice, 1);
+
+  // A contact the table has never seen: the store adds it, the table
+  // remembers it under its store ID together with the phone's ID.
+  const String storeID = *contact.dbRecordID();
+  if ((contact.state() & CContact::kStateDBRecordIDKnown) == 0) {
+    contact.createMetaData();
+    table->addContact(storeID, contact.metaDictionary());
+    table->meta(storeID)->insert_or_assign(u"vCardID", *contact.vCardRecordID());
+  }
+
+  // Build the records and match the sub-records against the table's entries.
+  contact.createMetaData();
+
+  // Each entry now says what the store must do with it.
+  std::vector<String> phoneIDs;
+  for (const Value& item : table->meta(storeID)->at(u"phone numbers").get<Array>()) {
+    const Dictionary& entry = item.get<Dictionary>();
+    const String& state = entry.at(u"State").get<String>();
+    const String& identifier = entry.at(u"identifier").get<String>();
+    if (state == u"New") {
+      // push entry.at(u"Data") to the store as a new record `identifier`
+    } else if (state == u"Delete") {
+      // remove the store record `identifier`
+      continue;
+    }
+    phoneIDs.push_back(identifier);
+  }
+
+  // The contact record itself, with its sub-records' identifiers.
+  table->modifyContact(storeID, contact.metaDictionary());
+  table->save();
+  return phoneIDs;
+}
+// END EXAMPLE
+
+namespace {
+
+std::string ReadAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// The text between two marker lines (exclusive), or nothing.
+std::string Between(const std::string& text, const std::string& begin, const std::string& end) {
+  const std::size_t start = text.find(begin);
+  if (start == std::string::npos) return {};
+  const std::size_t from = text.find('\n', start) + 1;
+  const std::size_t to = text.find(end, from);
+  if (to == std::string::npos) return {};
+  return text.substr(from, to - from);
+}
+
+TEST(synchronising_contacts_example, a_second_synchronisation_keeps_the_identifiers) {
+  phonepim::testing_support::ScratchFolder folder;
+  const std::vector<String> first = SynchroniseOnce(folder.path());
+  ASSERT_EQ(first.size(), 2u);
+  EXPECT_NE(first[0], first[1]);
+  EXPECT_EQ(SynchroniseOnce(folder.path()), first);
+
+  const ContactIDMappingTable saved(u"N900", u"356938035643809", folder.path());
+  const Dictionary* meta = saved.meta(CContact::generateNewVCardID(5, u"356938035643809"));
+  ASSERT_NE(meta, nullptr);
+  EXPECT_EQ(meta->at(u"State"), Value(u"Modified"));
+  const Dictionary& record = meta->at(u"Contact Data").get<Dictionary>();
+  EXPECT_EQ(record.at(u"last name"), Value(u"Yamada"));
+  EXPECT_EQ(record.at(u"phone numbers"), Value(Array(first.begin(), first.end())));
+}
+
+TEST(synchronising_contacts_example, the_document_shows_this_code) {
+  const std::string source = ReadAll(PHONEPIM_SOURCE_DIR "/tests/sync/"
+                                                         "SynchronisingContactsExample_test.cpp");
+  const std::string document = ReadAll(PHONEPIM_SOURCE_DIR "/docs/synchronising-contacts.md");
+  const std::string example = Between(source, "// BEGIN EXAMPLE", "// END EXAMPLE");
+  ASSERT_FALSE(example.empty());
+  EXPECT_EQ(Between(document, "```cpp", "```"), example);
+}
+
+}  // namespace
