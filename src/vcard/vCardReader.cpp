@@ -1,0 +1,552 @@
+// vCard::Parse and the two tokenizer callbacks: property and parameter
+// classification, and storing each value into the contact.
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "phonepim/encoding/Encoding.h"
+#include "phonepim/model/CContact.h"
+#include "phonepim/model/CCustomType.h"
+#include "phonepim/model/TypeMasks.h"
+#include "phonepim/platform/Assert.h"
+#include "phonepim/platform/Errors.h"
+#include "phonepim/platform/Log.h"
+#include "phonepim/versit/vObject.h"
+#include "phonepim/versit/vParser.h"
+#include "vcard/vCardReaderInternal.h"
+
+namespace phonepim {
+
+namespace {
+
+using vcard_reader::StrNEqual;
+
+// --- Property and parameter vocabulary --------------------------------------
+
+struct PropertyName {
+  std::string_view name;
+  int id;
+};
+
+constexpr PropertyName kPropertyNames[] = {
+    {"VERSION", kvCardPropertyVERSION},
+    {"BEGIN", kvCardPropertyBEGIN},
+    {"END", kvCardPropertyEND},
+    {"FN", kvCardPropertyFN},
+    {"N", kvCardPropertyN},
+    {"NICKNAME", kvCardPropertyNICKNAME},
+    {"SOUND", kvCardPropertySOUND},
+    {"BDAY", kvCardPropertyBDAY},
+    {"X-BLOOD", kvCardPropertyBLOOD},
+    {"TEL", kvCardPropertyTEL},
+    {"EMAIL", kvCardPropertyEMAIL},
+    {"URL", kvCardPropertyURL},
+    {"ADR", kvCardPropertyADR},
+    {"NOTE", kvCardPropertyNOTE},
+    {"TITLE", kvCardPropertyTITLE},
+    {"ROLE", kvCardPropertyROLE},
+    {"ORG", kvCardPropertyORG},
+    {"X-HOBBY", kvCardPropertyHOBBY},
+    {"PHOTO", kvCardPropertyPHOTO},
+    {"X-GENDER", kvCardPropertyGENDER},
+    {"GN", kvCardPropertyGN},
+    {"GT", kvCardPropertyGT},
+    {"X-GROUP", kvCardPropertyGROUP},
+    {"X-IM", kvCardPropertyIM},
+    {"X-SPEEDDIAL", kvCardPropertySPEEDDIAL},
+    {"X-ACCOUNT", kvCardPropertyACCOUNT},
+    {"X-ACCOUNT-N", kvCardPropertyACCOUNT_N},
+    {"X-ACCOUNT-TYPE", kvCardPropertyACCOUNT_TYPE},
+    {"REV", kvCardPropertyREV},
+    {"X-ANNIVERSARY", kvCardPropertyANNIVERSARY},
+    {"X-GDISPN", kvCardPropertyGDISPN},
+    {"X-SPOUSE", kvCardPropertySPOUSE},
+    {"X-CHILDREN", kvCardPropertyCHILDREN},
+    {"X-ASSISTANT", kvCardPropertyASSISTANT},
+};
+
+int PropertyIDOf(std::string_view name) {
+  for (const PropertyName& entry : kPropertyNames) {
+    if (entry.name == name) return entry.id;
+  }
+  return kvCardPropertyUnknown;
+}
+
+// A type word and its bit. A word that `replaces` sets the flags to its bit
+// alone, dropping what came before it: phones send DTMF and PTT as the only
+// meaning of a number, and a HOME before them is noise, one after them not.
+struct TypeWord {
+  std::string_view word;
+  std::uint32_t bit;
+  bool replaces = false;
+};
+
+constexpr TypeWord kTelephoneTypes[] = {
+    {"PREF", kTelephoneTypePref},       {"HOME", kTelephoneTypeHome},
+    {"WORK", kTelephoneTypeWork},       {"VOICE", kTelephoneTypeVoice},
+    {"FAX", kTelephoneTypeFax},         {"MSG", kTelephoneTypeMsg},
+    {"CELL", kTelephoneTypeCell},       {"PAGER", kTelephoneTypePager},
+    {"BBS", kTelephoneTypeBBS},         {"MODEM", kTelephoneTypeModem},
+    {"CAR", kTelephoneTypeCar},         {"ISDN", kTelephoneTypeISDN},
+    {"VIDEO", kTelephoneTypeVideo},     {"INTERNET", kTelephoneTypeInternet},
+    {"DTMF", kTelephoneTypeDTMF, true}, {"PTT", kTelephoneTypePTT, true},
+    {"X-ETC", kTelephoneTypeEtc},       {"X-CALLBACK", kTelephoneTypeCallback},
+};
+
+constexpr TypeWord kEmailTypes[] = {
+    {"PREF", kEmailTypePref}, {"HOME", kEmailTypeHome}, {"WORK", kEmailTypeWork},
+    {"CELL", kEmailTypeCell}, {"X-ETC", kEmailTypeEtc},
+};
+
+// CELL and X-ETC take the opposite bits from the e-mail words (see
+// TypeMasks.h).
+constexpr TypeWord kAddressTypes[] = {
+    {"PREF", kAddressTypePref}, {"HOME", kAddressTypeHome}, {"WORK", kAddressTypeWork},
+    {"CELL", kAddressTypeCell}, {"X-ETC", kAddressTypeEtc},
+};
+
+constexpr TypeWord kURLTypes[] = {
+    {"PREF", kURLTypePref}, {"HOME", kURLTypeHome}, {"WORK", kURLTypeWork}};
+
+constexpr TypeWord kOrganizationTypes[] = {
+    {"HOME", kOrganizationTypeHome}, {"WORK", kOrganizationTypeWork},
+    {"X-ETC", kOrganizationTypeEtc}};
+
+constexpr TypeWord kMessengerTypes[] = {
+    {"AIM", kMessengerTypeAIM},       {"WINDOWSLIVE", kMessengerTypeWindowsLive},
+    {"YAHOO", kMessengerTypeYahoo},   {"SKYPE", kMessengerTypeSkype},
+    {"QQ", kMessengerTypeQQ},         {"GOOGLETALK", kMessengerTypeGoogleTalk},
+    {"ICQ", kMessengerTypeICQ},       {"JABBER", kMessengerTypeJabber},
+};
+
+constexpr TypeWord kReadingNameTypes[] = {{"X-IRMC-N", kReadingNameTypeIrmcN}};
+
+// What an unmatched parameter containing "X-CUSTOM" does.
+enum class CustomParameter {
+  kIgnored,
+  kLabel,  // joined into a label text; sets `customBit` and customLabel
+  kCode,   // the parameter itself registered; its code ORed into the flags
+};
+
+struct TypeRule {
+  std::span<const TypeWord> words;
+  CustomParameter custom = CustomParameter::kIgnored;
+  std::uint32_t customBit = 0;
+};
+
+const TypeRule* TypeRuleOf(int propertyID) {
+  static const TypeRule kTelephone{kTelephoneTypes, CustomParameter::kLabel,
+                                   kTelephoneTypeCustom};
+  static const TypeRule kEmail{kEmailTypes, CustomParameter::kLabel, kEmailTypeCustom};
+  static const TypeRule kAddress{kAddressTypes, CustomParameter::kLabel, kAddressTypeCustom};
+  static const TypeRule kURL{kURLTypes};
+  static const TypeRule kOrganization{kOrganizationTypes, CustomParameter::kCode};
+  static const TypeRule kMessenger{kMessengerTypes, CustomParameter::kCode};
+  static const TypeRule kReadingName{kReadingNameTypes};
+  switch (propertyID) {
+    case kvCardPropertyTEL:
+      return &kTelephone;
+    case kvCardPropertyEMAIL:
+      return &kEmail;
+    case kvCardPropertyADR:
+      return &kAddress;
+    case kvCardPropertyURL:
+      return &kURL;
+    case kvCardPropertyORG:
+      return &kOrganization;
+    case kvCardPropertyIM:
+      return &kMessenger;
+    case kvCardPropertySOUND:
+      return &kReadingName;
+    default:
+      return nullptr;
+  }
+}
+
+// Parameter text as a string: UTF-8 when it is, else byte for byte, so that
+// every label registers.
+String ParameterString(std::string_view bytes) {
+  if (std::optional<String> text = StringFromUTF8(bytes)) return std::move(*text);
+  return StringFromASCII(bytes);
+}
+
+// The label text of an "X-CUSTOM(...)" parameter: the parameter list from
+// the first parameter's name through the first ')', with the NULs the
+// tokenizer put between names and values turned back into '='. That undoes
+// the split of "X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,=41)" at its
+// first '=', and keeps the parameters written before the label
+// ("PREF;X-CUSTOM(Main)" gives "PREF=X-CUSTOM(Main)"). Without a ')' the
+// text runs to the end of the last parameter.
+std::string JoinCustomLabel(char** params) {
+  const char* begin = params[0];
+  const char* end = begin;
+  for (char** pair = params; pair[0] != nullptr; pair += 2) {
+    for (const char* text : {pair[0], pair[1]}) {
+      if (text != nullptr) end = std::max(end, text + std::strlen(text));
+    }
+  }
+  const auto span = static_cast<std::size_t>(end - begin);
+  if (const void* close = std::memchr(begin, ')', span)) {
+    end = static_cast<const char*>(close) + 1;
+  }
+  std::string label(begin, static_cast<std::size_t>(end - begin));
+  std::replace(label.begin(), label.end(), '\0', '=');
+  return label;
+}
+
+void ClassifyTypes(vCard::vCardParseData& d, const TypeRule& rule, char** params) {
+  for (char** pair = params; pair[0] != nullptr; pair += 2) {
+    const std::string_view name = pair[0];
+    const auto word = std::find_if(rule.words.begin(), rule.words.end(),
+                                   [&](const TypeWord& w) { return w.word == name; });
+    if (word != rule.words.end()) {
+      d.typeFlags = word->replaces ? word->bit : d.typeFlags | word->bit;
+      continue;
+    }
+    if (rule.custom == CustomParameter::kIgnored ||
+        name.find("X-CUSTOM") == std::string_view::npos) {
+      continue;
+    }
+    if (rule.custom == CustomParameter::kCode) {
+      d.typeFlags |= CCustomType::Inst().ConvertCustomTypeFromString(ParameterString(name));
+    } else {
+      std::optional<String> label =
+          CCustomType::Inst().ConvertCustomStrFromString(ParameterString(JoinCustomLabel(params)));
+      d.customLabel = label ? std::make_shared<const String>(std::move(*label)) : nullptr;
+      d.typeFlags |= rule.customBit;
+    }
+  }
+}
+
+void ClassifyProperty(vCard::vCardParseData& d, const char* name, char** params) {
+  d.propertyID = kvCardPropertyNone;
+  d.charset = kCharsetNone;
+  d.encoding = kEncodingNone;
+  d.typeFlags = 0;
+  d.customLabel.reset();
+  d.value.clear();
+  d.hasValue = false;
+
+  static char* const kNoParameters[2] = {nullptr, nullptr};
+  if (params == nullptr) params = const_cast<char**>(kNoParameters);
+
+  for (char** pair = params; pair[0] != nullptr; pair += 2) {
+    const std::string_view parameter = pair[0];
+    const char* value = pair[1];
+    if (parameter == "CHARSET") {
+      d.charset = value == nullptr                          ? kCharsetOther
+                  : std::string_view(value) == "UTF-8"      ? kCharsetUTF8
+                  : std::string_view(value) == "SHIFT_JIS"  ? kCharsetShiftJIS
+                                                            : kCharsetOther;
+    } else if (parameter == "ENCODING") {
+      d.encoding = value == nullptr                                ? kEncodingUnknown
+                   : std::string_view(value) == "QUOTED-PRINTABLE" ? kEncodingQuotedPrintable
+                   : std::string_view(value) == "BASE64"           ? kEncodingBase64
+                                                                   : kEncodingUnknown;
+    } else if (value == nullptr && parameter == "QUOTED-PRINTABLE") {
+      d.encoding = kEncodingQuotedPrintable;
+    } else if (value == nullptr && parameter == "BASE64") {
+      d.encoding = kEncodingBase64;
+    }
+  }
+
+  d.propertyID = PropertyIDOf(name != nullptr ? std::string_view(name) : std::string_view());
+  if (const TypeRule* rule = TypeRuleOf(d.propertyID)) ClassifyTypes(d, *rule, params);
+}
+
+// --- Storing values ----------------------------------------------------------
+
+// A text property's value: escapes undone first when the option asks for it
+// (never for EMAIL, whose addresses carry backslashes literally), then
+// charset and transfer encoding.
+std::optional<String> DecodeText(const vCard::vCardParseData& d, bool undoEscapes) {
+  const auto len = static_cast<int>(d.value.size());
+  if (undoEscapes && vCard::sm_fNonstandardEscChar) {
+    const Bytes unescaped = DecodeEscapedCharString(d.value.data(), d.value.size());
+    return Decode(unescaped.data(), static_cast<int>(unescaped.size()), d.charset, d.encoding);
+  }
+  return Decode(d.value.data(), len, d.charset, d.encoding);
+}
+
+// The element creators take UTF-8 C strings; a text that could not be
+// decoded gives null (an empty element).
+class CText {
+ public:
+  explicit CText(const std::optional<String>& text)
+      : bytes_(text ? UTF8FromString(*text) : std::nullopt) {}
+  const char* get() const { return bytes_ ? bytes_->c_str() : nullptr; }
+
+ private:
+  std::optional<std::string> bytes_;
+};
+
+// Removes the backslash of every "\<c>" pair, in one pass from the left.
+void UnescapeInPlace(std::string& s, char c) {
+  std::size_t out = 0;
+  for (std::size_t i = 0; i < s.size(); ++i) {
+    if (s[i] == '\\' && i + 1 < s.size() && s[i + 1] == c) ++i;
+    s[out++] = s[i];
+  }
+  s.resize(out);
+}
+
+void StoreTelephone(vCard::vCardParseData& d) {
+  // Numbers are read as plain UTF-8 whatever the parameters say; only the
+  // separators that the phones escape are unescaped.
+  UnescapeInPlace(d.value, ',');
+  UnescapeInPlace(d.value, ';');
+  if ((d.typeFlags & kTelephoneTypeCustom) != 0) {
+    d.pContact->NewTelephone(d.value.c_str(), d.typeFlags, -1, d.customLabel);
+  } else {
+    d.pContact->NewTelephone(d.value.c_str(), d.typeFlags, -1);
+  }
+}
+
+void StoreEmail(vCard::vCardParseData& d) {
+  const CText email(DecodeText(d, false));
+  if ((d.typeFlags & kEmailTypeCustom) != 0) {
+    d.pContact->NewEmail(email.get(), d.typeFlags, -1, d.customLabel);
+  } else {
+    d.pContact->NewEmail(email.get(), d.typeFlags, -1);
+  }
+}
+
+void StoreReadingName(vCard::vCardParseData& d) {
+  CContact& contact = *d.pContact;
+  const auto len = static_cast<int>(d.value.size());
+  std::optional<String> lastName;
+  if ((d.typeFlags & kReadingNameTypeIrmcN) != 0) {
+    std::optional<String> firstName;
+    vCard::ParseRName(d.value.data(), len, d.charset, d.encoding, &lastName, &firstName);
+    contact.SetRFName(std::move(firstName));
+  } else {
+    vCard::ParseRName(d.value.data(), len, d.charset, d.encoding, &lastName);
+  }
+  contact.SetRLName(std::move(lastName));
+}
+
+void StoreSpeedDial(vCard::vCardParseData& d) {
+  CContact& contact = *d.pContact;
+  std::array<std::int32_t, CContact::kSpeedDialCount> slots = contact.SpeedDial();
+  vCard::ParseSpeedDial(d.value.data(), static_cast<int>(d.value.size()), slots.data());
+  for (int i = 0; i < CContact::kSpeedDialCount; ++i) {
+    contact.SetSpeedDial(slots[static_cast<std::size_t>(i)], i);
+  }
+}
+
+void StoreAssistant(vCard::vCardParseData& d) {
+  std::optional<String> name;
+  std::optional<String> number;
+  vCard::ParseAssistant(d.value.data(), static_cast<int>(d.value.size()), d.charset,
+                        d.encoding, &name, &number);
+  d.pContact->setAssistant(std::move(name));
+  d.pContact->setAssistantNumber(std::move(number));
+}
+
+// Feeds `size` bytes in pieces the tokenizer's int length can carry.
+bool FeedAll(VP* parser, const unsigned char* bytes, std::size_t size) {
+  const char* text = reinterpret_cast<const char*>(bytes);
+  do {
+    const std::size_t piece = std::min<std::size_t>(size, INT_MAX);
+    size -= piece;
+    if (CARD_Parse(parser, text, static_cast<int>(piece), size == 0 ? 1 : 0) == 0) return false;
+    text += piece;
+  } while (size != 0);
+  return true;
+}
+
+struct ParserFree {
+  void operator()(VP* parser) const { CARD_ParserFree(parser); }
+};
+
+}  // namespace
+
+void vCard::Parse(CContact* contact, const vObject* object) {
+  vCardParseData parseData(contact);
+  bool parsed = false;
+  {
+    const std::unique_ptr<VP, ParserFree> parser(CARD_ParserCreate());
+    if (!parser) throw std::bad_alloc();
+    CARD_SetUserData(parser.get(), &parseData);
+    CARD_SetPropHandler(parser.get(), &vCard::vCardPropHandler);
+    CARD_SetDataHandler(parser.get(), &vCard::vCardDataHandler);
+    if (object != nullptr) {
+      parsed = FeedAll(parser.get(), object->object()->GetData(), object->object()->GetSize());
+    } else {
+      parsed = CARD_Parse(parser.get(), nullptr, 0, 1) != 0;
+    }
+  }
+  // A failure inside a callback came first: the tokenizer may have gone on
+  // (and even failed) only because the callbacks stopped storing.
+  if (parseData.failure) std::rethrow_exception(parseData.failure);
+  if (!parsed) throw kVersitParseError;
+}
+
+void vCard::vCardPropHandler(void* data, const char* name, char** params) noexcept {
+  if (data == nullptr) return;
+  auto& d = *static_cast<vCardParseData*>(data);
+  if (d.failure) return;
+  try {
+    ClassifyProperty(d, name, params);
+  } catch (...) {
+    d.failure = std::current_exception();
+  }
+}
+
+void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept {
+  if (data == nullptr) return;
+  auto& d = *static_cast<vCardParseData*>(data);
+  if (d.failure) return;
+  try {
+    if (value != nullptr) {
+      PHONEPIM_ASSERT(d.pContact, "pData->pContact");
+      if (length > 0) d.value.append(value, static_cast<std::size_t>(length));
+      d.hasValue = true;
+      return;
+    }
+    if (d.hasValue) {
+      CContact& contact = *d.pContact;
+      const char* text = d.value.data();
+      const auto len = static_cast<int>(d.value.size());
+      switch (d.propertyID) {
+        case kvCardPropertyVERSION:
+          PHONEPIM_ASSERT(StrNEqual(text, d.value.size(), "2.1", d.value.size(), true),
+                          "_strnicmp(data, \"2.1\", len) == 0");
+          break;
+        case kvCardPropertyFN:
+          contact.SetFName(DecodeText(d, true));
+          break;
+        case kvCardPropertyN:
+          ParseName(text, len, d.charset, d.encoding, &contact.Name());
+          break;
+        case kvCardPropertyNICKNAME:
+          if (std::optional<String> nickname = DecodeText(d, true)) {
+            contact.NickNames().push_back(std::move(*nickname));
+          }
+          break;
+        case kvCardPropertySOUND:
+          StoreReadingName(d);
+          break;
+        case kvCardPropertyBDAY:
+        case kvCardPropertyANNIVERSARY: {
+          std::uint32_t dateType = 0;
+          if (std::optional<DateComponents> date = ParseBirthdate(text, len, &dateType)) {
+            if (d.propertyID == kvCardPropertyBDAY) {
+              contact.SetBirthDate(date);
+              contact.SetBirthDateType(dateType);
+            } else {
+              contact.SetAnniversary_Date(date);
+              contact.SetAnniversary_Luna(dateType);
+            }
+          }
+          break;
+        }
+        case kvCardPropertyBLOOD: {
+          std::uint32_t bloodType = 0;
+          ParseBloodType(text, len, &bloodType);
+          contact.SetBloodType(bloodType);
+          break;
+        }
+        case kvCardPropertyTEL:
+          StoreTelephone(d);
+          break;
+        case kvCardPropertyEMAIL:
+          StoreEmail(d);
+          break;
+        case kvCardPropertyURL:
+          contact.NewURL(CText(DecodeText(d, true)).get(), d.typeFlags, -1);
+          break;
+        case kvCardPropertyADR: {
+          CPostalAddress* address = contact.NewAddress(
+              nullptr, d.typeFlags, -1,
+              (d.typeFlags & kAddressTypeCustom) != 0 ? d.customLabel : nullptr);
+          ParseAddress(text, len, d.charset, d.encoding, address);
+          break;
+        }
+        case kvCardPropertyNOTE:
+          contact.NewNotes(CText(DecodeText(d, true)).get(), -1);
+          break;
+        case kvCardPropertyTITLE:
+          contact.SetTitle(DecodeText(d, true));
+          break;
+        case kvCardPropertyROLE:
+          contact.SetRole(DecodeText(d, true));
+          break;
+        case kvCardPropertyORG: {
+          COrganization* org = contact.NewOrg(nullptr, nullptr, nullptr, nullptr, d.typeFlags);
+          ParseOrg(text, len, d.charset, d.encoding, org);
+          break;
+        }
+        case kvCardPropertyHOBBY:
+          contact.SetHobby(DecodeText(d, true));
+          break;
+        case kvCardPropertyPHOTO:
+          contact.SetPhotoData(ParsePhoto(text, len, d.charset, d.encoding));
+          break;
+        case kvCardPropertyGN:
+          contact.SetGroupName(DecodeText(d, true));
+          break;
+        case kvCardPropertyGT: {
+          std::uint32_t groupType = 0;
+          ParseGroupType(text, len, &groupType);
+          contact.SetGroupType(groupType);
+          break;
+        }
+        case kvCardPropertyGROUP:
+          ParseGroups(text, len, &contact.Groups());
+          break;
+        case kvCardPropertyIM:
+          contact.NewMessengerID(CText(DecodeText(d, true)).get(), d.typeFlags, -1);
+          break;
+        case kvCardPropertySPEEDDIAL:
+          StoreSpeedDial(d);
+          break;
+        case kvCardPropertyACCOUNT:
+          contact.SetAccount(DecodeText(d, true));
+          break;
+        case kvCardPropertyACCOUNT_N:
+          contact.SetAccountName(DecodeText(d, true));
+          break;
+        case kvCardPropertyACCOUNT_TYPE:
+          contact.SetAccountType(DecodeText(d, true));
+          break;
+        case kvCardPropertyREV:
+          if (std::optional<DateComponents> revision = ParseLastRevision(text, len)) {
+            contact.SetLastRevision(revision);
+          }
+          break;
+        case kvCardPropertyGDISPN:
+          contact.SetGroupDisplayName(DecodeText(d, true));
+          break;
+        case kvCardPropertySPOUSE:
+          contact.setSpouse(DecodeText(d, true));
+          break;
+        case kvCardPropertyCHILDREN:
+          contact.setChildren(DecodeText(d, true));
+          break;
+        case kvCardPropertyASSISTANT:
+          StoreAssistant(d);
+          break;
+        case kvCardPropertyUnknown:
+          if (gVCARD_DEBUGMODE) Log("[%s] Warning: Unknown vCard property.", __func__);
+          break;
+        default:  // BEGIN, END, X-GENDER: recognised, nothing to keep
+          break;
+      }
+    }
+    d.propertyID = kvCardPropertyNone;
+    d.typeFlags = 0;
+    d.value.clear();
+    d.hasValue = false;
+  } catch (...) {
+    d.failure = std::current_exception();
+  }
+}
+
+}  // namespace phonepim

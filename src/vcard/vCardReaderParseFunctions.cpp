@@ -1,0 +1,295 @@
+// The vCard reader's value readers: structured values, dates, codes, lists,
+// the speed dial and the photo.
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "phonepim/encoding/Encoding.h"
+#include "phonepim/encoding/base64.h"
+#include "phonepim/model/CContact.h"
+#include "phonepim/platform/Assert.h"
+#include "vcard/vCardReaderInternal.h"
+
+namespace phonepim {
+
+using vcard_reader::Atoi;
+using vcard_reader::DecodeComponent;
+using vcard_reader::ForEachComponent;
+using vcard_reader::StrNEqual;
+
+namespace {
+
+// A null text reads as empty; a negative length as zero.
+std::size_t Length(const char* text, int len) {
+  return text == nullptr || len < 0 ? 0 : static_cast<std::size_t>(len);
+}
+
+// The part of a value a C string would see: up to the first NUL.
+std::string_view CText(const char* text, int len) {
+  const std::size_t n = Length(text, len);
+  if (n == 0) return {};
+  const void* nul = std::memchr(text, '\0', n);
+  return {text, nul ? static_cast<std::size_t>(static_cast<const char*>(nul) - text) : n};
+}
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+}  // namespace
+
+bool IsSemicolon(const char* text, int index) {
+  return text[index] == ';' && (index == 0 || text[index - 1] != '\\');
+}
+
+namespace vcard_reader {
+
+bool StrNEqual(const char* text, std::size_t len, const char* word, std::size_t n,
+               bool ignoreCase) {
+  for (std::size_t i = 0; i < n; ++i) {
+    auto a = static_cast<unsigned char>(i < len ? text[i] : '\0');
+    auto b = static_cast<unsigned char>(word[i]);
+    if (ignoreCase) {
+      if (a >= 'A' && a <= 'Z') a = static_cast<unsigned char>(a - 'A' + 'a');
+      if (b >= 'A' && b <= 'Z') b = static_cast<unsigned char>(b - 'A' + 'a');
+    }
+    if (a != b) return false;
+    if (a == '\0') return true;
+  }
+  return true;
+}
+
+std::int32_t Atoi(const char* text, std::size_t len) {
+  std::size_t i = 0;
+  while (i < len && (text[i] == ' ' || (text[i] >= '\t' && text[i] <= '\r'))) ++i;
+  bool negative = false;
+  if (i < len && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+  // Accumulate towards the sign so that LONG_MIN itself is reachable.
+  long value = 0;
+  bool saturated = false;
+  for (; i < len && IsDigit(text[i]); ++i) {
+    const int digit = text[i] - '0';
+    if (saturated) continue;
+    if (negative) {
+      if (value < (LONG_MIN + digit) / 10) {
+        value = LONG_MIN;
+        saturated = true;
+      } else {
+        value = value * 10 - digit;
+      }
+    } else if (value > (LONG_MAX - digit) / 10) {
+      value = LONG_MAX;
+      saturated = true;
+    } else {
+      value = value * 10 + digit;
+    }
+  }
+  // glibc's atoi is (int)strtol: the saturated long is cut to its low bits.
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<unsigned long>(value)));
+}
+
+std::optional<String> DecodeComponent(const char* text, std::size_t len, int charset,
+                                      int encoding) {
+  if (len == 0) return String();
+  // Without a backslash or a NUL the unescaping copy would equal the input.
+  if (std::memchr(text, '\\', len) == nullptr && std::memchr(text, '\0', len) == nullptr) {
+    return Decode(text, static_cast<int>(len), charset, encoding);
+  }
+  const Bytes unescaped = DecodeEscapedCharString(text, len);
+  return Decode(unescaped.data(), static_cast<int>(unescaped.size()), charset, encoding);
+}
+
+}  // namespace vcard_reader
+
+void vCard::ParseName(const char* text, int len, int charset, int encoding, CName* name) {
+  if (name == nullptr) return;
+  ForEachComponent(text, static_cast<int>(Length(text, len)),
+                   [&](int index, const char* part, std::size_t n) {
+                     name->SetName(DecodeComponent(part, n, charset, encoding).value_or(String()),
+                                   static_cast<unsigned int>(index));
+                     return index < 7;
+                   });
+}
+
+void vCard::ParseRName(const char* text, int len, int charset, int encoding,
+                       std::optional<String>* lastName, std::optional<String>* firstName) {
+  std::optional<String>* outputs[] = {lastName, firstName};
+  for (std::optional<String>* out : outputs) {
+    if (out != nullptr) out->reset();
+  }
+  ForEachComponent(text, static_cast<int>(Length(text, len)),
+                   [&](int index, const char* part, std::size_t n) {
+                     if (index < 2 && n != 0 && outputs[index] != nullptr) {
+                       *outputs[index] = DecodeComponent(part, n, charset, encoding);
+                     }
+                     return index < 2;
+                   });
+}
+
+void vCard::ParseRName(const char* text, int len, int charset, int encoding,
+                       std::optional<String>* lastName) {
+  ParseRName(text, len, charset, encoding, lastName, nullptr);
+}
+
+void vCard::ParseBloodType(const char* text, int len, std::uint32_t* bloodType) {
+  const std::size_t n = Length(text, len);
+  std::uint32_t type = 0;
+  if (StrNEqual(text, n, "A", std::min<std::size_t>(n, 2))) {
+    type = 1;
+  } else if (StrNEqual(text, n, "B", n)) {
+    type = 2;
+  } else if (StrNEqual(text, n, "O", n)) {
+    type = 4;
+  } else if (StrNEqual(text, n, "AB", n)) {
+    type = 3;
+  }
+  if (bloodType != nullptr) *bloodType = type;
+}
+
+std::optional<DateComponents> vCard::ParseBirthdate(const char* text, int len,
+                                                    std::uint32_t* dateType) {
+  std::size_t n = Length(text, len);
+  std::uint32_t type = 0;
+  if (n != 0 && (text[n - 1] == 'L' || text[n - 1] == 'Y')) {
+    type = text[n - 1] == 'L' ? 1 : 2;
+    --n;
+  }
+  if (dateType != nullptr) *dateType = type;
+  if (n != 8 && n != 10) return std::nullopt;
+  std::int64_t number = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    if (n == 10 && (i == 4 || i == 7)) {
+      if (text[i] != '-') return std::nullopt;
+      continue;
+    }
+    if (!IsDigit(text[i])) return std::nullopt;
+    number = number * 10 + (text[i] - '0');
+  }
+  DateComponents date;
+  date.year = number / 10000;
+  date.month = number / 100 % 100;
+  date.day = number % 100;
+  return date;
+}
+
+void vCard::ParseAddress(const char* text, int len, int charset, int encoding,
+                         CPostalAddress* address) {
+  if (address == nullptr) return;
+  ForEachComponent(
+      text, static_cast<int>(Length(text, len)), [&](int index, const char* part, std::size_t n) {
+        address->SetAddress(DecodeComponent(part, n, charset, encoding).value_or(String()),
+                            static_cast<unsigned int>(index));
+        return index < static_cast<int>(kPostalAddressMax) - 1;
+      });
+}
+
+void vCard::ParseOrg(const char* text, int len, int charset, int encoding, COrganization* org) {
+  if (org == nullptr) return;
+  ForEachComponent(text, static_cast<int>(Length(text, len)),
+                   [&](int index, const char* part, std::size_t n) {
+                     if (index > 2 && n == 0) return true;
+                     std::optional<String> decoded = DecodeComponent(part, n, charset, encoding);
+                     switch (index) {
+                       case 0:
+                         org->SetName(decoded.value_or(String()));
+                         break;
+                       case 1:
+                         org->SetUnit(decoded.value_or(String()));
+                         break;
+                       case 2:
+                         org->SetPosition(decoded.value_or(String()));
+                         break;
+                       default:
+                         if (decoded) org->Additional().push_back(std::move(*decoded));
+                     }
+                     return true;
+                   });
+}
+
+void vCard::ParseGroupType(const char* text, int len, std::uint32_t* groupType) {
+  const std::size_t n = Length(text, len);
+  std::uint32_t type = 0;
+  if (StrNEqual(text, n, "Normal", n)) {
+    type = 1;
+  } else if (StrNEqual(text, n, "Smart", n)) {
+    type = 2;
+  } else if (StrNEqual(text, n, "SYSTEM", n)) {
+    type = 3;
+  }
+  if (groupType != nullptr) *groupType = type;
+}
+
+std::optional<DateComponents> vCard::ParseLastRevision(const char* /*text*/, int /*len*/) {
+  return std::nullopt;
+}
+
+void vCard::ParseGroups(const char* text, int len, std::vector<std::int32_t>* groups) {
+  if (groups == nullptr) return;
+  groups->clear();
+  const std::string_view value = CText(text, len);
+  std::size_t start = 0;
+  for (;;) {
+    const std::size_t comma = value.find(',', start);
+    const std::string_view piece =
+        value.substr(start, comma == std::string_view::npos ? std::string_view::npos
+                                                            : comma - start);
+    groups->push_back(Atoi(piece.data(), piece.size()));
+    if (comma == std::string_view::npos) break;
+    start = comma + 1;
+  }
+}
+
+void vCard::ParseSpeedDial(const char* text, int len, std::int32_t* speedDial) {
+  PHONEPIM_ASSERT(len < 256, "len < 256");
+  // ", " + value, split as strtok(buffer, ",") splits: runs of commas
+  // separate, and leading and trailing ones yield nothing.
+  std::string buffer = ", ";
+  buffer += CText(text, len);
+  std::size_t at = 0;
+  for (int slot = 0; slot < CContact::kSpeedDialCount; ++slot) {
+    at = buffer.find_first_not_of(',', at);
+    if (at == std::string::npos) break;
+    std::size_t end = buffer.find(',', at);
+    if (end == std::string::npos) end = buffer.size();
+    const std::string_view piece(buffer.data() + at, end - at);
+    if (speedDial != nullptr) speedDial[slot] = piece == " " ? -1 : Atoi(piece.data(), piece.size());
+    at = end;
+  }
+}
+
+Bytes vCard::ParsePhoto(const char* text, int len, int /*charset*/, int /*encoding*/) {
+  const std::size_t n = Length(text, len);
+  // Base64decode reads a terminated text. It stops at the first byte
+  // outside the alphabet, so the value itself does whenever such a byte
+  // lies within it; only a value that is all alphabet needs a copy.
+  static constexpr std::string_view kAlphabet =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  const std::string_view value(n == 0 ? "" : text, n);
+  std::string terminated;
+  const char* source = value.data();
+  if (value.find_first_not_of(kAlphabet) == std::string_view::npos) {
+    terminated.assign(value);
+    source = terminated.c_str();
+  }
+  Bytes photo(static_cast<std::size_t>(Base64decode_len(source)));
+  const int decoded = Base64decode(reinterpret_cast<char*>(photo.data()), source);
+  photo.resize(static_cast<std::size_t>(decoded));
+  return photo;
+}
+
+void vCard::ParseAssistant(const char* text, int len, int charset, int encoding,
+                           std::optional<String>* name, std::optional<String>* number) {
+  std::optional<String>* outputs[] = {name, number};
+  for (std::optional<String>* out : outputs) {
+    if (out != nullptr) out->reset();
+  }
+  ForEachComponent(text, static_cast<int>(Length(text, len)),
+                   [&](int index, const char* part, std::size_t n) {
+                     if (outputs[index] != nullptr) {
+                       *outputs[index] = DecodeComponent(part, n, charset, encoding);
+                     }
+                     return index < 1;
+                   });
+}
+
+}  // namespace phonepim

@@ -1,0 +1,187 @@
+// Every property the reader stores, with its decoding: one card per row and
+// the complete description of the contact it yields.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <ostream>
+#include <string>
+
+#include "phonepim/encoding/Encoding.h"
+
+#include "vcard/vCardReadTestSupport.h"
+#include "vcard/vCardReaderInternal.h"
+
+namespace phonepim {
+namespace {
+
+using testing_vcard::Card;
+using testing_vcard::Describe;
+using testing_vcard::Read;
+
+struct PropertyRow {
+  const char* lines;     // the card's properties, CRLF-terminated
+  const char* expected;  // Describe() of the contact
+  bool escapes = false;  // vCard::sm_fNonstandardEscChar
+};
+
+void PrintTo(const PropertyRow& row, std::ostream* os) { *os << row.lines; }
+
+class read_property : public ::testing::TestWithParam<PropertyRow> {
+ protected:
+  void TearDown() override { vCard::NonstandardEscChar(false); }
+};
+
+TEST_P(read_property, stores_exactly) {
+  vCard::NonstandardEscChar(GetParam().escapes);
+  EXPECT_EQ(Describe(*Read(Card(GetParam().lines))), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    text, read_property,
+    ::testing::Values(
+        PropertyRow{"FN:J\xC3\xBCrgen M\xC3\xBCller\r\n", "FN=Jürgen Müller"},
+        PropertyRow{"FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:J=C3=BCrgen_M=\r\n =C3=BCller\r\n",
+                    "FN=Jürgen Müller"},
+        PropertyRow{"FN;QUOTED-PRINTABLE:a=3Db\r\n", "FN=a=b"},
+        PropertyRow{"FN;CHARSET=SHIFT_JIS:\x8E\x52\x93\x63\r\n", "FN=山田"},
+        PropertyRow{"FN;ENCODING=BASE64:QUJD\r\n", "FN=ABC"},
+        PropertyRow{"FN;ENCODING=8BIT:a=3D\r\n", "FN=a=3D"},
+        // An unknown charset reads as UTF-8: Latin-1 bytes decode to nothing.
+        PropertyRow{"FN;CHARSET=ISO-8859-1:caf\xE9\r\nNOTE;CHARSET=ISO-8859-1:caf\xE9\r\n",
+                    "NOTE="},
+        PropertyRow{"FN:a\\;b\\\\c\r\n", "FN=a\\;b\\\\c"},
+        PropertyRow{"FN:a\\;b\\\\c\r\n", "FN=a\\b\\c", true},
+        PropertyRow{"EMAIL:a\\;b@example.com\r\n", "EMAIL(0)=a\\;b@example.com", true},
+        PropertyRow{"NICKNAME:Bob\r\nNICKNAME:Rob\r\n", "NICK=Bob; NICK=Rob"},
+        PropertyRow{"TITLE:Dr\r\nROLE:Lead\r\nX-HOBBY:Go\r\nX-ACCOUNT:a\r\nX-ACCOUNT-N:b\r\n"
+                    "X-ACCOUNT-TYPE:c\r\nX-SPOUSE:Eve\r\nX-CHILDREN:Cain, Abel\r\n",
+                    "TITLE=Dr; ROLE=Lead; HOBBY=Go; ACCOUNT=a; ACCOUNT-N=b; ACCOUNT-TYPE=c; "
+                    "SPOUSE=Eve; CHILDREN=Cain, Abel"},
+        PropertyRow{"GN:Family\r\nGT:Sm\r\nX-GDISPN:My family\r\n",
+                    "GN=Family; GT=2; GDISPN=My family"},
+        PropertyRow{"NOTE;ENCODING=QUOTED-PRINTABLE:one=0D=0A=\r\ntwo\r\nNOTE:three\r\n",
+                    "NOTE=one\r\ntwo; NOTE=three"},
+        PropertyRow{"URL;WORK;PREF:http://a.example/\r\nX-IM;SKYPE;QQ:me\r\n",
+                    "URL(10000002)=http://a.example/; IM(18)=me"},
+        // Recognised and dropped, unknown, empty: nothing stored.
+        PropertyRow{"X-GENDER:Male\r\nX-UNKNOWN:x\r\nfn:lower\r\nTITLE:\r\nREV:20200101T000000Z\r\n",
+                    ""}));
+
+INSTANTIATE_TEST_SUITE_P(
+    structured, read_property,
+    ::testing::Values(
+        PropertyRow{"N:Doe;John;;;\r\n", "N=Doe|John||||||"},
+        PropertyRow{"N:a;b;c;d;e;f;g;h;i\r\n", "N=a|b|c|d|e|f|g|h"},
+        PropertyRow{"N:Doe\\;Jr;\\\\;x\r\n", "N=Doe\\Jr|\\;x||||||"},
+        PropertyRow{"N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:D=C3=B6e;J=\r\nohn\r\n",
+                    "N=Döe|John||||||"},
+        PropertyRow{"SOUND;X-IRMC-N:\xE3\x83\xA4\xE3\x83\x9E\xE3\x83\x80;Taro;Jiro;;\r\n",
+                    "RF=Taro; RL=ヤマダ"},
+        PropertyRow{"SOUND;X-IRMC-N:;Taro\r\n", "RF=Taro"},
+        PropertyRow{"SOUND:Yamada;Taro\r\n", "RL=Yamada"},
+        PropertyRow{"ADR;HOME:;;Main St 1;Town;;12345;Land;Hood;extra\r\n",
+                    "ADR(1)=||Main St 1|Town||12345|Land|Hood"},
+        PropertyRow{"ORG;WORK:Acme;R&D;Lead;;Extra 1;Extra 2\r\nORG:Solo\r\n",
+                    "ORG(2)=Acme|R&D|Lead|+Extra 1|+Extra 2; ORG(0)=Solo||"},
+        PropertyRow{"X-ASSISTANT:Jane;+49 1;more\r\n", "ASSISTANT=Jane; ASSISTANT#=+49 1"},
+        PropertyRow{"X-ASSISTANT:Jane\r\n", "ASSISTANT=Jane"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    telephone, read_property,
+    ::testing::Values(
+        PropertyRow{"TEL;CELL;PREF:010\\,123\r\n", "TEL(10000020)=010,123"},
+        PropertyRow{"TEL:a\\;b\\\\,c\r\n", "TEL(0)=a;b\\,c"},
+        // Charset and encoding do not apply to numbers.
+        PropertyRow{"TEL;ENCODING=QUOTED-PRINTABLE:=31=32\r\n", "TEL(0)==31=32"},
+        PropertyRow{"TEL;CHARSET=SHIFT_JIS:\x8E\x52\r\n", "TEL(0)="}));
+
+INSTANTIATE_TEST_SUITE_P(
+    codes, read_property,
+    ::testing::Values(
+        PropertyRow{"BDAY:19990101L\r\n", "BDAY=1999-1-1/1"},
+        PropertyRow{"BDAY:1999-12-31Y\r\nX-ANNIVERSARY:20100615L\r\n",
+                    "BDAY=1999-12-31/2; ANNIV=2010-6-15/1"},
+        PropertyRow{"BDAY:19991399\r\n", "BDAY=1999-13-99/0"},
+        PropertyRow{"BDAY:1999/01/01\r\nX-ANNIVERSARY:1999-01-01T00:00:00\r\n", ""},
+        PropertyRow{"BDAY:19990101\r\nBDAY:1999-1-01L\r\n", "BDAY=1999-1-1/0"},
+        PropertyRow{"X-BLOOD:AB\r\n", "BLOOD=3"},
+        PropertyRow{"X-BLOOD:O\r\nX-BLOOD:A+\r\n", ""},
+        PropertyRow{"X-GROUP:9\r\nX-GROUP:1,,22, 3x,\r\n", "GROUPS=1,0,22,3,0"},
+        PropertyRow{"X-SPEEDDIAL:3, ,5\r\n", "SPEED=3,-1,5,-1,-1,-1,-1,-1,-1,-1"},
+        // The tokenizer drops a value's leading blanks, so the empty first
+        // slot reaches ParseSpeedDial as ",5" and survives (see below).
+        PropertyRow{"X-SPEEDDIAL: ,5\r\n", "SPEED=-1,5,-1,-1,-1,-1,-1,-1,-1,-1"},
+        PropertyRow{"X-SPEEDDIAL:,,7,\r\n", "SPEED=-1,7,-1,-1,-1,-1,-1,-1,-1,-1"},
+        PropertyRow{"X-SPEEDDIAL:1,2,3,4,5,6,7,8,9,10,11\r\n", "SPEED=1,2,3,4,5,6,7,8,9,10"},
+        // Data on the next line passes through as text and decodes whole;
+        // data on the property line is already bytes, which the photo's own
+        // BASE64 pass then reads as characters.
+        PropertyRow{"PHOTO;ENCODING=BASE64;TYPE=JPEG:\r\n QUJD\r\n REVG\r\n",
+                    "PHOTO=6:414243444546"},
+        PropertyRow{"PHOTO;ENCODING=BASE64:QUJD\r\n REVG\r\n", "PHOTO=5:0010911151"},
+        PropertyRow{"PHOTO;ENCODING=BASE64:\r\n QUI=\r\n", "PHOTO=2:4142"}));
+
+TEST(read_blood_type, compares_as_the_phones_do) {
+  struct {
+    std::string value;
+    std::uint32_t type;
+  } const rows[] = {{"A", 1},  {"B", 2},  {"O", 4},   {"AB", 3},  {"A+", 0}, {"Bx", 0},
+                    {"ABO", 0}, {"a", 0}, {std::string("A\0x", 3), 1}, {"", 1}};
+  for (const auto& row : rows) {
+    std::uint32_t type = 99;
+    vCard::ParseBloodType(row.value.data(), static_cast<int>(row.value.size()), &type);
+    EXPECT_EQ(type, row.type) << row.value;
+  }
+}
+
+TEST(read_group_type, matches_a_prefix_of_each_word) {
+  struct {
+    const char* value;
+    std::uint32_t type;
+  } const rows[] = {{"Normal", 1}, {"N", 1},      {"Smart", 2},    {"S", 2},
+                    {"SYSTEM", 3}, {"SY", 3},     {"READ_ONLY", 0}, {"Normals", 0},
+                    {"normal", 0}};
+  for (const auto& row : rows) {
+    std::uint32_t type = 99;
+    vCard::ParseGroupType(row.value, static_cast<int>(std::strlen(row.value)), &type);
+    EXPECT_EQ(type, row.type) << row.value;
+  }
+}
+
+TEST(read_speed_dial, splits_like_strtok_after_a_leading_comma_and_space) {
+  struct {
+    const char* value;
+    std::array<std::int32_t, 4> slots;  // the rest stay 99
+  } const rows[] = {{" ,5", {0, 5, 99, 99}},     {",5", {-1, 5, 99, 99}},
+                    {"3,", {3, 99, 99, 99}},     {"3, , 4x,-2", {3, -1, 4, -2}},
+                    {"", {-1, 99, 99, 99}},      {",,,", {-1, 99, 99, 99}},
+                    // atoi's overflow: strtol saturates, the int keeps the low bits.
+                    {"99999999999,-99999999999999999999", {1215752191, 0, 99, 99}}};
+  for (const auto& row : rows) {
+    std::array<std::int32_t, 10> slots;
+    slots.fill(99);
+    vCard::ParseSpeedDial(row.value, static_cast<int>(std::strlen(row.value)), slots.data());
+    EXPECT_TRUE(std::equal(row.slots.begin(), row.slots.end(), slots.begin())) << row.value;
+    EXPECT_TRUE(std::all_of(slots.begin() + 4, slots.end(), [](int s) { return s == 99; }));
+  }
+}
+
+TEST(read_structured, splits_only_at_unescaped_semicolons) {
+  EXPECT_TRUE(IsSemicolon(";", 0));
+  EXPECT_TRUE(IsSemicolon("a;", 1));
+  EXPECT_FALSE(IsSemicolon("a\\;", 2));
+  EXPECT_FALSE(IsSemicolon("\\\\;", 2));
+  EXPECT_FALSE(IsSemicolon("a,", 1));
+}
+
+TEST(read_photo, decodes_a_value_that_is_all_alphabet_without_reading_past_it) {
+  // No terminator after the four characters: the reader must not look on.
+  const char value[4] = {'Q', 'U', 'J', 'D'};
+  const Bytes photo = vCard::ParsePhoto(value, 4, 0, kEncodingBase64);
+  EXPECT_EQ(photo, (Bytes{'A', 'B', 'C'}));
+}
+
+}  // namespace
+}  // namespace phonepim

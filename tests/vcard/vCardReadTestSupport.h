@@ -1,0 +1,146 @@
+// Reading cards in tests, and a one-line description of everything a
+// contact holds, so that a table row can state the whole expected result.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "phonepim/model/CContact.h"
+#include "phonepim/vcard/vCard.h"
+#include "phonepim/versit/vObject.h"
+
+namespace phonepim::testing_vcard {
+
+inline vObject MakeObject(std::string_view text) {
+  vObject object;
+  object.object()->SetData(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+  return object;
+}
+
+/// `lines` (each ending in CRLF) inside BEGIN:VCARD / VERSION:2.1 / END:VCARD.
+inline std::string Card(std::string_view lines) {
+  return "BEGIN:VCARD\r\nVERSION:2.1\r\n" + std::string(lines) + "END:VCARD\r\n";
+}
+
+inline std::unique_ptr<CContact> Read(std::string_view text) {
+  auto contact = std::make_unique<CContact>(u"Contact");
+  const vObject object = MakeObject(text);
+  vCard::Parse(contact.get(), &object);
+  return contact;
+}
+
+inline std::string Hex(std::uint32_t value) {
+  char buffer[16];
+  std::snprintf(buffer, sizeof buffer, "%x", value);
+  return buffer;
+}
+
+/// Fields that differ from a new contact, as "KEY=value" items separated by
+/// "; ": set texts (empty ones too), element lists with their types in hex
+/// ("TEL(10000020)=..."), labels, dates as year-month-day/type.
+inline std::string Describe(const CContact& c) {
+  std::string out;
+  auto item = [&](const std::string& key, const std::string& value) {
+    if (!out.empty()) out += "; ";
+    out += key + "=" + value;
+  };
+  auto text = [&](const char* key, const std::optional<String>& value) {
+    if (value) item(key, ToDisplayUTF8(*value));
+  };
+  auto date = [&](const char* key, const std::optional<DateComponents>& d, std::uint32_t type) {
+    if (d) {
+      item(key, std::to_string(d->year) + "-" + std::to_string(d->month) + "-" +
+                    std::to_string(d->day) + "/" + std::to_string(type));
+    }
+  };
+  auto label = [](const std::shared_ptr<const String>& l) {
+    return l ? ",label=" + ToDisplayUTF8(*l) : std::string();
+  };
+  text("FN", c.FName());
+  if (!c.Name().IsEmpty()) {
+    std::string parts = ToDisplayUTF8(c.Name().Family());
+    for (const String* part : {&c.Name().Given(), &c.Name().Middle(), &c.Name().Prefix(),
+                               &c.Name().Suffix(), &c.Name().Phonetic_Family(),
+                               &c.Name().Phonetic_Given(), &c.Name().Phonetic_Middle()}) {
+      parts += "|" + ToDisplayUTF8(*part);
+    }
+    item("N", parts);
+  }
+  for (const String& nickname : c.NickNames()) item("NICK", ToDisplayUTF8(nickname));
+  text("RF", c.RFName());
+  text("RL", c.RLName());
+  date("BDAY", c.BirthDate(), c.BirthDateType());
+  date("ANNIV", c.Anniversary_Date(), c.Anniversary_Luna());
+  if (c.BloodType() != 0) item("BLOOD", std::to_string(c.BloodType()));
+  for (int i = 0; i < c.GetTelephoneCount(); ++i) {
+    const CTelephoneNumber* t = c.GetTelephone(i);
+    item("TEL(" + Hex(t->GetType()) + label(t->GetLabel()) + ")", ToDisplayUTF8(t->GetNumber()));
+  }
+  for (int i = 0; i < c.GetEmailCount(); ++i) {
+    const CEmail* e = c.GetEmail(i);
+    item("EMAIL(" + Hex(e->GetType()) + label(e->GetLabel()) + ")", ToDisplayUTF8(e->GetEmail()));
+  }
+  for (int i = 0; i < c.GetURLCount(); ++i) {
+    item("URL(" + Hex(c.GetURL(i)->GetType()) + ")", ToDisplayUTF8(c.GetURL(i)->GetURL()));
+  }
+  for (int i = 0; i < c.GetAddressCount(); ++i) {
+    const CPostalAddress* a = c.GetAddress(i);
+    std::string parts = ToDisplayUTF8(a->POBox());
+    for (const String* part : {&a->ExtAddr(), &a->Street(), &a->Locality(), &a->Region(),
+                               &a->PostalCode(), &a->Country(), &a->Neighbor()}) {
+      parts += "|" + ToDisplayUTF8(*part);
+    }
+    item("ADR(" + Hex(a->Type()) + label(a->Label()) + ")", parts);
+  }
+  for (int i = 0; i < c.GetNotesCount(); ++i) item("NOTE", ToDisplayUTF8(c.GetNotes(i)->GetNote()));
+  text("TITLE", c.Title());
+  text("ROLE", c.Role());
+  for (int i = 0; i < c.GetOrgCount(); ++i) {
+    const COrganization* o = c.GetOrg(i);
+    std::string parts = ToDisplayUTF8(o->Name()) + "|" + ToDisplayUTF8(o->Unit()) + "|" +
+                        ToDisplayUTF8(o->Position());
+    for (const String& line : o->Additional()) parts += "|+" + ToDisplayUTF8(line);
+    item("ORG(" + Hex(o->Type()) + ")", parts);
+  }
+  text("HOBBY", c.Hobby());
+  if (const Bytes* photo = c.GetPhotoRef()) {
+    std::string bytes = std::to_string(photo->size());
+    if (photo->size() <= 8) {
+      bytes += ":";
+      for (std::uint8_t b : *photo) bytes += (b < 16 ? "0" : "") + Hex(b);
+    }
+    item("PHOTO", bytes);
+  }
+  text("GN", c.GroupName());
+  if (c.GroupType() != 0) item("GT", std::to_string(c.GroupType()));
+  if (!c.Groups().empty()) {
+    std::string groups;
+    for (std::int32_t g : c.Groups()) groups += (groups.empty() ? "" : ",") + std::to_string(g);
+    item("GROUPS", groups);
+  }
+  for (int i = 0; i < c.GetMessengerIDCount(); ++i) {
+    const CMessengerID* m = c.GetMessengerID(i);
+    item("IM(" + Hex(m->GetType()) + ")", ToDisplayUTF8(m->GetMessengerID()));
+  }
+  std::string speedDial;
+  bool anySpeedDial = false;
+  for (std::int32_t slot : c.SpeedDial()) {
+    speedDial += (speedDial.empty() ? "" : ",") + std::to_string(slot);
+    anySpeedDial = anySpeedDial || slot != -1;
+  }
+  if (anySpeedDial) item("SPEED", speedDial);
+  text("ACCOUNT", c.Account());
+  text("ACCOUNT-N", c.AccountName());
+  text("ACCOUNT-TYPE", c.AccountType());
+  if (c.LastRevision()) item("REV", "set");
+  text("GDISPN", c.GroupDisplayName());
+  text("SPOUSE", c.spouse());
+  text("CHILDREN", c.children());
+  text("ASSISTANT", c.assistant());
+  text("ASSISTANT#", c.assistantNumber());
+  return out;
+}
+
+}  // namespace phonepim::testing_vcard
