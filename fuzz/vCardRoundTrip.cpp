@@ -9,8 +9,7 @@
 //   unescaping keeps a backslash and drops the character after it, and
 //   the writer does not escape unless asked, so a backslash eats one
 //   character per pass until it stands last; a URL does the same when the
-//   reader unescapes text (sm_fNonstandardEscChar);
-// - a speed-dial slot written as empty reads back as 0 when it is first.
+//   reader unescapes text (sm_fNonstandardEscChar).
 // So the bound is the length of the first text written plus three passes:
 // every pass that changes the text either removes a character of content
 // or is one of the few one-time changes.
