@@ -7,6 +7,7 @@
 #include <ostream>
 #include <string>
 
+#include "phonepim/model/CCustomType.h"
 #include "phonepim/model/CContact.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
@@ -347,6 +348,18 @@ INSTANTIATE_TEST_SUITE_P(
                                 Label(u"Cottage"));
                  },
                  "EMAIL(10)=a@b; ADR(10)=||Main St|||||"},
+        LossCase{"labels_that_need_quoted_printable",
+                 {},
+                 [](CContact& c) {
+                   const std::uint32_t code =
+                       CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(Chess club)");
+                   c.NewOrg("Acme", nullptr, nullptr, nullptr, code);
+                   c.NewMessengerID("me", code, 0);
+                   c.NewEmail("a@b", kEmailTypeCustom, 0, Label(u"My mail"));
+                   c.NewAddress("Main St", kAddressTypeCustom, 0, Label(u"Work (old) place"));
+                 },
+                 "EMAIL(10)=a@b; ADR(10,label=Work (old)=||Main St|||||; "
+                 "ORG(10000004)=Acme||; IM(10000005)=me"},
         LossCase{"quoted_printable_address_label_keeps_the_label_only",
                  {},
                  [](CContact& c) {
@@ -405,6 +418,26 @@ TEST(round_trip_kind, each_kind_writes_only_its_own_fields) {
   CContact person(u"Contact");
   Group(person);
   EXPECT_EQ(Describe(*ReadAs(Write(person, 0), u"Contact")), "PHOTO=5:0102030405");
+}
+
+// ORG and X-IM register the parameter name as their label, and the name of
+// "X-CUSTOM(CHARSET=UTF-8,...)" ends at its first '='.
+TEST(round_trip_kind, an_organization_label_that_needs_quoted_printable_becomes_charset) {
+  const ScopedWriterDefaults defaults;
+  CContact contact(u"Contact");
+  const std::uint32_t code =
+      CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(Chess club)");
+  contact.NewOrg("Acme", nullptr, nullptr, nullptr, code);
+  contact.NewMessengerID("me", code, 0);
+  const std::string first = Write(contact, 0);
+  EXPECT_NE(first.find("ORG;X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,Chess=20club):"
+                       "Acme;;\r\n"),
+            std::string::npos)
+      << first;
+  const std::string second = Write(*ReadAs(first, u"Contact"), 0);
+  EXPECT_NE(second.find("ORG;X-CUSTOM(CHARSET):Acme;;\r\nX-IM;X-CUSTOM(CHARSET):me\r\n"),
+            std::string::npos)
+      << second;
 }
 
 // A quoted-printable address label long enough for a soft line break: the
