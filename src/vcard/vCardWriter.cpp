@@ -76,13 +76,55 @@ String FormatDate(const DateComponents& date, std::uint32_t dateType) {
   return Trim(Widen(buffer));
 }
 
-// UTF-8 of the finished card. Every value but a telephone number went
-// through the quoted-printable encoder and is ASCII; a number holding an
-// unpaired surrogate is the one text without a UTF-8 form.
+bool IsHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+bool IsLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+// UTF-8 of the finished card, sized exactly first: a card with a large
+// photo is megabytes of Base64, and a generic converter's worst-case buffer
+// would triple that. Every value but a telephone number went through the
+// quoted-printable encoder and is ASCII; a number holding an unpaired
+// surrogate, the one text without a UTF-8 form, gets U+FFFD for it.
 std::string CardBytes(const String& card) {
-  std::optional<std::string> bytes = UTF8FromString(card);
-  if (!bytes) bytes = UTF8FromString(vcard_writer::WithoutLoneSurrogates(card));
-  return bytes ? std::move(*bytes) : std::string();
+  const char16_t* const units = card.data();
+  const std::size_t count = card.size();
+  std::size_t size = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const char16_t unit = units[i];
+    if (unit < 0x80) {
+      size += 1;
+    } else if (unit < 0x800) {
+      size += 2;
+    } else if (IsHighSurrogate(unit) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
+      size += 4;
+      ++i;
+    } else {
+      size += 3;
+    }
+  }
+  std::string bytes(size, '\0');
+  char* out = bytes.data();
+  const auto put = [&out](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
+  for (std::size_t i = 0; i < count; ++i) {
+    std::uint32_t c = units[i];
+    if (c < 0x80) {
+      put(c);
+    } else if (c < 0x800) {
+      put(0xC0 | (c >> 6));
+      put(0x80 | (c & 0x3F));
+    } else if (IsHighSurrogate(units[i]) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
+      c = 0x10000 + ((c - 0xD800) << 10) + (units[++i] - 0xDC00u);
+      put(0xF0 | (c >> 18));
+      put(0x80 | ((c >> 12) & 0x3F));
+      put(0x80 | ((c >> 6) & 0x3F));
+      put(0x80 | (c & 0x3F));
+    } else {
+      if (IsHighSurrogate(units[i]) || IsLowSurrogate(units[i])) c = 0xFFFD;
+      put(0xE0 | (c >> 12));
+      put(0x80 | ((c >> 6) & 0x3F));
+      put(0x80 | (c & 0x3F));
+    }
+  }
+  return bytes;
 }
 
 void AddSpeedDialLine(String& out, const CContact& contact) {
@@ -169,6 +211,7 @@ void vCard::Generate(const CContact* contact, vObject* object, int phoneStyle) {
   }
   out += u"END:VCARD\r\n";
   const std::string bytes = CardBytes(out);
+  String().swap(out);  // a large card need not be held twice while it is copied
   object->object()->SetData(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
 }
 
@@ -313,18 +356,21 @@ void vCard::AddAssistant(String& out, const std::optional<String>& name,
 
 void vCard::AddPhoto(String& out, const Bytes* photo) {
   if (photo == nullptr || photo->empty()) return;
-  // Base64 in one go; the int lengths of the codec cap a photo at 1.5 GB.
-  if (photo->size() > static_cast<std::size_t>(INT32_MAX / 4 * 3 - 3)) return;
-  const int length = static_cast<int>(photo->size());
-  std::string base64(static_cast<std::size_t>(Base64encode_len(length)), '\0');
-  const int written =
-      Base64encode(base64.data(), reinterpret_cast<const char*>(photo->data()), length);
-  base64.resize(written > 0 ? static_cast<std::size_t>(written - 1) : 0);
+  // Encoded a piece at a time (whole groups of three bytes, so the pieces
+  // join into one Base64 text): a large photo needs no second buffer.
+  constexpr std::size_t kPiece = 3 * 1024;
+  char piece[kPiece / 3 * 4 + 1];
+  String value;
+  value.reserve((photo->size() + 2) / 3 * 4 + 6);
   // The data goes on a line of its own, and a blank folded line ends it:
   // the line end AddItem adds then closes the property.
-  String value = u"\r\n ";
-  value.reserve(base64.size() + 8);
-  value.append(base64.begin(), base64.end());
+  value += u"\r\n ";
+  const char* bytes = reinterpret_cast<const char*>(photo->data());
+  for (std::size_t done = 0; done < photo->size(); done += kPiece) {
+    const int length = static_cast<int>(std::min(kPiece, photo->size() - done));
+    const int written = Base64encode(piece, bytes + done, length);
+    value.append(piece, piece + (written > 0 ? written - 1 : 0));
+  }
   value += u"\r\n ";
   AddItem(out, u"PHOTO", u";TYPE=JPEG;ENCODING=BASE64", value);
 }
