@@ -185,7 +185,8 @@ TEST_F(vcard_write_element, AddEmail_type_words_in_order) {
       {kEmailTypeCustom, u";X-ETC"},
       {kEmailTypeCustom | kEmailTypeEtc, u";X-ETC;X-ETC"},
   };
-  for (const auto& [type, params] : cases) {
+  for (const auto& [bits, params] : cases) {
+    const std::uint32_t type = bits;
     const CEmail email("a@b", type, 0);
     EXPECT_EQ(Written([&](String& out) { vCard::AddEmail(out, email); }),
               u"EMAIL" + String(params) + u":a@b\r\n")
@@ -223,7 +224,8 @@ TEST_F(vcard_write_element, AddMessengerID_writes_the_first_service_only) {
       {kMessengerTypeWindowsLive | kMessengerTypeYahoo, u";WINDOWSLIVE"},
       {kMessengerTypeYahoo, u";YAHOO"},
   };
-  for (const auto& [type, params] : cases) {
+  for (const auto& [bits, params] : cases) {
+    const std::uint32_t type = bits;
     const CMessengerID im("me", type, 0);
     EXPECT_EQ(Written([&](String& out) { vCard::AddMessengerID(out, im); }),
               u"X-IM" + String(params) + u":me\r\n")

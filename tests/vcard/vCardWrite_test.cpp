@@ -287,7 +287,8 @@ TEST_F(vcard_write, AddBloodType_knows_four_groups) {
   const std::vector<std::pair<std::uint32_t, String>> cases = {
       {0, u""}, {1, u"X-BLOOD:A\r\n"}, {2, u"X-BLOOD:B\r\n"}, {3, u"X-BLOOD:AB\r\n"},
       {4, u"X-BLOOD:O\r\n"}, {5, u""}, {0xFFFFFFFFu, u""}};
-  for (const auto& [type, expected] : cases) {
+  for (const auto& [bits, expected] : cases) {
+    const std::uint32_t type = bits;
     EXPECT_EQ(Written([&](String& out) { vCard::AddBloodType(out, type); }), expected) << type;
   }
 }
@@ -295,7 +296,8 @@ TEST_F(vcard_write, AddBloodType_knows_four_groups) {
 TEST_F(vcard_write, AddGroupType_knows_three_kinds) {
   const std::vector<std::pair<std::uint32_t, String>> cases = {
       {0, u""}, {1, u"GT:Normal\r\n"}, {2, u"GT:Smart\r\n"}, {3, u"GT:READ_ONLY\r\n"}, {4, u""}};
-  for (const auto& [type, expected] : cases) {
+  for (const auto& [bits, expected] : cases) {
+    const std::uint32_t type = bits;
     EXPECT_EQ(Written([&](String& out) { vCard::AddGroupType(out, type); }), expected) << type;
   }
 }
