@@ -298,11 +298,13 @@ String ContactIDMappingTable::newIdentifier() { return NewUUIDString(); }
 // Contacts.
 
 void ContactIDMappingTable::addContact(const String& storeID, const Dictionary& contactData) {
-  Dictionary entry;
-  if (const Dictionary* existing = contactEntry(storeID)) entry = *existing;
-  entry.insert_or_assign(kState, kAddedBySyncDB);
-  entry.insert_or_assign(kContactData, contactData);
-  setEntry(storeID, std::move(entry));
+  Dictionary* entry = contactEntry(storeID);
+  if (entry == nullptr) {
+    setEntry(storeID, Dictionary());
+    entry = contactEntry(storeID);
+  }
+  entry->insert_or_assign(kState, kAddedBySyncDB);
+  entry->insert_or_assign(kContactData, contactData);
   update();
 }
 

@@ -206,8 +206,8 @@ bool IsUnknownBloodType(std::uint32_t bloodType) {
 
 bool CContact::IsEqual(const CContact* other) const {
   if (other == nullptr) return false;
-  // SIM (2) and read-only (5) records cannot be edited on the phone, so
-  // whatever their text says they have not changed.
+  // Storage kinds 2 and 5 hold records the phone does not edit: whatever
+  // their text says, they have not changed.
   if (other->storage() == 2 || other->storage() == 5) return true;
   if (NickNames_ != other->NickNames_) return false;
   if (!Name_.IsEqual(&other->Name_)) return false;

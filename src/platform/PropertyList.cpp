@@ -100,23 +100,22 @@ std::optional<std::uint64_t> ObjectOffset(const std::uint8_t* data,
   return offset;
 }
 
-struct ObjectRefs {
-  const std::uint8_t* refs = nullptr;
-  std::uint64_t count = 0;  // 0 for anything that is not a container
+bool IsContainer(unsigned type) { return type == 0xA || type == 0xC || type == 0xD; }
+
+// The element count of the object at `offset` (its marker's low nibble, or a
+// following integer object when that is 0xF) and where its contents start.
+struct ObjectLength {
+  std::uint64_t count;
+  std::uint64_t contents;
 };
 
-// The references held by the object at `offset` (array, set or dictionary:
-// a dictionary holds its key references, then its value references).
-std::optional<ObjectRefs> ContainerRefs(const std::uint8_t* data,
-                                        const BinaryTrailer& trailer,
-                                        std::uint64_t offset) {
-  const unsigned type = data[offset] >> 4;
-  const unsigned info = data[offset] & 0x0F;
-  if (type != 0xA && type != 0xC && type != 0xD) return ObjectRefs{};
+std::optional<ObjectLength> ReadObjectLength(const std::uint8_t* data,
+                                             const BinaryTrailer& trailer,
+                                             std::uint64_t offset) {
   const std::uint64_t end = trailer.offsetTableOffset;
   std::uint64_t position = offset + 1;
-  std::uint64_t count = info;
-  if (info == 0x0F) {
+  std::uint64_t count = data[offset] & 0x0F;
+  if (count == 0x0F) {
     // A long count follows as an integer object of 1, 2, 4 or 8 bytes.
     if (position >= end || (data[position] >> 4) != 0x1) return std::nullopt;
     const unsigned width = 1u << (data[position] & 0x0F);
@@ -124,12 +123,56 @@ std::optional<ObjectRefs> ContainerRefs(const std::uint8_t* data,
     count = ReadBigEndian(data + position + 1, width);
     position += 1 + width;
   }
-  if (type == 0xD) {
-    if (count > std::numeric_limits<std::uint64_t>::max() / 2) return std::nullopt;
-    count *= 2;
+  return ObjectLength{count, position};
+}
+
+struct ObjectRefs {
+  const std::uint8_t* refs = nullptr;
+  std::uint64_t count = 0;
+};
+
+// The references held by the container at `offset` (array, set or
+// dictionary: a dictionary holds its key references, then its values').
+std::optional<ObjectRefs> ContainerRefs(const std::uint8_t* data,
+                                        const BinaryTrailer& trailer,
+                                        std::uint64_t offset) {
+  std::optional<ObjectLength> length = ReadObjectLength(data, trailer, offset);
+  if (!length) return std::nullopt;
+  if ((data[offset] >> 4) == 0xD) {
+    if (length->count > std::numeric_limits<std::uint64_t>::max() / 2) return std::nullopt;
+    length->count *= 2;
   }
-  if (count > (end - position) / trailer.refSize) return std::nullopt;
-  return ObjectRefs{data + position, count};
+  if (length->count > (trailer.offsetTableOffset - length->contents) / trailer.refSize) {
+    return std::nullopt;
+  }
+  return ObjectRefs{data + length->contents, length->count};
+}
+
+// libplist asserts (and so aborts) when a dictionary key holds U+0000, and
+// what it makes of a broken UTF-16 string is not specified. Strings must lie
+// inside the object area, hold no U+0000 and, in UTF-16, pair their
+// surrogates.
+bool StringObjectIsSafe(const std::uint8_t* data, const BinaryTrailer& trailer,
+                        std::uint64_t offset) {
+  const unsigned type = data[offset] >> 4;
+  const std::optional<ObjectLength> length = ReadObjectLength(data, trailer, offset);
+  if (!length) return false;
+  const std::uint64_t available = trailer.offsetTableOffset - length->contents;
+  const std::uint8_t* text = data + length->contents;
+  if (type == 0x5) {
+    if (length->count > available) return false;
+    return std::memchr(text, 0, length->count) == nullptr;
+  }
+  if (length->count > available / 2) return false;
+  bool expectLow = false;
+  for (std::uint64_t i = 0; i < length->count; ++i) {
+    const auto unit = static_cast<std::uint16_t>(ReadBigEndian(text + 2 * i, 2));
+    const bool high = unit >= 0xD800 && unit <= 0xDBFF;
+    const bool low = unit >= 0xDC00 && unit <= 0xDFFF;
+    if (unit == 0 || low != expectLow) return false;
+    expectLow = high;
+  }
+  return !expectLow;
 }
 
 // libplist turns every reference of a binary list into a node of its own and
@@ -163,15 +206,18 @@ bool BinaryShapeIsSafe(const std::uint8_t* data, std::size_t size) {
   auto enter = [&](std::uint64_t object) -> bool {
     const std::optional<std::uint64_t> offset = ObjectOffset(data, *trailer, object);
     if (!offset) return false;
-    const std::optional<ObjectRefs> refs = ContainerRefs(data, *trailer, *offset);
-    if (!refs) return false;
     const unsigned type = data[*offset] >> 4;
-    if (type != 0xA && type != 0xC && type != 0xD) {
+    if (!IsContainer(type)) {
+      if ((type == 0x5 || type == 0x6) && !StringObjectIsSafe(data, *trailer, *offset)) {
+        return false;
+      }
       state[object] = kDone;
       nodes[object] = 1;
       depth[object] = 0;
       return true;
     }
+    const std::optional<ObjectRefs> refs = ContainerRefs(data, *trailer, *offset);
+    if (!refs) return false;
     if (path.size() >= static_cast<std::size_t>(kPropertyListMaxDepth)) return false;
     state[object] = kOnPath;
     path.push_back(Frame{object, *refs, 0, 1, 1});
@@ -253,8 +299,10 @@ bool ClosesContainer(const char* data, std::size_t size, std::size_t at) {
 // libplist's XML reader builds any depth, but freeing the tree recurses once
 // per level; a deep enough file would overflow the stack there. This scan
 // over-estimates the nesting whatever libplist makes of comments and CDATA:
-// openings count everywhere, closings only in plain markup.
-bool XMLNestingIsSafe(const char* data, std::size_t size) {
+// openings count everywhere, closings only in plain markup. A NUL byte, which
+// no XML document holds, would silently cut a key short.
+bool XMLShapeIsSafe(const char* data, std::size_t size) {
+  if (std::memchr(data, 0, size) != nullptr) return false;
   enum class Mode { Markup, Comment, CData } mode = Mode::Markup;
   int depth = 0;
   for (std::size_t i = 0; i < size; ++i) {
@@ -490,7 +538,11 @@ std::optional<Value> Decode(plist_t node, int level) {
         if (!keyText) return std::nullopt;
         std::optional<Value> child = Decode(item, level + 1);
         if (!child) return std::nullopt;
-        dictionary.insert_or_assign(std::move(*keyText), std::move(*child));
+        // Lists written from a Dictionary come in key order, so the end is
+        // the right place almost always. A repeated key keeps the last value.
+        const std::size_t before = dictionary.size();
+        auto placed = dictionary.try_emplace(dictionary.end(), std::move(*keyText), std::move(*child));
+        if (dictionary.size() == before) placed->second = std::move(*child);
       }
       return Value(std::move(dictionary));
     }
@@ -533,7 +585,7 @@ std::optional<Value> ValueFromPropertyList(const void* bytes, std::size_t size) 
     }
     plist_from_bin(data, length, &root);
   } else {
-    if (!XMLNestingIsSafe(data, size)) return std::nullopt;
+    if (!XMLShapeIsSafe(data, size)) return std::nullopt;
     plist_from_xml(data, length, &root);
   }
   NodePtr tree(root);

@@ -71,9 +71,16 @@ constexpr PropertyName kPropertyNames[] = {
     {"X-ASSISTANT", kvCardPropertyASSISTANT},
 };
 
+// Equal words. Almost every candidate differs in length or first letter,
+// so those are looked at before the bytes.
+bool SameWord(std::string_view a, std::string_view b) {
+  return a.size() == b.size() &&
+         (a.empty() || (a[0] == b[0] && std::memcmp(a.data(), b.data(), a.size()) == 0));
+}
+
 int PropertyIDOf(std::string_view name) {
   for (const PropertyName& entry : kPropertyNames) {
-    if (entry.name == name) return entry.id;
+    if (SameWord(entry.name, name)) return entry.id;
   }
   return kvCardPropertyUnknown;
 }
@@ -140,30 +147,31 @@ struct TypeRule {
   std::uint32_t customBit = 0;
 };
 
+constexpr TypeRule kTelephoneRule{kTelephoneTypes, CustomParameter::kLabel,
+                                  kTelephoneTypeCustom};
+constexpr TypeRule kEmailRule{kEmailTypes, CustomParameter::kLabel, kEmailTypeCustom};
+constexpr TypeRule kAddressRule{kAddressTypes, CustomParameter::kLabel, kAddressTypeCustom};
+constexpr TypeRule kURLRule{kURLTypes};
+constexpr TypeRule kOrganizationRule{kOrganizationTypes, CustomParameter::kCode};
+constexpr TypeRule kMessengerRule{kMessengerTypes, CustomParameter::kCode};
+constexpr TypeRule kReadingNameRule{kReadingNameTypes};
+
 const TypeRule* TypeRuleOf(int propertyID) {
-  static const TypeRule kTelephone{kTelephoneTypes, CustomParameter::kLabel,
-                                   kTelephoneTypeCustom};
-  static const TypeRule kEmail{kEmailTypes, CustomParameter::kLabel, kEmailTypeCustom};
-  static const TypeRule kAddress{kAddressTypes, CustomParameter::kLabel, kAddressTypeCustom};
-  static const TypeRule kURL{kURLTypes};
-  static const TypeRule kOrganization{kOrganizationTypes, CustomParameter::kCode};
-  static const TypeRule kMessenger{kMessengerTypes, CustomParameter::kCode};
-  static const TypeRule kReadingName{kReadingNameTypes};
   switch (propertyID) {
     case kvCardPropertyTEL:
-      return &kTelephone;
+      return &kTelephoneRule;
     case kvCardPropertyEMAIL:
-      return &kEmail;
+      return &kEmailRule;
     case kvCardPropertyADR:
-      return &kAddress;
+      return &kAddressRule;
     case kvCardPropertyURL:
-      return &kURL;
+      return &kURLRule;
     case kvCardPropertyORG:
-      return &kOrganization;
+      return &kOrganizationRule;
     case kvCardPropertyIM:
-      return &kMessenger;
+      return &kMessengerRule;
     case kvCardPropertySOUND:
-      return &kReadingName;
+      return &kReadingNameRule;
     default:
       return nullptr;
   }
@@ -201,10 +209,11 @@ std::string JoinCustomLabel(char** params) {
 }
 
 void ClassifyTypes(vCard::vCardParseData& d, const TypeRule& rule, char** params) {
+  bool labelRegistered = false;
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
     const std::string_view name = pair[0];
     const auto word = std::find_if(rule.words.begin(), rule.words.end(),
-                                   [&](const TypeWord& w) { return w.word == name; });
+                                   [&](const TypeWord& w) { return SameWord(w.word, name); });
     if (word != rule.words.end()) {
       d.typeFlags = word->replaces ? word->bit : d.typeFlags | word->bit;
       continue;
@@ -216,9 +225,16 @@ void ClassifyTypes(vCard::vCardParseData& d, const TypeRule& rule, char** params
     if (rule.custom == CustomParameter::kCode) {
       d.typeFlags |= CCustomType::Inst().ConvertCustomTypeFromString(ParameterString(name));
     } else {
-      std::optional<String> label =
-          CCustomType::Inst().ConvertCustomStrFromString(ParameterString(JoinCustomLabel(params)));
-      d.customLabel = label ? std::make_shared<const String>(std::move(*label)) : nullptr;
+      // Every X-CUSTOM parameter of the property joins to the same text, so
+      // it is registered once: a line of thousands of them must not put
+      // thousands of copies of the whole parameter list into the table,
+      // which keeps them for the life of the process.
+      if (!labelRegistered) {
+        std::optional<String> label = CCustomType::Inst().ConvertCustomStrFromString(
+            ParameterString(JoinCustomLabel(params)));
+        d.customLabel = label ? std::make_shared<const String>(std::move(*label)) : nullptr;
+        labelRegistered = true;
+      }
       d.typeFlags |= rule.customBit;
     }
   }
@@ -266,25 +282,24 @@ void ClassifyProperty(vCard::vCardParseData& d, const char* name, char** params)
 // (never for EMAIL, whose addresses carry backslashes literally), then
 // charset and transfer encoding.
 std::optional<String> DecodeText(const vCard::vCardParseData& d, bool undoEscapes) {
-  const auto len = static_cast<int>(d.value.size());
   if (undoEscapes && vCard::sm_fNonstandardEscChar) {
     const Bytes unescaped = DecodeEscapedCharString(d.value.data(), d.value.size());
-    return Decode(unescaped.data(), static_cast<int>(unescaped.size()), d.charset, d.encoding);
+    return vcard_reader::DecodeValue(reinterpret_cast<const char*>(unescaped.data()),
+                                     unescaped.size(), d.charset, d.encoding);
   }
-  return Decode(d.value.data(), len, d.charset, d.encoding);
+  return vcard_reader::DecodeValue(d.value.data(), d.value.size(), d.charset, d.encoding);
 }
 
-// The element creators take UTF-8 C strings; a text that could not be
-// decoded gives null (an empty element).
-class CText {
- public:
-  explicit CText(const std::optional<String>& text)
-      : bytes_(text ? UTF8FromString(*text) : std::nullopt) {}
-  const char* get() const { return bytes_ ? bytes_->c_str() : nullptr; }
-
- private:
-  std::optional<std::string> bytes_;
-};
+// The element creators take UTF-8 C strings: an element holds its text up
+// to the first U+0000, and an empty text when the value could not be
+// decoded. The reader makes the element empty and sets that text directly,
+// sparing the trip through UTF-8.
+template <class Element>
+void SetText(Element* element, std::optional<String> text) {
+  if (!text) return;
+  if (const std::size_t nul = text->find(u'\0'); nul != String::npos) text->resize(nul);
+  element->setDataWithString(*text);
+}
 
 // Removes the backslash of every "\<c>" pair, in one pass from the left.
 void UnescapeInPlace(std::string& s, char c) {
@@ -309,12 +324,10 @@ void StoreTelephone(vCard::vCardParseData& d) {
 }
 
 void StoreEmail(vCard::vCardParseData& d) {
-  const CText email(DecodeText(d, false));
-  if ((d.typeFlags & kEmailTypeCustom) != 0) {
-    d.pContact->NewEmail(email.get(), d.typeFlags, -1, d.customLabel);
-  } else {
-    d.pContact->NewEmail(email.get(), d.typeFlags, -1);
-  }
+  CEmail* email = (d.typeFlags & kEmailTypeCustom) != 0
+                      ? d.pContact->NewEmail(nullptr, d.typeFlags, -1, d.customLabel)
+                      : d.pContact->NewEmail(nullptr, d.typeFlags, -1);
+  SetText(email, DecodeText(d, false));
 }
 
 void StoreReadingName(vCard::vCardParseData& d) {
@@ -460,7 +473,7 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
           StoreEmail(d);
           break;
         case kvCardPropertyURL:
-          contact.NewURL(CText(DecodeText(d, true)).get(), d.typeFlags, -1);
+          SetText(contact.NewURL(nullptr, d.typeFlags, -1), DecodeText(d, true));
           break;
         case kvCardPropertyADR: {
           CPostalAddress* address = contact.NewAddress(
@@ -470,7 +483,7 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
           break;
         }
         case kvCardPropertyNOTE:
-          contact.NewNotes(CText(DecodeText(d, true)).get(), -1);
+          SetText(contact.NewNotes(nullptr, -1), DecodeText(d, true));
           break;
         case kvCardPropertyTITLE:
           contact.SetTitle(DecodeText(d, true));
@@ -502,7 +515,7 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
           ParseGroups(text, len, &contact.Groups());
           break;
         case kvCardPropertyIM:
-          contact.NewMessengerID(CText(DecodeText(d, true)).get(), d.typeFlags, -1);
+          SetText(contact.NewMessengerID(nullptr, d.typeFlags, -1), DecodeText(d, true));
           break;
         case kvCardPropertySPEEDDIAL:
           StoreSpeedDial(d);

@@ -1,12 +1,15 @@
 // The vCard reader's value readers: structured values, dates, codes, lists,
 // the speed dial and the photo.
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <string_view>
 
 #include "phonepim/encoding/Encoding.h"
+#include "phonepim/encoding/NGQuotedPrintableCoding.h"
 #include "phonepim/encoding/base64.h"
 #include "phonepim/model/CContact.h"
 #include "phonepim/platform/Assert.h"
@@ -33,6 +36,9 @@ std::string_view CText(const char* text, int len) {
   const void* nul = std::memchr(text, '\0', n);
   return {text, nul ? static_cast<std::size_t>(static_cast<const char*>(nul) - text) : n};
 }
+
+// Decode buffers larger than this are given back after the value.
+constexpr std::size_t kKeptDecodeBuffer = 64 * 1024;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -88,15 +94,45 @@ std::int32_t Atoi(const char* text, std::size_t len) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<unsigned long>(value)));
 }
 
+std::optional<String> DecodeValue(const char* text, std::size_t len, int charset,
+                                  int encoding) {
+  const StringEncoding target =
+      charset == kCharsetShiftJIS ? StringEncoding::ShiftJIS : StringEncoding::UTF8;
+  if (encoding != kEncodingQuotedPrintable && encoding != kEncodingQuotedPrintableCR) {
+    return StringFromBytes(text, len, target);
+  }
+  if (len > std::numeric_limits<unsigned int>::max()) return std::nullopt;
+  struct Buffers {
+    std::string source;
+    std::string decoded;
+  };
+  thread_local Buffers buffers;
+  // A terminated copy: an escape cut short by the end of the value reads
+  // its second digit from the byte after it, which must be the NUL that
+  // Decode puts there, not the next component.
+  buffers.source.assign(text, len);
+  buffers.decoded.resize(len + 2);
+  const auto srcLen = static_cast<unsigned int>(len);
+  const int n = NGDecodeQuotedPrintableX(buffers.source.c_str(), srcLen,
+                                         buffers.decoded.data(), srcLen, 1);
+  std::optional<String> result =
+      n < 0 ? std::nullopt
+            : StringFromBytes(buffers.decoded.data(), static_cast<std::size_t>(n), target);
+  // A long note must not pin its size for the rest of the address book.
+  if (buffers.source.capacity() > kKeptDecodeBuffer) buffers = Buffers();
+  return result;
+}
+
 std::optional<String> DecodeComponent(const char* text, std::size_t len, int charset,
                                       int encoding) {
   if (len == 0) return String();
   // Without a backslash or a NUL the unescaping copy would equal the input.
   if (std::memchr(text, '\\', len) == nullptr && std::memchr(text, '\0', len) == nullptr) {
-    return Decode(text, static_cast<int>(len), charset, encoding);
+    return DecodeValue(text, len, charset, encoding);
   }
   const Bytes unescaped = DecodeEscapedCharString(text, len);
-  return Decode(unescaped.data(), static_cast<int>(unescaped.size()), charset, encoding);
+  return DecodeValue(reinterpret_cast<const char*>(unescaped.data()), unescaped.size(), charset,
+                     encoding);
 }
 
 }  // namespace vcard_reader
@@ -259,16 +295,24 @@ void vCard::ParseSpeedDial(const char* text, int len, std::int32_t* speedDial) {
 
 Bytes vCard::ParsePhoto(const char* text, int len, int /*charset*/, int /*encoding*/) {
   const std::size_t n = Length(text, len);
-  // Base64decode reads a terminated text. It stops at the first byte
-  // outside the alphabet, so the value itself does whenever such a byte
-  // lies within it; only a value that is all alphabet needs a copy.
-  static constexpr std::string_view kAlphabet =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  const std::string_view value(n == 0 ? "" : text, n);
+  // Base64decode reads a terminated text and stops at the first byte
+  // outside the alphabet, so the value can be read in place whenever such a
+  // byte lies within it; only a value that is all alphabet needs a
+  // terminated copy.
+  static const std::array<bool, 256> kAlphabet = [] {
+    std::array<bool, 256> table{};
+    for (const char c : std::string_view(
+             "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")) {
+      table[static_cast<unsigned char>(c)] = true;
+    }
+    return table;
+  }();
+  std::size_t run = 0;
+  while (run < n && kAlphabet[static_cast<unsigned char>(text[run])]) ++run;
   std::string terminated;
-  const char* source = value.data();
-  if (value.find_first_not_of(kAlphabet) == std::string_view::npos) {
-    terminated.assign(value);
+  const char* source = text;
+  if (run == n) {
+    terminated.assign(n == 0 ? "" : text, n);
     source = terminated.c_str();
   }
   Bytes photo(static_cast<std::size_t>(Base64decode_len(source)));

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -14,6 +15,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace phonepim {
 namespace {
@@ -176,13 +178,6 @@ TEST(property_list_writing, produces_exact_xml) {
                               "</plist>\n");
 }
 
-TEST(property_list_writing, produces_a_binary_list) {
-  const std::optional<Bytes> binary =
-      PropertyListFromValue(Dictionary{{u"a", 1}}, PropertyListFormat::Binary);
-  ASSERT_TRUE(binary);
-  EXPECT_EQ(ToText(*binary).substr(0, 8), "bplist00");
-}
-
 TEST(property_list_writing, refuses_values_it_cannot_store_faithfully) {
   const String withNul(u"a\0b", 3);
   const String loneSurrogate(1, char16_t{0xD800});
@@ -248,6 +243,49 @@ TEST(property_list_reading, reads_a_hand_made_binary_list) {
   };
   EXPECT_EQ(ValueFromPropertyList(bytes, sizeof bytes),
             Value(Dictionary{{u"a", 1}, {u"b", Array{Value(u"c"), Value(u"c")}}}));
+}
+
+// A binary list of the given objects (marker and contents each, references
+// one byte wide); object 0 is the top.
+Bytes BinaryList(const std::vector<Bytes>& objects) {
+  Bytes out = ToBytes("bplist00");
+  Bytes offsets;
+  for (const Bytes& object : objects) {
+    offsets.push_back(static_cast<std::uint8_t>(out.size()));
+    out.insert(out.end(), object.begin(), object.end());
+  }
+  const auto table = static_cast<std::uint8_t>(out.size());
+  out.insert(out.end(), offsets.begin(), offsets.end());
+  const Bytes trailer = {0, 0, 0, 0, 0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0,
+                         static_cast<std::uint8_t>(objects.size()),
+                         0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, table};
+  out.insert(out.end(), trailer.begin(), trailer.end());
+  return out;
+}
+
+TEST(property_list_reading, reads_utf16_strings_of_a_binary_list) {
+  // {"k": "a😀"}: the value in UTF-16 with a surrogate pair.
+  const Bytes list = BinaryList({{0xD1, 1, 2}, {0x51, 'k'}, {0x63, 0, 'a', 0xD8, 0x3D, 0xDE, 0x00}});
+  EXPECT_EQ(ValueFromPropertyList(list), Value(Dictionary{{u"k", u"a\U0001F600"}}));
+}
+
+TEST(property_list_reading, refuses_strings_holding_nul_or_broken_utf16) {
+  // libplist itself aborts on a key holding NUL: found by fuzzing.
+  const struct {
+    const char* what;
+    Bytes bytes;
+  } cases[] = {
+      {"NUL in an ASCII key", BinaryList({{0xD1, 1, 2}, {0x53, 'a', 0, 'b'}, {0x09}})},
+      {"NUL in a UTF-16 key", BinaryList({{0xD1, 1, 2}, {0x61, 0, 0}, {0x09}})},
+      {"NUL in a value", BinaryList({{0xA1, 1}, {0x52, 'a', 0}})},
+      {"a lone high surrogate", BinaryList({{0xA1, 1}, {0x62, 0xD8, 0x3D, 0, 'a'}})},
+      {"a lone low surrogate", BinaryList({{0xA1, 1}, {0x61, 0xDE, 0x00}})},
+      {"a high surrogate at the end", BinaryList({{0xA1, 1}, {0x61, 0xD8, 0x3D}})},
+      {"a string running into the offset table", BinaryList({{0xA1, 1}, {0x5E, 'a'}})},
+      {"a NUL byte in XML",
+       ToBytes(std::string(kXMLHead) + std::string("<dict><key>a\0b</key><true/></dict></plist>", 42))},
+  };
+  for (const auto& c : cases) EXPECT_FALSE(ValueFromPropertyList(c.bytes)) << c.what;
 }
 
 // A binary list of `levels` arrays, object i holding object i+1 `fanOut`

@@ -150,6 +150,16 @@ TEST(read_custom_label, registers_the_joined_parameter_text) {
   }
 }
 
+TEST(read_custom_label, registers_once_per_property) {
+  CCustomType::Inst().DeleteAllItem();
+  std::string head = "TEL";
+  for (int i = 0; i < 2000; ++i) head += ";X-CUSTOM(" + std::to_string(i);
+  const auto contact = Read(Card(head + ":1\r\nTEL;X-CUSTOM(B):2\r\n"));
+  EXPECT_EQ(Describe(*contact), "TEL(100000)=1; TEL(100000)=2");
+  EXPECT_EQ(LabelOf(kFirstCustomType).size(), head.size() - 4);
+  EXPECT_EQ(LabelOf(kFirstCustomType + 1), "X-CUSTOM(B)");
+}
+
 TEST(read_custom_label, without_closing_parenthesis_runs_to_the_last_parameter) {
   CCustomType::Inst().DeleteAllItem();
   const auto contact = Read(Card("TEL;X-CUSTOM(Main;HOME:1\r\n"));

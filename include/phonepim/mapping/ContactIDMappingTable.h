@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <iterator>
+#include <optional>
 #include <set>
 #include <unordered_map>
 #include <vector>

@@ -190,8 +190,8 @@ class CContact : public CVObject {
   std::unique_ptr<CContact> Clone() const;
 
   /// Change detection against `other` (null is unequal):
-  /// 1. a record whose storage() is 2 or 5 (a SIM or read-only store, whose
-  ///    records the phone never edits) always matches;
+  /// 1. a record whose storage() is 2 or 5 always matches: those storage
+  ///    kinds hold records the phone does not edit;
   /// 2. the nickname lists match in count and in order;
   /// 3. the names match (CName::IsEqual);
   /// 4. the blood types match, 0 and 0xFFFFFFFF both meaning "unknown";

@@ -33,10 +33,11 @@ inline constexpr int kPropertyListMaxDepth = 256;
 /// microseconds a binary list carries; XML dates are whole seconds.
 ///
 /// Returns nothing for bytes that are not a property list, and also for a
-/// list holding a string or key that is not valid UTF-8, a UID (keyed
-/// archives), nesting deeper than kPropertyListMaxDepth, or a binary list
-/// whose shared or cyclic object references would expand beyond its own
-/// size. Never crashes or hangs on bad bytes.
+/// list holding a string or key that is not valid Unicode or holds U+0000
+/// (the writer refuses those too), a UID (keyed archives), nesting deeper
+/// than kPropertyListMaxDepth, or a binary list whose shared or cyclic object
+/// references would expand beyond its own size. Never crashes or hangs on
+/// bad bytes.
 std::optional<Value> ValueFromPropertyList(const void* bytes, std::size_t size);
 std::optional<Value> ValueFromPropertyList(const Bytes& bytes);
 

@@ -84,8 +84,12 @@ class BaseContainer {
   /// Entries left "Delete"/"Unlinked" stay in the list for the host to
   /// report and remove. An existing entry met during the matching without a
   /// "Data" dictionary fails the assertion "metaPhoneData != nil", one whose
-  /// data lacks both values fails "metaPhoneNumber != nil"; entries are
-  /// examined in order up to the one claimed.
+  /// data lacks both values fails "metaPhoneNumber != nil". Entries are
+  /// examined in order up to the one claimed; those appended in the same
+  /// pass are linked already and are not examined. A record without the
+  /// value claims nothing, and its new entry would fail the second
+  /// assertion next time: leave such records out (CContact leaves out empty
+  /// elements).
   ///
   /// Returns the identifiers of step 4 (empty when nothing happened).
   std::vector<String> createMetaDataWithKey(const String& key, const String& valueKey);

@@ -86,11 +86,13 @@ class vCard {
   static void ParseName(const char* text, int len, int charset, int encoding,
                         class CName* name);
   /// "SOUND;X-IRMC-N": the reading of the family name (component 0) and of
-  /// the given name (component 1), in the order of N. An empty component
+  /// the given name (component 1), in the order of N and of what Generate
+  /// writes; Parse stores them as RLName and RFName. An empty component
   /// leaves its output empty (nothing); reading stops after component 2.
   static void ParseRName(const char* text, int len, int charset, int encoding,
                          std::optional<String>* lastName, std::optional<String>* firstName);
-  /// Plain "SOUND": component 0 only, as above.
+  /// Plain "SOUND": component 0 only, as above, stored as RLName (the one
+  /// reading Generate writes without X-IRMC-N).
   static void ParseRName(const char* text, int len, int charset, int encoding,
                          std::optional<String>* lastName);
   /// "A" 1 (only the value "A" itself, looked at over at most two bytes),
@@ -123,8 +125,10 @@ class vCard {
   /// ", " + value split by strtok at ',': empty pieces vanish, a piece " "
   /// (the writer's mark for no slot) gives -1, any other its atoi value.
   /// Slots beyond the pieces keep their values. So " ,5" gives 0 and 5,
-  /// while "3, ,5" gives 3, -1 and 5. A value of 256 bytes or more fails the
-  /// assertion "len < 256".
+  /// while "3, ,5" gives 3, -1 and 5 (through Parse the first never
+  /// arrives: the tokenizer drops a value's leading blanks, and ",5" gives
+  /// -1 and 5). A value of 256 bytes or more fails the assertion
+  /// "len < 256".
   static void ParseSpeedDial(const char* text, int len, std::int32_t* speedDial);
   /// The bytes of the BASE64 text (Base64decode: decoding ends at the first
   /// byte outside the alphabet).
