@@ -5,7 +5,7 @@
 // Why it may take more than one pass (all by design of the codec):
 // - a '_' in a quoted-printable value reads back as a space, and "::"
 //   becomes ":" when written; both change the text once;
-// - in a structured value (N, ADR, ORG, SOUND, X-ASSISTANT) the reader's
+// - in a structured value (N, ADR, ORG, plain SOUND) the reader's
 //   unescaping keeps a backslash and drops the character after it, and
 //   the writer does not escape unless asked, so a backslash eats one
 //   character per pass until it stands last; a URL does the same when the
@@ -22,12 +22,13 @@
 //   backslashes on every pass;
 // - custom labels holding one while the writer escapes labels
 //   (sm_fNonstandardEscChar): parameters are never unescaped either;
-// - structured values holding a backslash or ';' whenever the writer
-//   escapes them (sm_fNonstandardEscChar, and SOUND;X-IRMC-N with
-//   sm_fUseReadingLastName): a component that ends in a backslash is
-//   written with it doubled, and the reader, which looks back one character
-//   only, takes the doubled backslash for an escaped separator; the next
-//   pass doubles it again. Such backslashes and semicolons become '/'.
+// - structured values holding one whenever the writer escapes them
+//   (X-ASSISTANT always, SOUND;X-IRMC-N with sm_fUseReadingLastName, the
+//   others with sm_fNonstandardEscChar): a component that ends in a
+//   backslash is written with it doubled, the reader, which looks back one
+//   character only, takes the doubled backslash for an escaped separator,
+//   and the next pass doubles it again. Such backslashes and semicolons
+//   become '/';
 // - an address label long enough for the encoder to break its line: the
 //   break lands in the parameter, the label table drops the "==" that a
 //   break right after an escape leaves, and the label loses a character,
@@ -123,6 +124,8 @@ void TakeOutWhatNeverSettles(CContact& contact) {
   for (int i = contact.GetOrgCount() - 1; i >= 0; --i) {
     if (LabelNeverSettles(contact.GetOrg(i)->Type())) contact.DeleteOrgAtIndex(i);
   }
+  if (contact.assistant()) contact.setAssistant(Slashed(*contact.assistant()));
+  if (contact.assistantNumber()) contact.setAssistantNumber(Slashed(*contact.assistantNumber()));
   if (vCard::sm_fUseReadingLastName || vCard::sm_fNonstandardEscChar) {
     if (contact.RFName()) contact.SetRFName(Slashed(*contact.RFName()));
     if (contact.RLName()) contact.SetRLName(Slashed(*contact.RLName()));

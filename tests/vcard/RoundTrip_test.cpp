@@ -7,6 +7,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "phonepim/model/CCustomType.h"
 #include "phonepim/model/CContact.h"
@@ -456,6 +457,27 @@ TEST(round_trip_case, a_long_address_label_alternates_between_two_forms) {
   const std::string third = Write(*ReadAs(second, u"Contact"), 0);
   EXPECT_NE(second, first);
   EXPECT_EQ(third, first);
+}
+
+// X-ASSISTANT is always escaped: a name that ends in a backslash is written
+// with it doubled, and the reader, which looks back one character, takes
+// the separator after it for an escaped one. Every pass adds a backslash.
+// Found by the round-trip fuzzer.
+TEST(round_trip_case, an_assistant_ending_in_a_backslash_never_settles) {
+  const ScopedWriterDefaults defaults;
+  CContact contact(u"Contact");
+  contact.setAssistant(u"O\\");
+  std::string text = Write(contact, 0);
+  std::vector<std::string> lines;
+  for (int pass = 0; pass < 4; ++pass) {
+    const std::size_t at = text.find("X-ASSISTANT:");
+    ASSERT_NE(at, std::string::npos) << text;
+    lines.push_back(text.substr(at, text.find('\r', at) - at));
+    text = Write(*ReadAs(text, u"Contact"), 0);
+  }
+  EXPECT_EQ(lines, (std::vector<std::string>{"X-ASSISTANT:O\\\\;", "X-ASSISTANT:O\\\\\\;;",
+                                             "X-ASSISTANT:O\\\\\\\\;",
+                                             "X-ASSISTANT:O\\\\\\\\\\;;"}));
 }
 
 // A backslash in a name part eats one character per pass, through the
