@@ -154,7 +154,10 @@ class vCard {
   // "CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,". The table keeps a plain
   // label as the reader handed it in ("X-CUSTOM(Main)", "PREF=X-CUSTOM(Main)");
   // the writers print only the text inside the brackets, so that a label
-  // read and written again stays "X-CUSTOM(Main)".
+  // read and written again stays "X-CUSTOM(Main)". Label codes share their
+  // range with the PREF bit, and the table is asked first: a PREF element
+  // whose other bits happen to equal a registered code (PREF with HOME is
+  // the first code) is written with that label.
   //
   // The model types are named with their class key, which declares them in
   // namespace phonepim: this header needs none of the model's headers.
