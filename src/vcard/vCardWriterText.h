@@ -1,0 +1,44 @@
+// Value encoding shared by the vCard writers: quoted-printable text, the
+// backslash escapes of structured values and custom-label parameters.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "phonepim/platform/String.h"
+
+namespace phonepim::vcard_writer {
+
+/// The text of an optional field; missing reads as empty.
+inline const String& TextOf(const std::optional<String>& text) {
+  static const String kEmpty;
+  return text ? *text : kEmpty;
+}
+
+/// QPEncode of `text`, then EncodeEscapedCharString when `escape` is set.
+/// An unpaired surrogate, which has no UTF-8 form, is encoded as U+FFFD.
+String EncodeText(const String& text, bool escape);
+
+/// True when an encoded value holds a '=': QPEncode changed it, so the line
+/// needs the quoted-printable parameters.
+bool IsQuotedPrintable(std::u16string_view encoded);
+
+/// The label as a writer prints it. Plain labels stay in the custom-label
+/// table as the reader handed them in ("X-CUSTOM(Main)",
+/// "PREF=X-CUSTOM(Main)"): everything up to "X-CUSTOM(" (any case) and a
+/// closing ')' are dropped. A label without "X-CUSTOM(" is kept whole.
+String PrintedLabel(const String& label);
+
+/// The custom-label table's label for `type` when it has a non-empty one.
+std::optional<String> TableLabel(std::uint32_t type);
+
+/// ";X-CUSTOM(" label ")", the label quoted-printable, escaped when the
+/// reader undoes escapes (sm_fNonstandardEscChar), and preceded inside the
+/// brackets by the charset prefix when it came out quoted-printable.
+String CustomLabelParameter(const String& label);
+
+/// `text` with every unpaired surrogate replaced by U+FFFD.
+String WithoutLoneSurrogates(const String& text);
+
+}  // namespace phonepim::vcard_writer

@@ -1,0 +1,521 @@
+// The vCard writer: the line builders, the writers of the contact's own
+// fields, the speed-dial line and whole cards from Generate. The element
+// writers are in vCardWriteElements_test.cpp.
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "model/AssertionPattern.h"
+#include "phonepim/datetime/DateComponents.h"
+#include "phonepim/model/CContact.h"
+#include "phonepim/vcard/vCard.h"
+#include "phonepim/versit/vObject.h"
+#include "vcard/vCardWriteTestSupport.h"
+
+namespace phonepim {
+namespace {
+
+using testing_support::AssertionPattern;
+using testing_support::BytesOf;
+using testing_support::ScopedWriterDefaults;
+using testing_support::Written;
+
+class vcard_write : public ::testing::Test {
+ protected:
+  ScopedWriterDefaults defaults_;
+};
+
+// --- AddItem and AddItemEncoding -----------------------------------------
+
+TEST_F(vcard_write, AddItem_joins_name_parameters_and_value) {
+  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"TEL", u";HOME", u"123"); }),
+            u"TEL;HOME:123\r\n");
+  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"", u"", u""); }), u":\r\n");
+}
+
+TEST_F(vcard_write, AddItem_collapses_double_colons_over_the_whole_line) {
+  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"FN", u"", u"a::b"); }),
+            u"FN:a:b\r\n");
+  // The colon AddItem adds counts too.
+  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"FN", u"", u":x"); }),
+            u"FN:x\r\n");
+  // Left to right without overlaps.
+  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"FN", u"", u"a:::b::::c"); }),
+            u"FN:a::b::c\r\n");
+}
+
+TEST_F(vcard_write, AddItem_leaves_what_was_written_before) {
+  String out = u"NOTE:x::y\r\n";
+  vCard::AddItem(out, u"FN", u"", u"a::b");
+  EXPECT_EQ(out, u"NOTE:x::y\r\nFN:a:b\r\n");
+}
+
+TEST_F(vcard_write, AddItemEncoding_adds_no_colon_and_keeps_double_colons) {
+  EXPECT_EQ(Written([](String& out) {
+              vCard::AddItemEncoding(out, u"EMAIL", u";HOME", u";CHARSET=UTF-8:a::b");
+            }),
+            u"EMAIL;HOME;CHARSET=UTF-8:a::b\r\n");
+}
+
+TEST_F(vcard_write, AddSpeedDial_appends_prefix_and_value) {
+  String out = u"X";
+  vCard::AddSpeedDial(out, u",", u"7");
+  EXPECT_EQ(out, u"X,7");
+}
+
+// --- Ordinary text properties --------------------------------------------
+
+using TextWriter = void (*)(String&, const std::optional<String>&);
+
+struct TextProperty {
+  const char* name;
+  const char16_t* property;
+  TextWriter writer;
+};
+
+void PrintTo(const TextProperty& p, std::ostream* os) { *os << p.name; }
+
+class vcard_write_text : public ::testing::TestWithParam<TextProperty> {
+ protected:
+  String Write(const std::optional<String>& text) const {
+    String out;
+    GetParam().writer(out, text);
+    return out;
+  }
+  String Line(const String& rest) const { return GetParam().property + rest + u"\r\n"; }
+  ScopedWriterDefaults defaults_;
+};
+
+TEST_P(vcard_write_text, writes_nothing_for_missing_or_empty_text) {
+  EXPECT_EQ(Write(std::nullopt), u"");
+  EXPECT_EQ(Write(u""), u"");
+}
+
+TEST_P(vcard_write_text, plain_text_goes_out_as_it_is) {
+  EXPECT_EQ(Write(u"Hello!"), Line(u":Hello!"));
+  EXPECT_EQ(Write(u"a::b"), Line(u":a:b"));
+  EXPECT_EQ(Write(u"a;b\\c"), Line(u":a;b\\c"));
+}
+
+TEST_P(vcard_write_text, text_that_needs_it_is_quoted_printable) {
+  EXPECT_EQ(Write(u"J\u00F6rg Doe"),
+            Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:J=C3=B6rg=20Doe"));
+  EXPECT_EQ(Write(u"1+1=2"), Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:1+1=3D2"));
+  EXPECT_EQ(Write(u"line\r\nnext"),
+            Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:line=0D=0Anext"));
+}
+
+TEST_P(vcard_write_text, escapes_only_with_the_nonstandard_escape_option) {
+  vCard::NonstandardEscChar(true);
+  EXPECT_EQ(Write(u"a;b\\c"), Line(u":a\\;b\\\\c"));
+  EXPECT_EQ(Write(u"a b;c"), Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=20b\\;c"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    writers, vcard_write_text,
+    ::testing::Values(TextProperty{"FN", u"FN", vCard::AddFName},
+                      TextProperty{"NICKNAME", u"NICKNAME", vCard::AddNName},
+                      TextProperty{"TITLE", u"TITLE", vCard::AddTitle},
+                      TextProperty{"ROLE", u"ROLE", vCard::AddRole},
+                      TextProperty{"NOTE", u"NOTE", vCard::AddNote},
+                      TextProperty{"X_HOBBY", u"X-HOBBY", vCard::AddHobby},
+                      TextProperty{"X_ACCOUNT", u"X-ACCOUNT", vCard::AddAccount},
+                      TextProperty{"X_SPOUSE", u"X-SPOUSE", vCard::AddSpouse},
+                      TextProperty{"X_CHILDREN", u"X-CHILDREN", vCard::AddChildren},
+                      TextProperty{"GN", u"GN", vCard::AddGroupName},
+                      TextProperty{"X_GDISPN", u"X-GDISPN", vCard::AddGroupDisplayName}),
+    [](const ::testing::TestParamInfo<TextProperty>& info) { return info.param.name; });
+
+TEST_F(vcard_write, a_soft_line_break_makes_a_value_quoted_printable) {
+  // 68 characters fit a quoted-printable line; the 69th is carried over.
+  const String fits(68, u'a');
+  EXPECT_EQ(Written([&](String& out) { vCard::AddNote(out, fits); }), u"NOTE:" + fits + u"\r\n");
+  EXPECT_EQ(Written([&](String& out) { vCard::AddNote(out, fits + u"b"); }),
+            u"NOTE;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:" + fits + u"=\r\nb\r\n");
+}
+
+TEST_F(vcard_write, an_unpaired_surrogate_is_written_as_a_replacement_character) {
+  EXPECT_EQ(Written([](String& out) { vCard::AddFName(out, String(u"a") + char16_t(0xD800)); }),
+            u"FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=EF=BF=BD\r\n");
+}
+
+// --- N and SOUND ---------------------------------------------------------
+
+CName TwoPartName(const String& family, const String& given) {
+  CName name;
+  name.SetName(family, 0);
+  name.SetName(given, 1);
+  return name;
+}
+
+TEST_F(vcard_write, AddName_writes_all_eight_parts) {
+  EXPECT_EQ(Written([](String& out) { vCard::AddName(out, CName()); }), u"");
+  EXPECT_EQ(Written([](String& out) { vCard::AddName(out, CName("Doe")); }),
+            u"N:Doe;;;;;;;\r\n");
+  EXPECT_EQ(Written([](String& out) {
+              vCard::AddName(out, CName("Doe", "John", "Q", "Dr.", "Jr.", "do", "jo", "q"));
+            }),
+            u"N:Doe;John;Q;Dr.;Jr.;do;jo;q\r\n");
+  EXPECT_EQ(Written([](String& out) { vCard::AddName(out, TwoPartName(u"", u"Mar\u00EDa")); }),
+            u"N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:;Mar=C3=ADa;;;;;;\r\n");
+}
+
+TEST_F(vcard_write, AddName_escapes_parts_only_with_the_nonstandard_escape_option) {
+  const CName name = TwoPartName(u"O;Brien", u"A\\B");
+  EXPECT_EQ(Written([&](String& out) { vCard::AddName(out, name); }),
+            u"N:O;Brien;A\\B;;;;;;\r\n");
+  vCard::NonstandardEscChar(true);
+  EXPECT_EQ(Written([&](String& out) { vCard::AddName(out, name); }),
+            u"N:O\\;Brien;A\\\\B;;;;;;\r\n");
+}
+
+struct ReadingNameCase {
+  const char* name;
+  bool useReadingLastName;
+  std::optional<String> first;
+  std::optional<String> last;
+  const char16_t* expected;
+};
+
+void PrintTo(const ReadingNameCase& c, std::ostream* os) { *os << c.name; }
+
+class vcard_write_sound : public ::testing::TestWithParam<ReadingNameCase> {
+ protected:
+  ScopedWriterDefaults defaults_;
+};
+
+TEST_P(vcard_write_sound, writes_the_reading_name) {
+  const ReadingNameCase& c = GetParam();
+  vCard::UseReadingLastName(c.useReadingLastName);
+  EXPECT_EQ(Written([&](String& out) { vCard::AddRName(out, c.first, c.last); }), c.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    cases, vcard_write_sound,
+    ::testing::Values(
+        ReadingNameCase{"both_missing", true, std::nullopt, std::nullopt, u""},
+        ReadingNameCase{"both_empty", true, u"", u"", u""},
+        ReadingNameCase{"irmc_last_then_first", true, u"taro", u"yamada",
+                        u"SOUND;X-IRMC-N:yamada;taro;;;\r\n"},
+        ReadingNameCase{"irmc_first_only", true, u"taro", std::nullopt,
+                        u"SOUND;X-IRMC-N:;taro;;;\r\n"},
+        ReadingNameCase{"irmc_escapes_always", true, u"a;b", u"c\\d",
+                        u"SOUND;X-IRMC-N:c\\\\d;a\\;b;;;\r\n"},
+        ReadingNameCase{"irmc_quoted_printable", true, u"\u30BF\u30ED\u30A6", u"yamada",
+                        u"SOUND;X-IRMC-N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:"
+                        u"yamada;=E3=82=BF=E3=83=AD=E3=82=A6;;;\r\n"},
+        ReadingNameCase{"plain_last_name_only", false, u"taro", u"yamada", u"SOUND:yamada\r\n"},
+        ReadingNameCase{"plain_nothing_without_last_name", false, u"taro", u"", u""},
+        ReadingNameCase{"plain_does_not_escape", false, u"", u"a;b", u"SOUND:a;b\r\n"},
+        ReadingNameCase{"plain_quoted_printable", false, u"", u"y d",
+                        u"SOUND;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:y=20d\r\n"}),
+    [](const ::testing::TestParamInfo<ReadingNameCase>& info) { return info.param.name; });
+
+// --- Dates ---------------------------------------------------------------
+
+struct DateCase {
+  const char* name;
+  std::optional<DateComponents> date;
+  std::uint32_t type;
+  const char16_t* value;  // null: nothing written
+};
+
+void PrintTo(const DateCase& c, std::ostream* os) { *os << c.name; }
+
+DateComponents Day(std::int64_t year, std::int64_t month, std::int64_t day) {
+  DateComponents date;
+  date.year = year;
+  date.month = month;
+  date.day = day;
+  return date;
+}
+
+class vcard_write_date : public ::testing::TestWithParam<DateCase> {
+ protected:
+  ScopedWriterDefaults defaults_;
+};
+
+TEST_P(vcard_write_date, birthday_and_anniversary_write_the_same_value) {
+  const DateCase& c = GetParam();
+  const String birthday =
+      Written([&](String& out) { vCard::AddBirtyDate(out, c.date, c.type); });
+  const String anniversary =
+      Written([&](String& out) { vCard::AddAnnivesaryDate(out, c.date, c.type); });
+  if (c.value == nullptr) {
+    EXPECT_EQ(birthday, u"");
+    EXPECT_EQ(anniversary, u"");
+  } else {
+    EXPECT_EQ(birthday, u"BDAY:" + String(c.value) + u"\r\n");
+    EXPECT_EQ(anniversary, u"X-ANNIVERSARY:" + String(c.value) + u"\r\n");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    cases, vcard_write_date,
+    ::testing::Values(DateCase{"no_date", std::nullopt, 0, nullptr},
+                      DateCase{"plain", Day(2001, 2, 1), 0, u"20010201"},
+                      DateCase{"lunar", Day(1999, 12, 31), 1, u"19991231L"},
+                      DateCase{"type_2", Day(1999, 1, 1), 2, u"19990101Y"},
+                      DateCase{"type_3_has_no_suffix", Day(1999, 1, 1), 3, u"19990101"},
+                      DateCase{"negative_int_type_has_no_suffix", Day(1999, 1, 1), 0xFFFFFFFFu,
+                               u"19990101"},
+                      DateCase{"padded", Day(5, 3, 4), 0, u"00050304"},
+                      DateCase{"undefined_month_prints_as_minus_one",
+                               Day(2001, kUndefinedComponent, 9), 0, u"2001-109"}),
+    [](const ::testing::TestParamInfo<DateCase>& info) { return info.param.name; });
+
+TEST(vcard_write_date_death, a_type_beyond_the_table_stops_the_birthday) {
+  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+  String out;
+  EXPECT_DEATH(vCard::AddBirtyDate(out, Day(2001, 2, 1), 4),
+               AssertionPattern("(int)birthDateType <= _countof(chTypes)"));
+}
+
+TEST(vcard_write_date_death, a_type_beyond_the_table_stops_the_anniversary) {
+  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+  String out;
+  EXPECT_DEATH(vCard::AddAnnivesaryDate(out, Day(2001, 2, 1), 0x7FFFFFFF),
+               AssertionPattern("(int)AnniversaryDateType <= _countof(chTypes)"));
+}
+
+// --- Enumerated and list values ------------------------------------------
+
+TEST_F(vcard_write, AddBloodType_knows_four_groups) {
+  const std::vector<std::pair<std::uint32_t, String>> cases = {
+      {0, u""}, {1, u"X-BLOOD:A\r\n"}, {2, u"X-BLOOD:B\r\n"}, {3, u"X-BLOOD:AB\r\n"},
+      {4, u"X-BLOOD:O\r\n"}, {5, u""}, {0xFFFFFFFFu, u""}};
+  for (const auto& [bits, expected] : cases) {
+    const std::uint32_t type = bits;
+    EXPECT_EQ(Written([&](String& out) { vCard::AddBloodType(out, type); }), expected) << type;
+  }
+}
+
+TEST_F(vcard_write, AddGroupType_knows_three_kinds) {
+  const std::vector<std::pair<std::uint32_t, String>> cases = {
+      {0, u""}, {1, u"GT:Normal\r\n"}, {2, u"GT:Smart\r\n"}, {3, u"GT:READ_ONLY\r\n"}, {4, u""}};
+  for (const auto& [bits, expected] : cases) {
+    const std::uint32_t type = bits;
+    EXPECT_EQ(Written([&](String& out) { vCard::AddGroupType(out, type); }), expected) << type;
+  }
+}
+
+TEST_F(vcard_write, AddGroups_joins_the_numbers) {
+  EXPECT_EQ(Written([](String& out) { vCard::AddGroups(out, {}); }), u"");
+  EXPECT_EQ(Written([](String& out) { vCard::AddGroups(out, {3}); }), u"X-GROUP:3\r\n");
+  EXPECT_EQ(Written([](String& out) { vCard::AddGroups(out, {1, -2, 30}); }),
+            u"X-GROUP:1,-2,30\r\n");
+}
+
+TEST_F(vcard_write, AddAssistant_escapes_both_parts_always) {
+  EXPECT_EQ(Written([](String& out) { vCard::AddAssistant(out, std::nullopt, u""); }), u"");
+  EXPECT_EQ(Written([](String& out) { vCard::AddAssistant(out, u"Jane", u"123"); }),
+            u"X-ASSISTANT:Jane;123\r\n");
+  EXPECT_EQ(Written([](String& out) { vCard::AddAssistant(out, u"a;b", std::nullopt); }),
+            u"X-ASSISTANT:a\\;b;\r\n");
+  EXPECT_EQ(Written([](String& out) { vCard::AddAssistant(out, std::nullopt, u"+1 2"); }),
+            u"X-ASSISTANT;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:;+1=202\r\n");
+}
+
+TEST_F(vcard_write, AddPhoto_puts_the_base64_text_on_its_own_line) {
+  const Bytes man = {'M', 'a', 'n', 'M'};
+  EXPECT_EQ(Written([&](String& out) { vCard::AddPhoto(out, &man); }),
+            u"PHOTO;TYPE=JPEG;ENCODING=BASE64:\r\n TWFuTQ==\r\n \r\n");
+  const Bytes empty;
+  EXPECT_EQ(Written([&](String& out) { vCard::AddPhoto(out, &empty); }), u"");
+  EXPECT_EQ(Written([](String& out) { vCard::AddPhoto(out, nullptr); }), u"");
+}
+
+TEST_F(vcard_write, AddLastRevision_writes_nothing) {
+  EXPECT_EQ(Written([](String& out) {
+              vCard::AddLastRevision(out, MakeDateComponents(2020, 1, 2, 3, 4, 5));
+            }),
+            u"");
+}
+
+// --- Speed dial ----------------------------------------------------------
+
+struct SpeedDialCase {
+  const char* name;
+  int numbers;
+  std::vector<std::pair<int, std::int32_t>> slots;  // index, slot
+  const char* line;                                 // null: no line
+};
+
+void PrintTo(const SpeedDialCase& c, std::ostream* os) { *os << c.name; }
+
+class vcard_write_speed_dial : public ::testing::TestWithParam<SpeedDialCase> {
+ protected:
+  ScopedWriterDefaults defaults_;
+};
+
+TEST_P(vcard_write_speed_dial, writes_one_entry_per_number) {
+  const SpeedDialCase& c = GetParam();
+  CContact contact(u"Contact");
+  for (int i = 0; i < c.numbers; ++i) contact.NewTelephone(std::to_string(i).c_str(), 0, i);
+  for (const auto& [index, slot] : c.slots) contact.SetSpeedDial(slot, index);
+  vObject object;
+  vCard::Generate(&contact, &object);
+  std::string expected = "BEGIN:VCARD\r\nVERSION:2.1\r\n";
+  for (int i = 0; i < c.numbers; ++i) expected += "TEL:" + std::to_string(i) + "\r\n";
+  if (c.line != nullptr) expected += std::string(c.line) + "\r\n";
+  expected += "END:VCARD\r\n";
+  EXPECT_EQ(BytesOf(object), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    cases, vcard_write_speed_dial,
+    ::testing::Values(
+        SpeedDialCase{"no_slot_no_line", 3, {}, nullptr},
+        SpeedDialCase{"one_number_gets_a_trailing_comma", 1, {{0, 3}}, "X-SPEEDDIAL:3,"},
+        SpeedDialCase{"empty_slots_are_spaces", 3, {{1, 7}}, "X-SPEEDDIAL: ,7, "},
+        SpeedDialCase{"slot_zero_counts", 2, {{0, 0}}, "X-SPEEDDIAL:0, "},
+        SpeedDialCase{"slots_without_numbers_do_not_count", 2, {{5, 9}}, nullptr},
+        SpeedDialCase{"numbers_past_ten_are_empty", 12, {{0, 1}, {9, 2}},
+                      "X-SPEEDDIAL:1, , , , , , , , ,2, , "}),
+    [](const ::testing::TestParamInfo<SpeedDialCase>& info) { return info.param.name; });
+
+// --- Generate ------------------------------------------------------------
+
+TEST_F(vcard_write, an_empty_person_is_three_lines) {
+  CContact contact(u"Contact");
+  vObject object;
+  vCard::Generate(&contact, &object);
+  EXPECT_EQ(BytesOf(object), "BEGIN:VCARD\r\nVERSION:2.1\r\nEND:VCARD\r\n");
+}
+
+TEST_F(vcard_write, Generate_replaces_the_object_bytes_and_ignores_null) {
+  CContact contact(u"Group");
+  vObject object;
+  object.object()->SetData(reinterpret_cast<const unsigned char*>("old bytes, longer than"), 22);
+  vCard::Generate(&contact, &object);
+  EXPECT_EQ(BytesOf(object), "BEGIN:VCARD\r\nVERSION:2.1\r\nEND:VCARD\r\n");
+  vCard::Generate(nullptr, &object);
+  vCard::Generate(&contact, nullptr);
+  EXPECT_EQ(BytesOf(object), "BEGIN:VCARD\r\nVERSION:2.1\r\nEND:VCARD\r\n");
+}
+
+// A person with every field the writer knows, written in the property order
+// phones expect.
+void FillPerson(CContact& c) {
+  c.SetName(TwoPartName(u"Doe", u"John"));
+  c.SetFName(u"John Doe");
+  c.SetNickNames({u"JD", u"Johnny"});
+  c.SetRFName(u"jon");
+  c.SetRLName(u"do");
+  c.SetBirthDate(Day(1970, 1, 2));
+  c.SetBirthDateType(1);
+  c.SetAnniversary_Date(Day(1999, 6, 30));
+  c.NewTelephone("+1-555-0100", kTelephoneTypeCell | kTelephoneTypePref, 0);
+  c.NewTelephone("+1-555-0101", kTelephoneTypeWork | kTelephoneTypeVoice, 1);
+  c.NewEmail("john@example.com", kEmailTypeHome, 0);
+  c.NewURL("http://example.com/", kURLTypeWork, 0);
+  c.NewAddress(nullptr, nullptr, "1 Main St", "Springfield", nullptr, "12345", nullptr, nullptr,
+               kAddressTypeHome, 0);
+  c.NewNotes("Likes tea", 0);
+  c.SetTitle(u"Boss");
+  c.SetRole(u"Owner");
+  c.NewOrg("Acme", "R&D", "Head", "Lab 2", kOrganizationTypeWork);
+  c.SetBloodType(3);
+  c.SetHobby(u"Chess");
+  c.SetGroups({1, 4});
+  c.SetAccount(u"Phone");
+  c.setSpouse(u"Jane");
+  c.setChildren(u"Tim");
+  c.setAssistant(u"Ann");
+  c.setAssistantNumber(u"555-0199");
+  c.NewMessengerID("jd", kMessengerTypeSkype, 0);
+  c.SetSpeedDial(2, 0);
+  c.SetPhotoData(Bytes{'M', 'a', 'n'});
+  // Fields vCard 2.1 output has no place for are left out.
+  c.SetGroupName(u"ignored for a person");
+  c.SetLastRevision(MakeDateComponents(2020, 1, 1, 0, 0, 0));
+}
+
+constexpr const char* kPersonLines =
+    "BEGIN:VCARD\r\n"
+    "VERSION:2.1\r\n"
+    "N:Doe;John;;;;;;\r\n"
+    "FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:John=20Doe\r\n"
+    "NICKNAME:JD\r\n"
+    "NICKNAME:Johnny\r\n"
+    "SOUND:do\r\n"
+    "BDAY:19700102L\r\n"
+    "X-ANNIVERSARY:19990630\r\n"
+    "%TEL%"
+    "EMAIL;HOME:john@example.com\r\n"
+    "URL;WORK:http://example.com/\r\n"
+    "ADR;HOME;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:;;1=20Main=20St;Springfield;;12345;;\r\n"
+    "NOTE;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:Likes=20tea\r\n"
+    "TITLE:Boss\r\n"
+    "ROLE:Owner\r\n"
+    "ORG;WORK;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:Acme;R&D;Head;Lab=202\r\n"
+    "X-BLOOD:AB\r\n"
+    "X-HOBBY:Chess\r\n"
+    "X-GROUP:1,4\r\n"
+    "X-ACCOUNT:Phone\r\n"
+    "X-SPOUSE:Jane\r\n"
+    "X-CHILDREN:Tim\r\n"
+    "X-ASSISTANT:Ann;555-0199\r\n"
+    "X-IM;SKYPE:jd\r\n"
+    "X-SPEEDDIAL:2, \r\n"
+    "PHOTO;TYPE=JPEG;ENCODING=BASE64:\r\n TWFu\r\n \r\n"
+    "END:VCARD\r\n";
+
+std::string PersonLines(const std::string& tel) {
+  std::string lines = kPersonLines;
+  lines.replace(lines.find("%TEL%"), 5, tel);
+  return lines;
+}
+
+TEST_F(vcard_write, a_full_person_in_property_order) {
+  CContact contact(u"Contact");
+  FillPerson(contact);
+  vObject object;
+  vCard::Generate(&contact, &object);
+  EXPECT_EQ(BytesOf(object), PersonLines("TEL;PREF;CELL:+1-555-0100\r\n"
+                                         "TEL;WORK;VOICE:+1-555-0101\r\n"));
+  vCard::Generate(&contact, &object, 0);
+  EXPECT_EQ(BytesOf(object), PersonLines("TEL;PREF;CELL:+1-555-0100\r\n"
+                                         "TEL;WORK;VOICE:+1-555-0101\r\n"));
+}
+
+TEST_F(vcard_write, a_phone_style_writes_numbers_the_zandor_way) {
+  CContact contact(u"Contact");
+  FillPerson(contact);
+  vObject object;
+  vCard::Generate(&contact, &object, 1);
+  EXPECT_EQ(BytesOf(object), PersonLines("TEL;PREF;HOME;CELL:+1-555-0100\r\n"
+                                         "TEL;WORK:+1-555-0101\r\n"));
+}
+
+TEST_F(vcard_write, a_group_writes_its_names_type_and_photo_only) {
+  CContact group(u"Group");
+  FillPerson(group);
+  group.SetGroupName(u"Friends");
+  group.SetGroupType(2);
+  group.SetGroupDisplayName(u"My friends");
+  vObject object;
+  vCard::Generate(&group, &object);
+  EXPECT_EQ(BytesOf(object),
+            "BEGIN:VCARD\r\nVERSION:2.1\r\n"
+            "GN:Friends\r\n"
+            "GT:Smart\r\n"
+            "X-GDISPN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:My=20friends\r\n"
+            "PHOTO;TYPE=JPEG;ENCODING=BASE64:\r\n TWFu\r\n \r\n"
+            "END:VCARD\r\n");
+}
+
+TEST_F(vcard_write, a_number_with_an_unpaired_surrogate_is_stored_as_utf8) {
+  CContact contact(u"Contact");
+  contact.NewTelephone()->SetNumber(String(u"1") + char16_t(0xDC00) + u"\u00E9");
+  vObject object;
+  vCard::Generate(&contact, &object);
+  EXPECT_EQ(BytesOf(object),
+            "BEGIN:VCARD\r\nVERSION:2.1\r\nTEL:1\xEF\xBF\xBD\xC3\xA9\r\nEND:VCARD\r\n");
+}
+
+}  // namespace
+}  // namespace phonepim
