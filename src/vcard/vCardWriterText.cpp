@@ -53,43 +53,33 @@ std::string Utf8Of(std::u16string_view text) {
   char16_t any = 0;
   for (std::size_t i = 0; i < count; ++i) any |= units[i];
   if (any < 0x80) return std::string(text.begin(), text.end());
-  std::size_t size = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    const char16_t unit = units[i];
-    if (unit < 0x80) {
-      size += 1;
-    } else if (unit < 0x800) {
-      size += 2;
-    } else if (IsHighSurrogate(unit) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
-      size += 4;
-      ++i;
-    } else {
-      size += 3;
-    }
-  }
-  std::string bytes(size, '\0');
-  char* out = bytes.data();
-  const auto put = [&out](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
+  // One pass into room for the worst case, three bytes a unit (a pair's
+  // four bytes stand for two). Values with accents come this way; a whole
+  // card only when a telephone number holds more than ASCII.
+  std::string bytes(count * 3, '\0');
+  char* const first = bytes.data();
+  char* out = first;
   for (std::size_t i = 0; i < count; ++i) {
     std::uint32_t c = units[i];
     if (c < 0x80) {
-      put(c);
+      *out++ = static_cast<char>(c);
     } else if (c < 0x800) {
-      put(0xC0 | (c >> 6));
-      put(0x80 | (c & 0x3F));
+      *out++ = static_cast<char>(0xC0 | (c >> 6));
+      *out++ = static_cast<char>(0x80 | (c & 0x3F));
     } else if (IsHighSurrogate(units[i]) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
       c = 0x10000 + ((c - 0xD800) << 10) + (units[++i] - 0xDC00u);
-      put(0xF0 | (c >> 18));
-      put(0x80 | ((c >> 12) & 0x3F));
-      put(0x80 | ((c >> 6) & 0x3F));
-      put(0x80 | (c & 0x3F));
+      *out++ = static_cast<char>(0xF0 | (c >> 18));
+      *out++ = static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+      *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+      *out++ = static_cast<char>(0x80 | (c & 0x3F));
     } else {
       if (IsHighSurrogate(units[i]) || IsLowSurrogate(units[i])) c = 0xFFFD;
-      put(0xE0 | (c >> 12));
-      put(0x80 | ((c >> 6) & 0x3F));
-      put(0x80 | (c & 0x3F));
+      *out++ = static_cast<char>(0xE0 | (c >> 12));
+      *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+      *out++ = static_cast<char>(0x80 | (c & 0x3F));
     }
   }
+  bytes.resize(static_cast<std::size_t>(out - first));
   return bytes;
 }
 
