@@ -141,10 +141,12 @@ void TakeOutWhatNeverSettles(CContact& contact) {
     for (int i = 0; i < contact.GetAddressCount(); ++i) {
       CPostalAddress* address = contact.GetAddress(i);
       const CPostalAddress copy = *address;
-      const String* parts8[] = {&copy.POBox(),    &copy.ExtAddr(),    &copy.Street(),
-                                &copy.Locality(), &copy.Region(),     &copy.PostalCode(),
+      const String* parts8[] = {&copy.POBox(),    &copy.ExtAddr(), &copy.Street(),
+                                &copy.Locality(), &copy.Region(),  &copy.PostalCode(),
                                 &copy.Country(),  &copy.Neighbor()};
-      for (unsigned int p = 0; p < kPostalAddressMax; ++p) address->SetAddress(Slashed(*parts8[p]), p);
+      for (unsigned int p = 0; p < kPostalAddressMax; ++p) {
+        address->SetAddress(Slashed(*parts8[p]), p);
+      }
     }
     for (int i = 0; i < contact.GetOrgCount(); ++i) {
       COrganization* org = contact.GetOrg(i);

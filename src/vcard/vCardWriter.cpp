@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <string>
 
@@ -30,7 +31,23 @@ namespace {
 // written as they are, so a value that starts with ':' (or holds "::")
 // loses a colon here; phones' parsers choke on the doubled colon.
 void CollapseDoubleColons(String& out, std::size_t start) {
-  std::size_t read = out.find(u"::", start);
+  // Most lines hold no colon past the one AddItem puts in, and a photo's
+  // line is kilobytes of Base64: look for the colon's byte with memchr over
+  // the units' storage, and check the unit each hit falls in (whatever the
+  // byte order).
+  const char* const bytes = reinterpret_cast<const char*>(out.data());
+  const char* const end = bytes + out.size() * sizeof(char16_t);
+  const char* hit = bytes + start * sizeof(char16_t);
+  std::size_t read = String::npos;
+  while ((hit = static_cast<const char*>(
+              std::memchr(hit, ':', static_cast<std::size_t>(end - hit)))) != nullptr) {
+    const std::size_t unit = static_cast<std::size_t>(hit - bytes) / sizeof(char16_t);
+    if (out[unit] == u':' && unit + 1 < out.size() && out[unit + 1] == u':') {
+      read = unit;
+      break;
+    }
+    ++hit;
+  }
   if (read == String::npos) return;
   std::size_t write = read;
   while (read < out.size()) {
@@ -53,7 +70,9 @@ void AddTextProperty(String& out, std::u16string_view name, const String& text) 
                  encoded);
 }
 
-String Widen(const char* ascii) { return String(ascii, ascii + std::char_traits<char>::length(ascii)); }
+String Widen(const char* ascii) {
+  return String(ascii, ascii + std::char_traits<char>::length(ascii));
+}
 
 // "%d" of a date component: the low 32 bits, as a C vararg int reads it.
 int AsPrintfInt(std::int64_t value) {
@@ -74,57 +93,6 @@ String FormatDate(const DateComponents& date, std::uint32_t dateType) {
   std::snprintf(buffer, sizeof buffer, "%04d%02d%02d%c", AsPrintfInt(date.year),
                 AsPrintfInt(date.month), AsPrintfInt(date.day), suffix);
   return Trim(Widen(buffer));
-}
-
-bool IsHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
-// UTF-8 of the finished card, sized exactly first: a card with a large
-// photo is megabytes of Base64, and a generic converter's worst-case buffer
-// would triple that. Every value but a telephone number went through the
-// quoted-printable encoder and is ASCII; a number holding an unpaired
-// surrogate, the one text without a UTF-8 form, gets U+FFFD for it.
-std::string CardBytes(const String& card) {
-  const char16_t* const units = card.data();
-  const std::size_t count = card.size();
-  std::size_t size = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    const char16_t unit = units[i];
-    if (unit < 0x80) {
-      size += 1;
-    } else if (unit < 0x800) {
-      size += 2;
-    } else if (IsHighSurrogate(unit) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
-      size += 4;
-      ++i;
-    } else {
-      size += 3;
-    }
-  }
-  std::string bytes(size, '\0');
-  char* out = bytes.data();
-  const auto put = [&out](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
-  for (std::size_t i = 0; i < count; ++i) {
-    std::uint32_t c = units[i];
-    if (c < 0x80) {
-      put(c);
-    } else if (c < 0x800) {
-      put(0xC0 | (c >> 6));
-      put(0x80 | (c & 0x3F));
-    } else if (IsHighSurrogate(units[i]) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
-      c = 0x10000 + ((c - 0xD800) << 10) + (units[++i] - 0xDC00u);
-      put(0xF0 | (c >> 18));
-      put(0x80 | ((c >> 12) & 0x3F));
-      put(0x80 | ((c >> 6) & 0x3F));
-      put(0x80 | (c & 0x3F));
-    } else {
-      if (IsHighSurrogate(units[i]) || IsLowSurrogate(units[i])) c = 0xFFFD;
-      put(0xE0 | (c >> 12));
-      put(0x80 | ((c >> 6) & 0x3F));
-      put(0x80 | (c & 0x3F));
-    }
-  }
-  return bytes;
 }
 
 void AddSpeedDialLine(String& out, const CContact& contact) {
@@ -210,7 +178,9 @@ void vCard::Generate(const CContact* contact, vObject* object, int phoneStyle) {
     AddGroup(out, *contact);
   }
   out += u"END:VCARD\r\n";
-  const std::string bytes = CardBytes(out);
+  // Every value but a telephone number went through the quoted-printable
+  // encoder and is ASCII; only a number can hold an unpaired surrogate.
+  const std::string bytes = vcard_writer::Utf8Of(out);
   String().swap(out);  // a large card need not be held twice while it is copied
   object->object()->SetData(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
 }

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 
-#include "phonepim/encoding/NGQuotedPrintableCoding.h"
 #include "phonepim/model/CEmail.h"
 #include "phonepim/model/CMessengerID.h"
 #include "phonepim/model/COrganization.h"
@@ -21,7 +20,6 @@ using vcard_writer::EncodeText;
 using vcard_writer::IsQuotedPrintable;
 using vcard_writer::PrintedLabel;
 using vcard_writer::TableLabel;
-using vcard_writer::WithoutLoneSurrogates;
 
 namespace {
 
@@ -177,14 +175,9 @@ void vCard::AddMessengerID(String& out, const CMessengerID& messengerID) {
 
 void vCard::AddURL(String& out, const CURL& url) {
   if (url.GetURL().empty()) return;
-  String value;
-  if (sm_fURLNotQPEncode) {
-    value = url.GetURL();
-  } else {
-    std::optional<String> encoded = stringByEncodingQuotedPrintable(url.GetURL());
-    if (!encoded) encoded = stringByEncodingQuotedPrintable(WithoutLoneSurrogates(url.GetURL()));
-    value = encoded ? std::move(*encoded) : String();
-  }
+  // The address goes through the quoted-printable encoder like any text
+  // (stringByEncodingQuotedPrintable is that encoder), but never escaped.
+  const String value = sm_fURLNotQPEncode ? url.GetURL() : EncodeText(url.GetURL(), false);
   String params;
   AddTypeWords(params, url.GetType(), kURLWords);
   // Decided on the text written, so a plain URL with a '=' in its query

@@ -1,8 +1,11 @@
 #include "vcard/vCardWriterText.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
 
 #include "phonepim/encoding/Encoding.h"
+#include "phonepim/encoding/NGQuotedPrintableCoding.h"
 #include "phonepim/model/CCustomType.h"
 #include "phonepim/vcard/vCard.h"
 
@@ -12,6 +15,10 @@ namespace {
 // The longest run of bytes that STL_QPEncode copies without a soft line
 // break: the break follows the byte that takes a line past 67 columns.
 constexpr std::size_t kLongestUnbrokenLine = 68;
+
+// Values up to this many UTF-8 bytes are encoded here directly; QPEncode
+// takes the rest (and refuses what its int capacity cannot describe).
+constexpr std::size_t kLongestDirectValue = 100'000'000;
 
 // A character that STL_QPEncode copies as it stands (TAB is left out: it is
 // literal only early in a line).
@@ -38,6 +45,44 @@ String WithoutLoneSurrogates(const String& text) {
   return out;
 }
 
+std::string Utf8Of(std::u16string_view text) {
+  const char16_t* const units = text.data();
+  const std::size_t count = text.size();
+  // Cards are ASCII but for the odd telephone number: test that first with
+  // a loop the compiler can vectorise, and copy the units narrowed.
+  char16_t any = 0;
+  for (std::size_t i = 0; i < count; ++i) any |= units[i];
+  if (any < 0x80) return std::string(text.begin(), text.end());
+  // One pass into room for the worst case, three bytes a unit (a pair's
+  // four bytes stand for two). Values with accents come this way; a whole
+  // card only when a telephone number holds more than ASCII.
+  std::string bytes(count * 3, '\0');
+  char* const first = bytes.data();
+  char* out = first;
+  for (std::size_t i = 0; i < count; ++i) {
+    std::uint32_t c = units[i];
+    if (c < 0x80) {
+      *out++ = static_cast<char>(c);
+    } else if (c < 0x800) {
+      *out++ = static_cast<char>(0xC0 | (c >> 6));
+      *out++ = static_cast<char>(0x80 | (c & 0x3F));
+    } else if (IsHighSurrogate(units[i]) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
+      c = 0x10000 + ((c - 0xD800) << 10) + (units[++i] - 0xDC00u);
+      *out++ = static_cast<char>(0xF0 | (c >> 18));
+      *out++ = static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+      *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+      *out++ = static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+      if (IsHighSurrogate(units[i]) || IsLowSurrogate(units[i])) c = 0xFFFD;
+      *out++ = static_cast<char>(0xE0 | (c >> 12));
+      *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+      *out++ = static_cast<char>(0x80 | (c & 0x3F));
+    }
+  }
+  bytes.resize(static_cast<std::size_t>(out - first));
+  return bytes;
+}
+
 String EncodeText(const String& text, bool escape) {
   String encoded;
   // Most values of a phone book (numbers, e-mail addresses, single words)
@@ -45,10 +90,16 @@ String EncodeText(const String& text, bool escape) {
   // them gives the very same text.
   if (text.size() <= kLongestUnbrokenLine && std::all_of(text.begin(), text.end(), IsLiteral)) {
     encoded = text;
+  } else if (const std::string utf8 = Utf8Of(text); utf8.size() <= kLongestDirectValue) {
+    // QPEncode's own steps, STL_QPEncode of the UTF-8 bytes, without its
+    // three intermediate copies.
+    unsigned long length = static_cast<unsigned long>(
+        QPEncodeGetRequiredLength(static_cast<int>(utf8.size())));
+    std::string qp(length, '\0');
+    STL_QPEncode(utf8.data(), utf8.size(), qp.data(), &length, 0);
+    encoded.assign(qp.begin(), qp.begin() + static_cast<std::ptrdiff_t>(length));
   } else {
-    std::optional<String> qp = QPEncode(text);
-    if (!qp) qp = QPEncode(WithoutLoneSurrogates(text));
-    encoded = qp ? std::move(*qp) : String();
+    encoded = QPEncode(WithoutLoneSurrogates(text)).value_or(String());
   }
   return escape ? EncodeEscapedCharString(encoded) : encoded;
 }

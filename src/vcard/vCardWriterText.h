@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "phonepim/platform/String.h"
@@ -40,5 +41,8 @@ String CustomLabelParameter(const String& label);
 
 /// `text` with every unpaired surrogate replaced by U+FFFD.
 String WithoutLoneSurrogates(const String& text);
+
+/// The UTF-8 form of `text`, an unpaired surrogate written as U+FFFD.
+std::string Utf8Of(std::u16string_view text);
 
 }  // namespace phonepim::vcard_writer

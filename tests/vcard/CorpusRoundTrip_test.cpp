@@ -61,7 +61,8 @@ std::vector<CorpusObject> CorpusVCards(const fs::path& folder) {
   std::vector<CorpusObject> objects;
   for (const fs::path& file : files) {
     std::ifstream in(file, std::ios::binary);
-    const std::string buffer((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string buffer((std::istreambuf_iterator<char>(in)),
+                             std::istreambuf_iterator<char>());
     int number = 0;
     for (const auto& object : SplitVersitObjects(buffer)) {
       const std::string text(reinterpret_cast<const char*>(object->object()->GetData()),

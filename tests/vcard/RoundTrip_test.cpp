@@ -91,7 +91,8 @@ void Person(CContact& c) {
   c.NewNotes("Another note", 1);
   c.SetTitle(u"Chief");
   c.SetRole(u"Owner");
-  COrganization* org = c.NewOrg("Acme Inc.", "R&D", "Head of Lab", "Building 7", kOrganizationTypeWork);
+  COrganization* org =
+      c.NewOrg("Acme Inc.", "R&D", "Head of Lab", "Building 7", kOrganizationTypeWork);
   org->Additional().push_back(u"Floor 3");
   c.NewOrg("Chess Club", nullptr, nullptr, nullptr, kOrganizationTypeHome | kOrganizationTypeEtc);
   c.SetBloodType(4);

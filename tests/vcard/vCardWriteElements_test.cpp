@@ -317,7 +317,8 @@ TEST_F(vcard_write_element, AddOrganization_writes_parts_lines_and_types) {
   EXPECT_EQ(Written([](String& out) { vCard::AddOrganization(out, COrganization("", "", "x")); }),
             u"ORG:;;x\r\n");
   EXPECT_EQ(Written([](String& out) {
-              vCard::AddOrganization(out, COrganization("", "", "", nullptr, kOrganizationTypeWork));
+              vCard::AddOrganization(out,
+                                     COrganization("", "", "", nullptr, kOrganizationTypeWork));
             }),
             u"");
 }

@@ -10,10 +10,12 @@
 
 #include "model/AssertionPattern.h"
 #include "phonepim/datetime/DateComponents.h"
+#include "phonepim/encoding/Encoding.h"
 #include "phonepim/model/CContact.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
 #include "vcard/vCardWriteTestSupport.h"
+#include "vcard/vCardWriterText.h"
 
 namespace phonepim {
 namespace {
@@ -135,6 +137,28 @@ TEST_F(vcard_write, a_soft_line_break_makes_a_value_quoted_printable) {
   EXPECT_EQ(Written([&](String& out) { vCard::AddNote(out, fits); }), u"NOTE:" + fits + u"\r\n");
   EXPECT_EQ(Written([&](String& out) { vCard::AddNote(out, fits + u"b"); }),
             u"NOTE;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:" + fits + u"=\r\nb\r\n");
+}
+
+// The writers encode without QPEncode's intermediate copies; the text must
+// be what QPEncode gives.
+TEST_F(vcard_write, values_are_encoded_as_QPEncode_does) {
+  const String samples[] = {
+      u"",
+      u"plain",
+      String(68, u'x'),
+      String(69, u'x'),
+      String(200, u'\u00E9'),
+      u"tab\tin the middle" + String(70, u'\t') + u"and late",
+      u"=_=.\r\n.line",
+      u"\U0001F600 \u5C71\u7530 " + String(40, u'a'),
+      String(u"\0nul", 4),
+  };
+  for (const String& sample : samples) {
+    EXPECT_EQ(vcard_writer::EncodeText(sample, false), QPEncode(sample).value())
+        << ToDisplayUTF8(sample);
+  }
+  const String lone = String(u"a") + char16_t(0xDC00);
+  EXPECT_EQ(vcard_writer::EncodeText(lone, false), u"a=EF=BF=BD");
 }
 
 TEST_F(vcard_write, an_unpaired_surrogate_is_written_as_a_replacement_character) {
