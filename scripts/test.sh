@@ -4,6 +4,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
-cmake --preset gcc
+cmake --preset gcc -DPHONEPIM_BUILD_TESTS=ON
 cmake --build --preset gcc
 ctest --preset gcc
