@@ -1,5 +1,7 @@
 #include "phonepim/model/CItem.h"
 
+#include <utility>
+
 #include "model/CStringText.h"
 
 namespace phonepim {
@@ -15,8 +17,8 @@ void CItem::SetValue(const char* data) { Data_ = model_detail::TextObjectFromUTF
 
 void CItem::setData(const char* data) { Data_ = model_detail::TextObjectFromUTF8(data); }
 
-void CItem::setDataWithString(const String& data) {
-  Data_ = std::make_shared<const String>(data);
+void CItem::setDataWithString(String data) {
+  Data_ = std::make_shared<const String>(std::move(data));
 }
 
 bool CItem::isEqual(const CItem* other) const {

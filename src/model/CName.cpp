@@ -1,5 +1,7 @@
 #include "phonepim/model/CName.h"
 
+#include <utility>
+
 #include "model/CStringText.h"
 #include "phonepim/platform/Assert.h"
 
@@ -19,9 +21,9 @@ CName::CName(const char* family, const char* givenName, const char* middleName,
              TextFromUTF8(suffix),         TextFromUTF8(phoneticFamily),
              TextFromUTF8(phoneticGiven),  TextFromUTF8(phoneticMiddle)} {}
 
-void CName::SetName(const String& name, unsigned int nIndex) {
+void CName::SetName(String name, unsigned int nIndex) {
   PHONEPIM_ASSERT(nIndex < 8, "nIndex < 8");
-  parts_[nIndex] = name;
+  parts_[nIndex] = std::move(name);
 }
 
 bool CName::IsEqual(const CName* other) const {

@@ -41,9 +41,9 @@ CPostalAddress::CPostalAddress(const char* POBox, const char* extraAddress,
              TextFromUTF8(country),  TextFromUTF8(neighbor)},
       Label_(std::move(label)) {}
 
-void CPostalAddress::SetAddress(const String& address, unsigned int nIndex) {
+void CPostalAddress::SetAddress(String address, unsigned int nIndex) {
   PHONEPIM_ASSERT(nIndex < kPostalAddressMax, "nIndex < kPostalAddressMax");
-  parts_[nIndex] = address;
+  parts_[nIndex] = std::move(address);
 }
 
 bool CPostalAddress::isEqual(const CPostalAddress* other) const {

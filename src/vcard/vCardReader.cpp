@@ -35,20 +35,21 @@ struct PropertyName {
 };
 
 constexpr PropertyName kPropertyNames[] = {
-    {"VERSION", kvCardPropertyVERSION},
-    {"BEGIN", kvCardPropertyBEGIN},
-    {"END", kvCardPropertyEND},
-    {"FN", kvCardPropertyFN},
+    // The properties every card has first.
+    {"TEL", kvCardPropertyTEL},
+    {"EMAIL", kvCardPropertyEMAIL},
     {"N", kvCardPropertyN},
+    {"FN", kvCardPropertyFN},
+    {"ADR", kvCardPropertyADR},
+    {"NOTE", kvCardPropertyNOTE},
+    {"BEGIN", kvCardPropertyBEGIN},
+    {"VERSION", kvCardPropertyVERSION},
+    {"END", kvCardPropertyEND},
     {"NICKNAME", kvCardPropertyNICKNAME},
     {"SOUND", kvCardPropertySOUND},
     {"BDAY", kvCardPropertyBDAY},
     {"X-BLOOD", kvCardPropertyBLOOD},
-    {"TEL", kvCardPropertyTEL},
-    {"EMAIL", kvCardPropertyEMAIL},
     {"URL", kvCardPropertyURL},
-    {"ADR", kvCardPropertyADR},
-    {"NOTE", kvCardPropertyNOTE},
     {"TITLE", kvCardPropertyTITLE},
     {"ROLE", kvCardPropertyROLE},
     {"ORG", kvCardPropertyORG},
@@ -71,14 +72,16 @@ constexpr PropertyName kPropertyNames[] = {
     {"X-ASSISTANT", kvCardPropertyASSISTANT},
 };
 
-// Equal words. Almost every candidate differs in length or first letter,
-// so those are looked at before the bytes.
-bool SameWord(std::string_view a, std::string_view b) {
-  return a.size() == b.size() &&
-         (a.empty() || (a[0] == b[0] && std::memcmp(a.data(), b.data(), a.size()) == 0));
+// `word` (a literal of the tables) equals the C string `text`. The
+// tokenizer hands names over as C strings; comparing them in place spares a
+// strlen of every name and parameter, and almost every candidate already
+// differs in its first letter.
+bool SameWord(std::string_view word, const char* text) {
+  return word[0] == text[0] && std::strcmp(word.data(), text) == 0;
 }
 
-int PropertyIDOf(std::string_view name) {
+int PropertyIDOf(const char* name) {
+  if (name == nullptr) return kvCardPropertyUnknown;
   for (const PropertyName& entry : kPropertyNames) {
     if (SameWord(entry.name, name)) return entry.id;
   }
@@ -211,7 +214,7 @@ std::string JoinCustomLabel(char** params) {
 void ClassifyTypes(vCard::vCardParseData& d, const TypeRule& rule, char** params) {
   bool labelRegistered = false;
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
-    const std::string_view name = pair[0];
+    const char* const name = pair[0];
     const auto word = std::find_if(rule.words.begin(), rule.words.end(),
                                    [&](const TypeWord& w) { return SameWord(w.word, name); });
     if (word != rule.words.end()) {
@@ -219,7 +222,7 @@ void ClassifyTypes(vCard::vCardParseData& d, const TypeRule& rule, char** params
       continue;
     }
     if (rule.custom == CustomParameter::kIgnored ||
-        name.find("X-CUSTOM") == std::string_view::npos) {
+        std::strstr(name, "X-CUSTOM") == nullptr) {
       continue;
     }
     if (rule.custom == CustomParameter::kCode) {
@@ -253,26 +256,26 @@ void ClassifyProperty(vCard::vCardParseData& d, const char* name, char** params)
   if (params == nullptr) params = const_cast<char**>(kNoParameters);
 
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
-    const std::string_view parameter = pair[0];
-    const char* value = pair[1];
-    if (parameter == "CHARSET") {
-      d.charset = value == nullptr                          ? kCharsetOther
-                  : std::string_view(value) == "UTF-8"      ? kCharsetUTF8
-                  : std::string_view(value) == "SHIFT_JIS"  ? kCharsetShiftJIS
-                                                            : kCharsetOther;
-    } else if (parameter == "ENCODING") {
-      d.encoding = value == nullptr                                ? kEncodingUnknown
-                   : std::string_view(value) == "QUOTED-PRINTABLE" ? kEncodingQuotedPrintable
-                   : std::string_view(value) == "BASE64"           ? kEncodingBase64
-                                                                   : kEncodingUnknown;
-    } else if (value == nullptr && parameter == "QUOTED-PRINTABLE") {
+    const char* const parameter = pair[0];
+    const char* const value = pair[1];
+    if (SameWord("CHARSET", parameter)) {
+      d.charset = value == nullptr                ? kCharsetOther
+                  : SameWord("UTF-8", value)      ? kCharsetUTF8
+                  : SameWord("SHIFT_JIS", value)  ? kCharsetShiftJIS
+                                                  : kCharsetOther;
+    } else if (SameWord("ENCODING", parameter)) {
+      d.encoding = value == nullptr                       ? kEncodingUnknown
+                   : SameWord("QUOTED-PRINTABLE", value)  ? kEncodingQuotedPrintable
+                   : SameWord("BASE64", value)            ? kEncodingBase64
+                                                          : kEncodingUnknown;
+    } else if (value == nullptr && SameWord("QUOTED-PRINTABLE", parameter)) {
       d.encoding = kEncodingQuotedPrintable;
-    } else if (value == nullptr && parameter == "BASE64") {
+    } else if (value == nullptr && SameWord("BASE64", parameter)) {
       d.encoding = kEncodingBase64;
     }
   }
 
-  d.propertyID = PropertyIDOf(name != nullptr ? std::string_view(name) : std::string_view());
+  d.propertyID = PropertyIDOf(name);
   if (const TypeRule* rule = TypeRuleOf(d.propertyID)) ClassifyTypes(d, *rule, params);
 }
 
@@ -298,7 +301,7 @@ template <class Element>
 void SetText(Element* element, std::optional<String> text) {
   if (!text) return;
   if (const std::size_t nul = text->find(u'\0'); nul != String::npos) text->resize(nul);
-  element->setDataWithString(*text);
+  element->setDataWithString(std::move(*text));
 }
 
 // Removes the backslash of every "\<c>" pair, in one pass from the left.

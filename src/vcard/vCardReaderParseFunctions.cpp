@@ -107,19 +107,23 @@ std::optional<String> DecodeValue(const char* text, std::size_t len, int charset
     std::string decoded;
   };
   thread_local Buffers buffers;
-  // A terminated copy: an escape cut short by the end of the value reads
-  // its second digit from the byte after it, which must be the NUL that
-  // Decode puts there, not the next component.
-  buffers.source.assign(text, len);
+  // An escape or a soft break cut short by the end of the value reads the
+  // byte after it, which must be a NUL, not the next component: such a
+  // value is decoded from a terminated copy. Only a '=' among the last two
+  // bytes reaches past the end.
+  const char* source = text;
+  if ((len >= 1 && text[len - 1] == '=') || (len >= 2 && text[len - 2] == '=')) {
+    buffers.source.assign(text, len);
+    source = buffers.source.c_str();
+  }
   buffers.decoded.resize(len + 2);
   const auto srcLen = static_cast<unsigned int>(len);
-  const int n = NGDecodeQuotedPrintableX(buffers.source.c_str(), srcLen,
-                                         buffers.decoded.data(), srcLen, 1);
+  const int n = NGDecodeQuotedPrintableX(source, srcLen, buffers.decoded.data(), srcLen, 1);
   std::optional<String> result =
       n < 0 ? std::nullopt
             : StringFromBytes(buffers.decoded.data(), static_cast<std::size_t>(n), target);
   // A long note must not pin its size for the rest of the address book.
-  if (buffers.source.capacity() > kKeptDecodeBuffer) buffers = Buffers();
+  if (buffers.decoded.capacity() > kKeptDecodeBuffer) buffers = Buffers();
   return result;
 }
 
@@ -227,13 +231,13 @@ void vCard::ParseOrg(const char* text, int len, int charset, int encoding, COrga
                      std::optional<String> decoded = DecodeComponent(part, n, charset, encoding);
                      switch (index) {
                        case 0:
-                         org->SetName(decoded.value_or(String()));
+                         org->SetName(std::move(decoded).value_or(String()));
                          break;
                        case 1:
-                         org->SetUnit(decoded.value_or(String()));
+                         org->SetUnit(std::move(decoded).value_or(String()));
                          break;
                        case 2:
-                         org->SetPosition(decoded.value_or(String()));
+                         org->SetPosition(std::move(decoded).value_or(String()));
                          break;
                        default:
                          if (decoded) org->Additional().push_back(std::move(*decoded));

@@ -2,9 +2,11 @@
 #include "phonepim/platform/String.h"
 
 #include <gtest/gtest.h>
+#include <unicode/ustring.h>
 
 #include <cstdio>
 #include <optional>
+#include <random>
 #include <ostream>
 #include <string>
 
@@ -102,7 +104,46 @@ INSTANTIATE_TEST_SUITE_P(
         DecodeCase{StringEncoding::UTF8, "\xFE", std::nullopt},
         DecodeCase{StringEncoding::UTF8, "ok\x80", std::nullopt},
         DecodeCase{StringEncoding::UTF8, "\xF4\x90\x80\x80", std::nullopt},
-        DecodeCase{StringEncoding::UTF8, "\xF8\x88\x80\x80\x80", std::nullopt}));
+        DecodeCase{StringEncoding::UTF8, "\xF8\x88\x80\x80\x80", std::nullopt},
+        // ASCII is taken eight bytes at a time: a multi-byte character or a
+        // bad byte on either side of a block edge.
+        DecodeCase{StringEncoding::UTF8, "1234567\xC3\xA9z", u"1234567\u00E9z"},
+        DecodeCase{StringEncoding::UTF8, "12345678\xC3\xA9", u"12345678\u00E9"},
+        DecodeCase{StringEncoding::UTF8, "\xC3\xA9" "12345678", u"\u00E9" "12345678"},
+        DecodeCase{StringEncoding::UTF8, "1234567\xC3", std::nullopt},
+        DecodeCase{StringEncoding::UTF8, "12345678abcdefgh\x80", std::nullopt}));
+
+// The library decodes UTF-8 itself; ICU is the reference. Random strings
+// over the bytes where the rules have their edges.
+TEST(string_from_utf8, agrees_with_icu_on_random_bytes) {
+  static constexpr unsigned char kBytes[] = {
+      'a',  '~',  0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xC1, 0xC2,
+      0xDF, 0xE0, 0xE1, 0xEC, 0xED, 0xEE, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF};
+  std::mt19937 random(20261121);
+  std::uniform_int_distribution<std::size_t> pick(0, std::size(kBytes) - 1);
+  std::uniform_int_distribution<int> length(0, 20);
+  int valid = 0;
+  for (int round = 0; round < 200000; ++round) {
+    std::string bytes(static_cast<std::size_t>(length(random)), '\0');
+    for (char& byte : bytes) byte = static_cast<char>(kBytes[pick(random)]);
+    std::u16string expected(bytes.size(), u'\0');
+    int32_t expectedLength = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strFromUTF8(expected.data(), static_cast<int32_t>(expected.size()), &expectedLength,
+                  bytes.data(), static_cast<int32_t>(bytes.size()), &status);
+    const std::optional<String> actual = StringFromUTF8(bytes);
+    if (U_FAILURE(status)) {
+      ASSERT_FALSE(actual.has_value()) << HexBytes(bytes);
+      continue;
+    }
+    ++valid;
+    expected.resize(static_cast<std::size_t>(expectedLength));
+    ASSERT_TRUE(actual.has_value()) << HexBytes(bytes);
+    ASSERT_EQ(*actual, expected) << HexBytes(bytes);
+  }
+  // The alphabet must give both outcomes, or the test proves little.
+  EXPECT_GT(valid, 10000);
+}
 
 INSTANTIATE_TEST_SUITE_P(
     single_byte, string_from_bytes,

@@ -57,7 +57,7 @@ class CItem {
   /// The same as SetValue.
   void setData(const char* data);
   /// Replace the text with a new value object holding a copy of `data`.
-  void setDataWithString(const String& data);
+  void setDataWithString(String data);
 
   /// True when `other` is not null and has the same Data text, thisID and
   /// Param. Subclasses replace the rule; the receiver's rule decides.

@@ -38,7 +38,7 @@ class CName {
   /// Stores a copy of `name` as the part at `nIndex` (0 to 7). A larger
   /// index is a programming error: it fails the assertion "nIndex < 8" and
   /// nothing is stored.
-  void SetName(const String& name, unsigned int nIndex);
+  void SetName(String name, unsigned int nIndex);
 
   /// All eight parts equal, compared in index order; null is unequal.
   bool IsEqual(const CName* other) const;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "phonepim/model/TypeMasks.h"
@@ -29,9 +30,9 @@ class COrganization {
   const String& Name() const { return Name_; }
   const String& Unit() const { return Unit_; }
   const String& Position() const { return Position_; }
-  void SetName(const String& name) { Name_ = name; }
-  void SetUnit(const String& unit) { Unit_ = unit; }
-  void SetPosition(const String& position) { Position_ = position; }
+  void SetName(String name) { Name_ = std::move(name); }
+  void SetUnit(String unit) { Unit_ = std::move(unit); }
+  void SetPosition(String position) { Position_ = std::move(position); }
 
   /// The further organization lines, in order. The reader appends to them.
   const std::vector<String>& Additional() const { return Additional_; }

@@ -59,7 +59,7 @@ class CPostalAddress {
   /// Stores a copy of `address` as the part at `nIndex` (0 to 7). A larger
   /// index is a programming error: it fails the assertion
   /// "nIndex < kPostalAddressMax" and nothing is stored.
-  void SetAddress(const String& address, unsigned int nIndex);
+  void SetAddress(String address, unsigned int nIndex);
 
   /// Equal AddressID, equal types once PREF is cleared on both sides, and
   /// the eight parts equal. The label is not compared: a relabelled address
