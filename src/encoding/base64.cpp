@@ -1,5 +1,7 @@
 #include "phonepim/encoding/base64.h"
 
+#include "encoding/Base64Internal.h"
+
 #include <array>
 #include <cstddef>
 
@@ -65,15 +67,17 @@ int Base64decode_len(const char* src) {
   return static_cast<int>(((n + 3) / 4) * 3 + 1);
 }
 
-int Base64decode(char* dst, const char* src) {
-  if (src == nullptr) {
-    *dst = '\0';
-    return 0;
-  }
-  const auto* in = reinterpret_cast<const unsigned char*>(src);
-  std::size_t remaining = CountAlphabetBytes(in);
-  const std::size_t decodedGroups = ((remaining + 3) / 4) * 3;
-  auto* out = reinterpret_cast<unsigned char*>(dst);
+std::size_t Base64AlphabetPrefix(const char* text, std::size_t n) {
+  const auto* in = reinterpret_cast<const unsigned char*>(text);
+  std::size_t i = 0;
+  while (i < n && pr2six[in[i]] < 64) ++i;
+  return i;
+}
+
+std::size_t Base64DecodeRun(const char* text, std::size_t n, unsigned char* out) {
+  const auto* in = reinterpret_cast<const unsigned char*>(text);
+  unsigned char* const begin = out;
+  std::size_t remaining = n;
   // Whole groups only while more than four characters are left, so the
   // last group, complete or not, is always handled below.
   while (remaining > 4) {
@@ -96,8 +100,19 @@ int Base64decode(char* dst, const char* src) {
   if (remaining > 3) {
     *out++ = static_cast<unsigned char>((pr2six[in[2]] << 6) | pr2six[in[3]]);
   }
-  *out = '\0';
-  return static_cast<int>(decodedGroups - ((4 - remaining) & 3));
+  return static_cast<std::size_t>(out - begin);
+}
+
+int Base64decode(char* dst, const char* src) {
+  if (src == nullptr) {
+    *dst = '\0';
+    return 0;
+  }
+  auto* out = reinterpret_cast<unsigned char*>(dst);
+  const std::size_t written =
+      Base64DecodeRun(src, CountAlphabetBytes(reinterpret_cast<const unsigned char*>(src)), out);
+  out[written] = '\0';
+  return static_cast<int>(written);
 }
 
 }  // namespace phonepim

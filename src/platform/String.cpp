@@ -4,6 +4,7 @@
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -72,20 +73,29 @@ std::optional<String> StringFromUTF8(std::string_view utf8) {
   const unsigned char* const end = s + utf8.size();
   char16_t* d = out.data();
   while (s != end) {
-    if (end - s >= 8) {
+    if (std::endian::native == std::endian::little && end - s >= 8) {
+      // All eight units are written (the output is as long as the input,
+      // and never ahead of it), but only the ASCII run before the first
+      // byte with its top bit set counts.
       std::uint64_t word;
       std::memcpy(&word, s, 8);
-      if ((word & 0x8080808080808080ULL) == 0) {
-        for (int k = 0; k < 8; ++k) d[k] = s[k];
-        s += 8;
-        d += 8;
-        continue;
-      }
+      const std::uint64_t high = word & 0x8080808080808080ULL;
+      const int run = high == 0 ? 8 : std::countr_zero(high) / 8;
+      for (int k = 0; k < 8; ++k) d[k] = s[k];
+      s += run;
+      d += run;
+      if (run == 8) continue;
     }
     const unsigned lead = *s;
     if (lead < 0x80) {
       *d++ = static_cast<char16_t>(lead);
       ++s;
+      continue;
+    }
+    if (lead >= 0xC2 && lead <= 0xDF && end - s >= 2 && (s[1] & 0xC0) == 0x80) {
+      // Two bytes, the common case of accented Latin, Greek and Cyrillic.
+      *d++ = static_cast<char16_t>(((lead & 0x1F) << 6) | (s[1] & 0x3F));
+      s += 2;
       continue;
     }
     // The range of the first continuation byte depends on the lead byte:

@@ -77,7 +77,10 @@ constexpr PropertyName kPropertyNames[] = {
 // strlen of every name and parameter, and almost every candidate already
 // differs in its first letter.
 bool SameWord(std::string_view word, const char* text) {
-  return word[0] == text[0] && std::strcmp(word.data(), text) == 0;
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    if (text[i] != word[i]) return false;  // a shorter text stops at its NUL
+  }
+  return text[word.size()] == '\0';
 }
 
 int PropertyIDOf(const char* name) {
@@ -293,6 +296,22 @@ std::optional<String> DecodeText(const vCard::vCardParseData& d, bool undoEscape
   return vcard_reader::DecodeValue(d.value.data(), d.value.size(), d.charset, d.encoding);
 }
 
+// Whether `text` holds a U+0000. Rare, and looked for in every element
+// text: four units at a time, through the test for a zero 16-bit lane.
+bool HasNul(const String& text) {
+  const char16_t* p = text.data();
+  const char16_t* const end = p + text.size();
+  for (; end - p >= 4; p += 4) {
+    std::uint64_t word;
+    std::memcpy(&word, p, sizeof word);
+    if (((word - 0x0001000100010001ULL) & ~word & 0x8000800080008000ULL) != 0) return true;
+  }
+  for (; p != end; ++p) {
+    if (*p == u'\0') return true;
+  }
+  return false;
+}
+
 // The element creators take UTF-8 C strings: an element holds its text up
 // to the first U+0000, and an empty text when the value could not be
 // decoded. The reader makes the element empty and sets that text directly,
@@ -300,14 +319,17 @@ std::optional<String> DecodeText(const vCard::vCardParseData& d, bool undoEscape
 template <class Element>
 void SetText(Element* element, std::optional<String> text) {
   if (!text) return;
-  if (const std::size_t nul = text->find(u'\0'); nul != String::npos) text->resize(nul);
+  // A U+0000 is rare; looking for one without stopping early lets the
+  // compiler take many units at a time.
+  if (HasNul(*text)) text->resize(text->find(u'\0'));
   element->setDataWithString(std::move(*text));
 }
 
 // Removes the backslash of every "\<c>" pair, in one pass from the left.
 void UnescapeInPlace(std::string& s, char c) {
-  std::size_t out = 0;
-  for (std::size_t i = 0; i < s.size(); ++i) {
+  std::size_t out = s.find('\\');
+  if (out == std::string::npos) return;
+  for (std::size_t i = out; i < s.size(); ++i) {
     if (s[i] == '\\' && i + 1 < s.size() && s[i + 1] == c) ++i;
     s[out++] = s[i];
   }

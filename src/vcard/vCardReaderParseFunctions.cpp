@@ -13,6 +13,7 @@
 #include "phonepim/encoding/base64.h"
 #include "phonepim/model/CContact.h"
 #include "phonepim/platform/Assert.h"
+#include "encoding/Base64Internal.h"
 #include "vcard/vCardReaderInternal.h"
 
 namespace phonepim {
@@ -298,30 +299,11 @@ void vCard::ParseSpeedDial(const char* text, int len, std::int32_t* speedDial) {
 }
 
 Bytes vCard::ParsePhoto(const char* text, int len, int /*charset*/, int /*encoding*/) {
-  const std::size_t n = Length(text, len);
-  // Base64decode reads a terminated text and stops at the first byte
-  // outside the alphabet, so the value can be read in place whenever such a
-  // byte lies within it; only a value that is all alphabet needs a
-  // terminated copy.
-  static const std::array<bool, 256> kAlphabet = [] {
-    std::array<bool, 256> table{};
-    for (const char c : std::string_view(
-             "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")) {
-      table[static_cast<unsigned char>(c)] = true;
-    }
-    return table;
-  }();
-  std::size_t run = 0;
-  while (run < n && kAlphabet[static_cast<unsigned char>(text[run])]) ++run;
-  std::string terminated;
-  const char* source = text;
-  if (run == n) {
-    terminated.assign(n == 0 ? "" : text, n);
-    source = terminated.c_str();
-  }
-  Bytes photo(static_cast<std::size_t>(Base64decode_len(source)));
-  const int decoded = Base64decode(reinterpret_cast<char*>(photo.data()), source);
-  photo.resize(static_cast<std::size_t>(decoded));
+  // Decoding ends at the first byte outside the alphabet (the '=' padding,
+  // a line end the tokenizer left, a NUL).
+  const std::size_t n = Base64AlphabetPrefix(text, Length(text, len));
+  Bytes photo(n / 4 * 3 + 2);
+  photo.resize(Base64DecodeRun(text, n, photo.data()));
   return photo;
 }
 
