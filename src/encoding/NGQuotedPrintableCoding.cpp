@@ -8,6 +8,8 @@
 
 #include "phonepim/encoding/Encoding.h"
 #include "phonepim/platform/Assert.h"
+#include "encoding/QuotedPrintableUTF8.h"
+#include "platform/UTF8Decoding.h"
 
 namespace phonepim {
 namespace {
@@ -336,6 +338,39 @@ int NGDecodeQuotedPrintableX(const char* src, unsigned int srcLen, char* dst,
   }
   if (i < srcLen) return -1;
   return static_cast<int>(j);
+}
+
+bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
+  out->assign(len, u'\0');  // a byte of text gives at most one unit
+  const auto* p = reinterpret_cast<const unsigned char*>(text);
+  const unsigned char* const end = p + len;
+  char16_t* d = out->data();
+  bool plain = true;  // false once an escape is not one
+  const auto next = [&p, end, &plain](unsigned& byte) {
+    if (p == end) return false;
+    if (*p != '=') {
+      byte = kUnderscoreAsSpaceMap[*p++];
+      return true;
+    }
+    if (end - p < 3 || hexToChar(p[1]) < 0 || hexToChar(p[2]) < 0) {
+      plain = false;
+      return false;
+    }
+    byte = static_cast<unsigned>(hexToChar(p[1]) * 16 + hexToChar(p[2]));
+    p += 3;
+    return true;
+  };
+  unsigned lead = 0;
+  while (next(lead)) {
+    if (lead < 0x80) {
+      *d++ = static_cast<char16_t>(lead);
+    } else if (!utf8::DecodeSequence(lead, next, d)) {
+      return false;
+    }
+  }
+  if (!plain) return false;
+  out->resize(static_cast<std::size_t>(d - out->data()));
+  return true;
 }
 
 int NGDecodeQuotedPrintable(const char* src, unsigned int srcLen, char* dst,

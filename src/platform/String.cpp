@@ -9,6 +9,8 @@
 #include <cstring>
 #include <memory>
 
+#include "platform/UTF8Decoding.h"
+
 namespace phonepim {
 namespace {
 
@@ -98,40 +100,13 @@ std::optional<String> StringFromUTF8(std::string_view utf8) {
       s += 2;
       continue;
     }
-    // The range of the first continuation byte depends on the lead byte:
-    // that is where overlong forms, surrogates and values past U+10FFFF are
-    // shut out. The other continuation bytes are always 80..BF.
-    unsigned trail = 0;
-    unsigned low = 0x80;
-    unsigned high = 0xBF;
-    if (lead >= 0xC2 && lead <= 0xDF) {
-      trail = 1;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-      trail = 2;
-      if (lead == 0xE0) low = 0xA0;
-      if (lead == 0xED) high = 0x9F;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-      trail = 3;
-      if (lead == 0xF0) low = 0x90;
-      if (lead == 0xF4) high = 0x8F;
-    } else {
-      return std::nullopt;
-    }
-    if (static_cast<std::size_t>(end - s) <= trail || s[1] < low || s[1] > high) {
-      return std::nullopt;
-    }
-    char32_t c = lead & (0x3F >> trail);
-    for (unsigned k = 1; k <= trail; ++k) {
-      if ((s[k] & 0xC0) != 0x80) return std::nullopt;
-      c = (c << 6) | (s[k] & 0x3F);
-    }
-    s += trail + 1;
-    if (c < 0x10000) {
-      *d++ = static_cast<char16_t>(c);
-    } else {
-      *d++ = static_cast<char16_t>(0xD7C0 + (c >> 10));
-      *d++ = static_cast<char16_t>(0xDC00 | (c & 0x3FF));
-    }
+    ++s;
+    const auto next = [&s, end](unsigned& byte) {
+      if (s == end) return false;
+      byte = *s++;
+      return true;
+    };
+    if (!utf8::DecodeSequence(lead, next, d)) return std::nullopt;
   }
   out.resize(static_cast<std::size_t>(d - out.data()));
   return out;

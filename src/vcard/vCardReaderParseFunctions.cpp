@@ -14,6 +14,7 @@
 #include "phonepim/model/CContact.h"
 #include "phonepim/platform/Assert.h"
 #include "encoding/Base64Internal.h"
+#include "encoding/QuotedPrintableUTF8.h"
 #include "vcard/vCardReaderInternal.h"
 
 namespace phonepim {
@@ -103,6 +104,10 @@ std::optional<String> DecodeValue(const char* text, std::size_t len, int charset
     return StringFromBytes(text, len, target);
   }
   if (len > std::numeric_limits<unsigned int>::max()) return std::nullopt;
+  if (target == StringEncoding::UTF8) {
+    String text16;
+    if (DecodeQuotedPrintableUTF8(text, len, &text16)) return text16;
+  }
   struct Buffers {
     std::string source;
     std::string decoded;

@@ -1,0 +1,19 @@
+// Quoted-printable UTF-8 text straight to UTF-16: the readers' common case
+// in one pass. Private to the library.
+#pragma once
+
+#include <cstddef>
+
+#include "phonepim/platform/String.h"
+
+namespace phonepim {
+
+/// The text of NGDecodeQuotedPrintableX(text, len, ..., 1) read as strict
+/// UTF-8, in one pass and without the intermediate bytes, when every '='
+/// of `text` starts a valid escape that lies within it. Returns false, with
+/// `out` unspecified, for anything else (a soft break, an escape cut short
+/// or not hexadecimal, bytes that are not UTF-8): the caller then takes the
+/// two steps, whose rules decide those cases.
+bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out);
+
+}  // namespace phonepim
