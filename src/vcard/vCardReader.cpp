@@ -34,42 +34,42 @@ struct PropertyName {
   int id;
 };
 
+// Sorted, so that the names sharing a first letter stand together.
 constexpr PropertyName kPropertyNames[] = {
-    // The properties every card has first.
-    {"TEL", kvCardPropertyTEL},
-    {"EMAIL", kvCardPropertyEMAIL},
-    {"N", kvCardPropertyN},
-    {"FN", kvCardPropertyFN},
     {"ADR", kvCardPropertyADR},
-    {"NOTE", kvCardPropertyNOTE},
-    {"BEGIN", kvCardPropertyBEGIN},
-    {"VERSION", kvCardPropertyVERSION},
-    {"END", kvCardPropertyEND},
-    {"NICKNAME", kvCardPropertyNICKNAME},
-    {"SOUND", kvCardPropertySOUND},
     {"BDAY", kvCardPropertyBDAY},
-    {"X-BLOOD", kvCardPropertyBLOOD},
-    {"URL", kvCardPropertyURL},
-    {"TITLE", kvCardPropertyTITLE},
-    {"ROLE", kvCardPropertyROLE},
-    {"ORG", kvCardPropertyORG},
-    {"X-HOBBY", kvCardPropertyHOBBY},
-    {"PHOTO", kvCardPropertyPHOTO},
-    {"X-GENDER", kvCardPropertyGENDER},
+    {"BEGIN", kvCardPropertyBEGIN},
+    {"EMAIL", kvCardPropertyEMAIL},
+    {"END", kvCardPropertyEND},
+    {"FN", kvCardPropertyFN},
     {"GN", kvCardPropertyGN},
     {"GT", kvCardPropertyGT},
-    {"X-GROUP", kvCardPropertyGROUP},
-    {"X-IM", kvCardPropertyIM},
-    {"X-SPEEDDIAL", kvCardPropertySPEEDDIAL},
+    {"N", kvCardPropertyN},
+    {"NICKNAME", kvCardPropertyNICKNAME},
+    {"NOTE", kvCardPropertyNOTE},
+    {"ORG", kvCardPropertyORG},
+    {"PHOTO", kvCardPropertyPHOTO},
+    {"REV", kvCardPropertyREV},
+    {"ROLE", kvCardPropertyROLE},
+    {"SOUND", kvCardPropertySOUND},
+    {"TEL", kvCardPropertyTEL},
+    {"TITLE", kvCardPropertyTITLE},
+    {"URL", kvCardPropertyURL},
+    {"VERSION", kvCardPropertyVERSION},
     {"X-ACCOUNT", kvCardPropertyACCOUNT},
     {"X-ACCOUNT-N", kvCardPropertyACCOUNT_N},
     {"X-ACCOUNT-TYPE", kvCardPropertyACCOUNT_TYPE},
-    {"REV", kvCardPropertyREV},
     {"X-ANNIVERSARY", kvCardPropertyANNIVERSARY},
-    {"X-GDISPN", kvCardPropertyGDISPN},
-    {"X-SPOUSE", kvCardPropertySPOUSE},
-    {"X-CHILDREN", kvCardPropertyCHILDREN},
     {"X-ASSISTANT", kvCardPropertyASSISTANT},
+    {"X-BLOOD", kvCardPropertyBLOOD},
+    {"X-CHILDREN", kvCardPropertyCHILDREN},
+    {"X-GDISPN", kvCardPropertyGDISPN},
+    {"X-GENDER", kvCardPropertyGENDER},
+    {"X-GROUP", kvCardPropertyGROUP},
+    {"X-HOBBY", kvCardPropertyHOBBY},
+    {"X-IM", kvCardPropertyIM},
+    {"X-SPEEDDIAL", kvCardPropertySPEEDDIAL},
+    {"X-SPOUSE", kvCardPropertySPOUSE},
 };
 
 // `word` (a literal of the tables) equals the C string `text`. The
@@ -83,10 +83,27 @@ bool SameWord(std::string_view word, const char* text) {
   return text[word.size()] == '\0';
 }
 
+// For each first letter, the range of kPropertyNames that starts with it:
+// a name is compared with two or three candidates, not with all of them.
+struct LetterRange {
+  std::uint8_t begin = 0;
+  std::uint8_t end = 0;
+};
+constexpr std::array<LetterRange, 256> kPropertiesByLetter = [] {
+  std::array<LetterRange, 256> ranges{};
+  for (std::size_t i = 0; i < std::size(kPropertyNames); ++i) {
+    LetterRange& range = ranges[static_cast<unsigned char>(kPropertyNames[i].name[0])];
+    if (range.begin == range.end) range.begin = static_cast<std::uint8_t>(i);
+    range.end = static_cast<std::uint8_t>(i + 1);
+  }
+  return ranges;
+}();
+
 int PropertyIDOf(const char* name) {
   if (name == nullptr) return kvCardPropertyUnknown;
-  for (const PropertyName& entry : kPropertyNames) {
-    if (SameWord(entry.name, name)) return entry.id;
+  const LetterRange range = kPropertiesByLetter[static_cast<unsigned char>(name[0])];
+  for (std::size_t i = range.begin; i < range.end; ++i) {
+    if (SameWord(kPropertyNames[i].name, name)) return kPropertyNames[i].id;
   }
   return kvCardPropertyUnknown;
 }
