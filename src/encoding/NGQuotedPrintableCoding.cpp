@@ -1,6 +1,7 @@
 #include "phonepim/encoding/NGQuotedPrintableCoding.h"
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -361,7 +362,29 @@ bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
     return true;
   };
   unsigned lead = 0;
-  while (next(lead)) {
+  for (;;) {
+    // Runs of plain ASCII (no '=', no '_', no top bit), the bulk of a note,
+    // eight bytes at a time: a zero byte of `word` xor '=' (or '_') marks
+    // an escape (or a space), a top bit the start of a UTF-8 sequence.
+    while (std::endian::native == std::endian::little && end - p >= 8) {
+      constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
+      constexpr std::uint64_t kHighs = 0x8080808080808080ULL;
+      std::uint64_t word;
+      std::memcpy(&word, p, 8);
+      const std::uint64_t equals = word ^ (kOnes * '=');
+      const std::uint64_t underscores = word ^ (kOnes * '_');
+      const std::uint64_t stops =
+          ((equals - kOnes) & ~equals) | ((underscores - kOnes) & ~underscores) | word;
+      // The lowest flagged byte is exact (only bytes above a real stop can
+      // be flagged falsely): the run before it is plain.
+      const std::uint64_t flagged = stops & kHighs;
+      const int run = flagged == 0 ? 8 : std::countr_zero(flagged) / 8;
+      for (int k = 0; k < 8; ++k) d[k] = p[k];
+      p += run;
+      d += run;
+      if (run != 8) break;
+    }
+    if (!next(lead)) break;
     if (lead < 0x80) {
       *d++ = static_cast<char16_t>(lead);
     } else if (!utf8::DecodeSequence(lead, next, d)) {

@@ -52,6 +52,10 @@ INSTANTIATE_TEST_SUITE_P(
         FastCase{"=F0=9F=98=80", u"\U0001F600"},
         FastCase{"=C3\xA9", u"\u00E9"},                         // half escaped, half raw
         FastCase{"a=00b", std::u16string(u"a\0b", 3)},
+        // Plain runs go eight bytes at a time; a stop at each place of a block.
+        FastCase{"Treffen wegen der Schl=C3=BCssel in Z=C3=BCrich_um 12345678",
+                 u"Treffen wegen der Schl\u00FCssel in Z\u00FCrich um 12345678"},
+        FastCase{"1234567_abcdefgh=41", u"1234567 abcdefghA"},
         // Declined: the general rules decide these.
         FastCase{"a=\r\nb", std::nullopt}, FastCase{"a=", std::nullopt},
         FastCase{"a=4", std::nullopt}, FastCase{"=ZZ", std::nullopt},
