@@ -379,7 +379,7 @@ bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
       // be flagged falsely): the run before it is plain.
       const std::uint64_t flagged = stops & kHighs;
       const int run = flagged == 0 ? 8 : std::countr_zero(flagged) / 8;
-      for (int k = 0; k < 8; ++k) d[k] = p[k];
+      utf8::WidenEight(word, d);
       p += run;
       d += run;
       if (run != 8) break;

@@ -67,13 +67,6 @@ int Base64decode_len(const char* src) {
   return static_cast<int>(((n + 3) / 4) * 3 + 1);
 }
 
-std::size_t Base64AlphabetPrefix(const char* text, std::size_t n) {
-  const auto* in = reinterpret_cast<const unsigned char*>(text);
-  std::size_t i = 0;
-  while (i < n && pr2six[in[i]] < 64) ++i;
-  return i;
-}
-
 std::size_t Base64DecodeRun(const char* text, std::size_t n, unsigned char* out) {
   const auto* in = reinterpret_cast<const unsigned char*>(text);
   unsigned char* const begin = out;
@@ -101,6 +94,27 @@ std::size_t Base64DecodeRun(const char* text, std::size_t n, unsigned char* out)
     *out++ = static_cast<unsigned char>((pr2six[in[2]] << 6) | pr2six[in[3]]);
   }
   return static_cast<std::size_t>(out - begin);
+}
+
+std::size_t Base64DecodePrefix(const char* text, std::size_t n, unsigned char* out) {
+  const auto* in = reinterpret_cast<const unsigned char*>(text);
+  unsigned char* const begin = out;
+  std::size_t i = 0;
+  // Whole groups while all four are alphabet bytes: finding where the data
+  // ends and decoding it is one pass.
+  while (n - i >= 4) {
+    const unsigned a = pr2six[in[i]], b = pr2six[in[i + 1]];
+    const unsigned c = pr2six[in[i + 2]], d = pr2six[in[i + 3]];
+    if ((a | b | c | d) >= 64) break;
+    out[0] = static_cast<unsigned char>((a << 2) | (b >> 4));
+    out[1] = static_cast<unsigned char>((b << 4) | (c >> 2));
+    out[2] = static_cast<unsigned char>((c << 6) | d);
+    i += 4;
+    out += 3;
+  }
+  std::size_t rest = 0;  // fewer than four
+  while (i + rest < n && pr2six[in[i + rest]] < 64) ++rest;
+  return static_cast<std::size_t>(out - begin) + Base64DecodeRun(text + i, rest, out);
 }
 
 int Base64decode(char* dst, const char* src) {

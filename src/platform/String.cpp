@@ -83,7 +83,7 @@ std::optional<String> StringFromUTF8(std::string_view utf8) {
       std::memcpy(&word, s, 8);
       const std::uint64_t high = word & 0x8080808080808080ULL;
       const int run = high == 0 ? 8 : std::countr_zero(high) / 8;
-      for (int k = 0; k < 8; ++k) d[k] = s[k];
+      utf8::WidenEight(word, d);
       s += run;
       d += run;
       if (run == 8) continue;

@@ -3,7 +3,24 @@
 // library.
 #pragma once
 
+#include <cstdint>
+#include <cstring>
+
 namespace phonepim::utf8 {
+
+/// Writes the eight bytes of `word` (little-endian: its low byte first) as
+/// eight UTF-16 units at `out`: the ASCII runs of the decoders, widened
+/// without a loop.
+inline void WidenEight(std::uint64_t word, char16_t* out) {
+  const auto widenFour = [](std::uint64_t x) {
+    x = (x | (x << 16)) & 0x0000FFFF0000FFFFULL;
+    return (x | (x << 8)) & 0x00FF00FF00FF00FFULL;
+  };
+  const std::uint64_t low = widenFour(word & 0xFFFFFFFFULL);
+  const std::uint64_t high = widenFour(word >> 32);
+  std::memcpy(out, &low, sizeof low);
+  std::memcpy(out + 4, &high, sizeof high);
+}
 
 /// Decodes the character whose lead byte `lead` (0x80 or above) has been
 /// taken; `next(byte)` hands over each following byte and returns false

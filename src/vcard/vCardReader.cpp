@@ -117,11 +117,12 @@ struct TypeWord {
   bool replaces = false;
 };
 
+// The words are distinct, so their order is free: the common ones first.
 constexpr TypeWord kTelephoneTypes[] = {
-    {"PREF", kTelephoneTypePref},       {"HOME", kTelephoneTypeHome},
+    {"CELL", kTelephoneTypeCell},       {"HOME", kTelephoneTypeHome},
     {"WORK", kTelephoneTypeWork},       {"VOICE", kTelephoneTypeVoice},
-    {"FAX", kTelephoneTypeFax},         {"MSG", kTelephoneTypeMsg},
-    {"CELL", kTelephoneTypeCell},       {"PAGER", kTelephoneTypePager},
+    {"PREF", kTelephoneTypePref},       {"FAX", kTelephoneTypeFax},
+    {"MSG", kTelephoneTypeMsg},         {"PAGER", kTelephoneTypePager},
     {"BBS", kTelephoneTypeBBS},         {"MODEM", kTelephoneTypeModem},
     {"CAR", kTelephoneTypeCar},         {"ISDN", kTelephoneTypeISDN},
     {"VIDEO", kTelephoneTypeVideo},     {"INTERNET", kTelephoneTypeInternet},
@@ -278,20 +279,35 @@ void ClassifyProperty(vCard::vCardParseData& d, const char* name, char** params)
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
     const char* const parameter = pair[0];
     const char* const value = pair[1];
-    if (SameWord("CHARSET", parameter)) {
-      d.charset = value == nullptr                ? kCharsetOther
-                  : SameWord("UTF-8", value)      ? kCharsetUTF8
-                  : SameWord("SHIFT_JIS", value)  ? kCharsetShiftJIS
-                                                  : kCharsetOther;
-    } else if (SameWord("ENCODING", parameter)) {
-      d.encoding = value == nullptr                       ? kEncodingUnknown
-                   : SameWord("QUOTED-PRINTABLE", value)  ? kEncodingQuotedPrintable
-                   : SameWord("BASE64", value)            ? kEncodingBase64
-                                                          : kEncodingUnknown;
-    } else if (value == nullptr && SameWord("QUOTED-PRINTABLE", parameter)) {
-      d.encoding = kEncodingQuotedPrintable;
-    } else if (value == nullptr && SameWord("BASE64", parameter)) {
-      d.encoding = kEncodingBase64;
+    // Most parameters are type words; one jump on the first letter sends
+    // them past the four encoding words.
+    switch (parameter[0]) {
+      case 'C':
+        if (SameWord("CHARSET", parameter)) {
+          d.charset = value == nullptr                ? kCharsetOther
+                      : SameWord("UTF-8", value)      ? kCharsetUTF8
+                      : SameWord("SHIFT_JIS", value)  ? kCharsetShiftJIS
+                                                      : kCharsetOther;
+        }
+        break;
+      case 'E':
+        if (SameWord("ENCODING", parameter)) {
+          d.encoding = value == nullptr                       ? kEncodingUnknown
+                       : SameWord("QUOTED-PRINTABLE", value)  ? kEncodingQuotedPrintable
+                       : SameWord("BASE64", value)            ? kEncodingBase64
+                                                              : kEncodingUnknown;
+        }
+        break;
+      case 'Q':
+        if (value == nullptr && SameWord("QUOTED-PRINTABLE", parameter)) {
+          d.encoding = kEncodingQuotedPrintable;
+        }
+        break;
+      case 'B':
+        if (value == nullptr && SameWord("BASE64", parameter)) d.encoding = kEncodingBase64;
+        break;
+      default:
+        break;
     }
   }
 
@@ -420,10 +436,37 @@ struct ParserFree {
   void operator()(VP* parser) const { CARD_ParserFree(parser); }
 };
 
+// Lends the calling thread's value buffer to one Parse and takes it back,
+// so that an address book of thousands of cards allocates it once; a
+// buffer grown past kKeptValueBuffer by a large photo is let go.
+class LentValueBuffer {
+ public:
+  explicit LentValueBuffer(std::string& value) : value_(value) {
+    value_.swap(Spare());
+    if (value_.capacity() < kInitialValueBuffer) value_.reserve(kInitialValueBuffer);
+  }
+  ~LentValueBuffer() {
+    value_.clear();
+    if (value_.capacity() <= kKeptValueBuffer) value_.swap(Spare());
+  }
+  LentValueBuffer(const LentValueBuffer&) = delete;
+  LentValueBuffer& operator=(const LentValueBuffer&) = delete;
+
+ private:
+  static constexpr std::size_t kInitialValueBuffer = 256;  // most values fit
+  static constexpr std::size_t kKeptValueBuffer = 64 * 1024;
+  static std::string& Spare() {
+    thread_local std::string spare;
+    return spare;
+  }
+  std::string& value_;
+};
+
 }  // namespace
 
 void vCard::Parse(CContact* contact, const vObject* object) {
   vCardParseData parseData(contact);
+  const LentValueBuffer lent(parseData.value);
   bool parsed = false;
   {
     const std::unique_ptr<VP, ParserFree> parser(CARD_ParserCreate());

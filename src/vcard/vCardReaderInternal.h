@@ -66,10 +66,7 @@ inline constexpr int kCharsetOther = -1;
 inline constexpr int kCharsetNone = 0;
 
 struct vCard::vCardParseData {
-  explicit vCardParseData(CContact* contact) : pContact(contact) {
-    // Most values of a card fit; only a note or a photo grows it further.
-    value.reserve(256);
-  }
+  explicit vCardParseData(CContact* contact) : pContact(contact) {}
 
   /// The record being filled.
   CContact* pContact;

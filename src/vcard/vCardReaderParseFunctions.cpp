@@ -312,9 +312,9 @@ void vCard::ParseSpeedDial(const char* text, int len, std::int32_t* speedDial) {
 Bytes vCard::ParsePhoto(const char* text, int len, int /*charset*/, int /*encoding*/) {
   // Decoding ends at the first byte outside the alphabet (the '=' padding,
   // a line end the tokenizer left, a NUL).
-  const std::size_t n = Base64AlphabetPrefix(text, Length(text, len));
+  const std::size_t n = Length(text, len);
   Bytes photo(n / 4 * 3 + 2);
-  photo.resize(Base64DecodeRun(text, n, photo.data()));
+  photo.resize(Base64DecodePrefix(text, n, photo.data()));
   return photo;
 }
 
