@@ -40,6 +40,13 @@ bool IsVCard(std::string_view object) {
   return rest.empty() || rest[0] == '\r' || rest[0] == '\n';
 }
 
+// The assertions bad phone data can trip, in words a person can act on.
+std::string RefusalReason(const std::string& assertion) {
+  if (assertion.find("\"2.1\"") != std::string::npos) return "its VERSION is not 2.1";
+  if (assertion == "len < 256") return "its X-SPEEDDIAL value is 256 bytes or longer";
+  return "a value it cannot take";
+}
+
 }  // namespace
 
 std::unique_ptr<CContact> ParseContact(std::string_view card, std::uint32_t vCardID,
@@ -60,7 +67,8 @@ std::unique_ptr<CContact> TryParseContact(std::string_view card, std::uint32_t v
                  ? "the tokenizer rejected it"
                  : "the reader failed with code " + std::to_string(code);
   } catch (const AssertionFailure& failure) {
-    *error = "the reader refused a value (assertion \"" + failure.text() + "\")";
+    *error = "the reader refused it: " + RefusalReason(failure.text()) + " (assertion \"" +
+             failure.text() + "\")";
   } catch (const std::out_of_range& e) {
     *error = std::string("a custom label the label table cannot register (") + e.what() + ")";
   }

@@ -177,7 +177,7 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
       },
       &tally);
   if (status == 2) return status;
-  out << check.unchanged + check.byDesignOnly + check.lossy + tally.failed << " cards: "
+  out << check.unchanged + check.byDesignOnly + check.lossy + tally.failed << " objects: "
       << check.unchanged << " unchanged, " << check.byDesignOnly << " changed by design only, "
       << check.lossy << " with losses, " << tally.failed << " failed\n";
   return check.lossy ? 4 : status;
