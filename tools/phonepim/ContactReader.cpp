@@ -90,8 +90,8 @@ int ForEachContact(const std::string& text, const std::string& sourceName,
     if (IsVCard(std::string_view(text).substr(span.offset, span.length))) ++cards;
   }
   if (cards == 0) {
-    err << sourceName << ": no vCard among its " << spans.size()
-        << (spans.size() == 1 ? " object" : " objects") << " (no BEGIN:VCARD line)\n";
+    err << sourceName << ": no vCard among its " << Counted(spans.size(), "object")
+        << " (no BEGIN:VCARD line)\n";
     return 2;
   }
 
@@ -146,7 +146,7 @@ int ForEachContact(const std::string& text, const std::string& sourceName,
   }
   progress.Clear();
   if (options.verbose) {
-    err << sourceName << ": " << cards << " cards read in "
+    err << sourceName << ": " << Counted(cards, "card") << " read in "
         << std::chrono::duration<double, std::milli>(total).count() << " ms, the slowest "
         << ShortObjectHeading(sourceName, slowestIndex, spans[slowestIndex]).substr(
                sourceName.size() + 2)

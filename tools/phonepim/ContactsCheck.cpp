@@ -117,12 +117,12 @@ std::vector<std::string> JsonDifferences(const Json& before, const Json& after,
                  std::make_move_iterator(more.end()));
   };
   if (before.is_object() && after.is_object()) {
+    const auto member = [&](const std::string& key) { return path.empty() ? key : path + "." + key; };
     for (const auto& [key, value] : before.items()) {
-      append(JsonDifferences(value, after.contains(key) ? after[key] : Json(),
-                             path.empty() ? key : path + "." + key));
+      append(JsonDifferences(value, after.contains(key) ? after[key] : Json(), member(key)));
     }
     for (const auto& [key, value] : after.items()) {
-      if (!before.contains(key)) append(JsonDifferences(Json(), value, path + "." + key));
+      if (!before.contains(key)) append(JsonDifferences(Json(), value, member(key)));
     }
   } else if (before.is_array() && after.is_array() && (HoldsObjects(before) || HoldsObjects(after))) {
     for (std::size_t i = 0; i < std::max(before.size(), after.size()); ++i) {
@@ -177,7 +177,7 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
       },
       &tally);
   if (status == 2) return status;
-  out << check.unchanged + check.byDesignOnly + check.lossy + tally.failed << " objects: "
+  out << Counted(check.unchanged + check.byDesignOnly + check.lossy + tally.failed, "object") << ": "
       << check.unchanged << " unchanged, " << check.byDesignOnly << " changed by design only, "
       << check.lossy << " with losses, " << tally.failed << " failed\n";
   return check.lossy ? 4 : status;

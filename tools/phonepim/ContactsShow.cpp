@@ -136,10 +136,8 @@ void WriteContactSummary(const Json& c, std::ostream& out) {
 }
 
 std::string TallyLine(const ContactTally& tally) {
-  const std::size_t objects = tally.persons + tally.groups + tally.failed;
-  return std::to_string(objects) + (objects == 1 ? " object: " : " objects: ") +
-         std::to_string(tally.persons) + (tally.persons == 1 ? " contact, " : " contacts, ") +
-         std::to_string(tally.groups) + (tally.groups == 1 ? " group, " : " groups, ") +
+  return Counted(tally.persons + tally.groups + tally.failed, "object") + ": " +
+         Counted(tally.persons, "contact") + ", " + Counted(tally.groups, "group") + ", " +
          std::to_string(tally.withPhotos) + " with photos, " + std::to_string(tally.failed) +
          " failed";
 }

@@ -37,4 +37,8 @@ std::string ObjectHeading(const std::string& sourceName, std::size_t index,
   return heading + "\")";
 }
 
+std::string Counted(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
 }  // namespace phonepim::tool

@@ -23,4 +23,7 @@ std::string ObjectHeading(const std::string& sourceName, std::size_t index,
 std::string ShortObjectHeading(const std::string& sourceName, std::size_t index,
                                const VersitObjectSpan& span);
 
+/// "1 object", "2 objects": `count` and `noun`, with an "s" unless it is 1.
+std::string Counted(std::size_t count, const std::string& noun);
+
 }  // namespace phonepim::tool
