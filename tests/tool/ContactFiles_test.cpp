@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "AtomicFile.h"
+#include "ToolTestSupport.h"
 #include "ContactsCheck.h"
 #include "ContactsConvert.h"
 
@@ -23,11 +24,6 @@ namespace phonepim::tool {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
 
 // A fresh folder under the system's temporary folder, removed afterwards.
 class TempFolder {
@@ -69,8 +65,9 @@ TEST(contacts_convert, photos_are_the_decoded_bytes_named_after_the_record_id) {
   const std::vector<VersitObjectSpan> spans = FindVersitObjects(text);
   for (std::size_t card : {3u, 4u}) {
     vObject object;
-    object.object()->SetData(reinterpret_cast<const unsigned char*>(text.data() + spans[card].offset),
-                             spans[card].length);
+    object.object()->SetData(
+        reinterpret_cast<const unsigned char*>(text.data() + spans[card].offset),
+        spans[card].length);
     CContact contact(u"Contact");
     vCard::Parse(&contact, &object);
     ASSERT_NE(contact.GetPhotoRef(), nullptr);
@@ -126,14 +123,17 @@ TEST(contacts_check, differences_are_listed_field_by_field) {
       {Json{{"name", {{"family", "X"}, {"given", "Y"}}}},
        Json{{"name", {{"family", "X"}, {"given", "Z"}}}},
        {"name.given: \"Y\" -> \"Z\""}},
-      {Json{{"types", {"CELL"}}}, Json{{"types", {"HOME", "CELL"}}},
+      {Json{{"types", {"CELL"}}},
+       Json{{"types", {"HOME", "CELL"}}},
        {"types: [\"CELL\"] -> [\"HOME\",\"CELL\"]"}},
       {Json{{"tel", Json::array({Json{{"n", "1"}}, Json{{"n", "2"}}})}},
        Json{{"tel", Json::array({Json{{"n", "9"}}})}},
        {"tel[0].n: \"1\" -> \"9\"", "tel[1]: lost {\"n\":\"2\"}"}},
-      {Json{{"tel", Json::array()}}, Json{{"tel", Json::array({Json{{"n", "1"}}})}},
+      {Json{{"tel", Json::array()}},
+       Json{{"tel", Json::array({Json{{"n", "1"}}})}},
        {"tel[0]: added {\"n\":\"1\"}"}},
-      {Json{{"note", nullptr}}, Json{{"note", "x"}, {"extra", 2}},
+      {Json{{"note", nullptr}},
+       Json{{"note", "x"}, {"extra", 2}},
        {"note: null -> \"x\"", "extra: null -> 2"}},
   };
   for (const auto& row : rows) EXPECT_EQ(JsonDifferences(row.before, row.after), row.lines);

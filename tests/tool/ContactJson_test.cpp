@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "ContactJson.h"
+#include "ToolTestSupport.h"
 #include "ContactsShow.h"
 #include "TypeWords.h"
 
@@ -25,11 +26,6 @@ namespace phonepim::tool {
 namespace {
 
 using Json = nlohmann::json;
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
 
 std::string Utf8(const String& text) { return ToDisplayUTF8(text); }
 
@@ -145,8 +141,7 @@ TEST(contacts_json, every_card_reads_back_as_the_library_read_it) {
 }
 
 TEST(contacts_json, a_type_the_label_table_knows_is_shown_as_its_label) {
-  const std::uint32_t code =
-      CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(Boat)");
+  const std::uint32_t code = CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(Boat)");
   CContact contact(u"Contact");
   contact.NewTelephone("+1 555 0100", code, -1);
   contact.NewOrg("Harbour Club", "", "", nullptr, code);
@@ -166,7 +161,9 @@ TEST(contacts_json, type_masks_become_words_in_the_writer_order) {
   const WordsRow rows[] = {
       {ElementKind::kTelephone, 0, {}},
       {ElementKind::kTelephone, kTelephoneTypeCell | kTelephoneTypeHome, {"HOME", "CELL"}},
-      {ElementKind::kTelephone, kTelephoneTypeMain | kTelephoneTypeCallback, {"X-CALLBACK", "MAIN"}},
+      {ElementKind::kTelephone,
+       kTelephoneTypeMain | kTelephoneTypeCallback,
+       {"X-CALLBACK", "MAIN"}},
       {ElementKind::kTelephone, 0x20000, {"0x20000"}},
       // CELL and X-ETC sit on crossed bits in e-mail and address masks.
       {ElementKind::kEmail, 0x4 | 0x8, {"CELL", "X-ETC"}},

@@ -166,7 +166,8 @@ Json ContactToJson(const CContact& c, std::size_t objectNumber, std::size_t line
     j["messengers"].push_back(std::move(e));
   }
   j["notes"] = Json::array();
-  for (int i = 0; i < c.GetNotesCount(); ++i) j["notes"].push_back(JsonText(c.GetNotes(i)->GetNote()));
+  for (int i = 0; i < c.GetNotesCount(); ++i)
+    j["notes"].push_back(JsonText(c.GetNotes(i)->GetNote()));
 
   j["title"] = OptionalText(c.Title());
   j["role"] = OptionalText(c.Role());
@@ -191,7 +192,8 @@ Json ContactToJson(const CContact& c, std::size_t objectNumber, std::size_t line
   j["extensions"] = Json::array();
   for (int i = 0; i < c.GetXItemCount(); ++i) {
     const CXItem& item = *c.GetXItem(i);
-    j["extensions"].push_back(Json{{"name", JsonText(item.Name())}, {"value", JsonText(item.Data())}});
+    j["extensions"].push_back(
+        Json{{"name", JsonText(item.Name())}, {"value", JsonText(item.Data())}});
   }
   return j;
 }

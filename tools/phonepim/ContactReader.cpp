@@ -17,8 +17,8 @@
 namespace phonepim::tool {
 namespace {
 
-std::unique_ptr<CContact> ParseAs(const vObject& object, std::uint32_t vCardID,
-                                  const String& imei, const String& kind) {
+std::unique_ptr<CContact> ParseAs(const vObject& object, std::uint32_t vCardID, const String& imei,
+                                  const String& kind) {
   auto contact = std::make_unique<CContact>(vCardID, imei, std::nullopt, kind, nullptr);
   vCard::Parse(contact.get(), &object);
   return contact;
@@ -63,9 +63,8 @@ std::unique_ptr<CContact> TryParseContact(std::string_view card, std::uint32_t v
   try {
     return ParseContact(card, vCardID, imei);
   } catch (std::uint16_t code) {
-    *error = code == kVersitParseError
-                 ? "the tokenizer rejected it"
-                 : "the reader failed with code " + std::to_string(code);
+    *error = code == kVersitParseError ? "the tokenizer rejected it"
+                                       : "the reader failed with code " + std::to_string(code);
   } catch (const AssertionFailure& failure) {
     *error = "the reader refused it: " + RefusalReason(failure.text()) + " (assertion \"" +
              failure.text() + "\")";
@@ -148,8 +147,8 @@ int ForEachContact(const std::string& text, const std::string& sourceName,
   if (options.verbose) {
     err << sourceName << ": " << Counted(cards, "card") << " read in "
         << std::chrono::duration<double, std::milli>(total).count() << " ms, the slowest "
-        << ShortObjectHeading(sourceName, slowestIndex, spans[slowestIndex]).substr(
-               sourceName.size() + 2)
+        << ShortObjectHeading(sourceName, slowestIndex, spans[slowestIndex])
+               .substr(sourceName.size() + 2)
         << " in " << std::chrono::duration<double, std::micro>(slowest).count() << " us\n";
   }
   return tally->failed ? 1 : 0;

@@ -18,7 +18,8 @@ using Json = nlohmann::ordered_json;
 // Photos are long: a changed one is named, not printed.
 std::string Shown(const Json& value) {
   std::string text = value.dump();
-  if (text.size() > 120) text = text.substr(0, 100) + "...\" (" + std::to_string(text.size()) + " characters)";
+  if (text.size() > 120)
+    text = text.substr(0, 100) + "...\" (" + std::to_string(text.size()) + " characters)";
   return text;
 }
 
@@ -28,9 +29,8 @@ bool HoldsObjects(const Json& array) {
 
 // The fields a group's writer puts out; everything else of a group is the
 // person's and goes nowhere.
-constexpr const char* kGroupFields[] = {"object", "line",          "kind",
-                                        "recordId", "groupName", "groupDisplayName",
-                                        "groupType", "photo"};
+constexpr const char* kGroupFields[] = {
+    "object", "line", "kind", "recordId", "groupName", "groupDisplayName", "groupType", "photo"};
 constexpr const char* kGroupOnlyFields[] = {"groupName", "groupDisplayName", "groupType"};
 // No property of the writer carries these.
 constexpr const char* kUnwrittenFields[] = {"accountName", "accountType", "lmt", "extensions"};
@@ -77,9 +77,8 @@ std::vector<std::string> DropUnwritten(const CContact& contact, Json& before,
   const auto reset = [&](const char* field) { before[field] = blank[field]; };
   if (contact.ContactType() == 1) {
     for (const auto& [field, value] : blank.items()) {
-      if (std::find_if(std::begin(kGroupFields), std::end(kGroupFields), [&](const char* f) {
-            return field == f;
-          }) == std::end(kGroupFields)) {
+      if (std::find_if(std::begin(kGroupFields), std::end(kGroupFields),
+                       [&](const char* f) { return field == f; }) == std::end(kGroupFields)) {
         before[field] = value;
       }
     }
@@ -91,7 +90,8 @@ std::vector<std::string> DropUnwritten(const CContact& contact, Json& before,
       Json& entry = before["telephones"][static_cast<std::size_t>(i)];
       if (!entry["customLabel"].is_null()) continue;  // written as that label alone
       const bool hasLabel = tel.GetLabel() && !tel.GetLabel()->empty();
-      const std::uint32_t written = WrittenTelephoneType(tel.GetType(), hasLabel, writer.phoneStyle);
+      const std::uint32_t written =
+          WrittenTelephoneType(tel.GetType(), hasLabel, writer.phoneStyle);
       entry["types"] = TypeWords(ElementKind::kTelephone, written);
       if (!writer.phoneStyle || (written & kTelephoneTypeCustom) == 0) entry["label"] = nullptr;
     }
@@ -117,14 +117,17 @@ std::vector<std::string> JsonDifferences(const Json& before, const Json& after,
                  std::make_move_iterator(more.end()));
   };
   if (before.is_object() && after.is_object()) {
-    const auto member = [&](const std::string& key) { return path.empty() ? key : path + "." + key; };
+    const auto member = [&](const std::string& key) {
+      return path.empty() ? key : path + "." + key;
+    };
     for (const auto& [key, value] : before.items()) {
       append(JsonDifferences(value, after.contains(key) ? after[key] : Json(), member(key)));
     }
     for (const auto& [key, value] : after.items()) {
       if (!before.contains(key)) append(JsonDifferences(Json(), value, member(key)));
     }
-  } else if (before.is_array() && after.is_array() && (HoldsObjects(before) || HoldsObjects(after))) {
+  } else if (before.is_array() && after.is_array() &&
+             (HoldsObjects(before) || HoldsObjects(after))) {
     for (std::size_t i = 0; i < std::max(before.size(), after.size()); ++i) {
       const std::string at = path + "[" + std::to_string(i) + "]";
       if (i >= after.size()) {
@@ -159,7 +162,8 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
         if (!again) {
           lost.push_back("the written card cannot be read back: " + error);
         } else {
-          lost = JsonDifferences(before, ContactToJson(*again, card.index + 1, card.span->firstLine));
+          lost =
+              JsonDifferences(before, ContactToJson(*again, card.index + 1, card.span->firstLine));
         }
         if (lost.empty() && byDesign.empty()) {
           ++check.unchanged;
@@ -177,9 +181,10 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
       },
       &tally);
   if (status == 2) return status;
-  out << Counted(check.unchanged + check.byDesignOnly + check.lossy + tally.failed, "object") << ": "
-      << check.unchanged << " unchanged, " << check.byDesignOnly << " changed by design only, "
-      << check.lossy << " with losses, " << tally.failed << " failed\n";
+  out << Counted(check.unchanged + check.byDesignOnly + check.lossy + tally.failed, "object")
+      << ": " << check.unchanged << " unchanged, " << check.byDesignOnly
+      << " changed by design only, " << check.lossy << " with losses, " << tally.failed
+      << " failed\n";
   return check.lossy ? 4 : status;
 }
 

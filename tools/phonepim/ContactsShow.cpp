@@ -34,9 +34,8 @@ std::string DisplayName(const Json& c) {
     return c["formattedName"];
   }
   const Json& n = c["name"];
-  const std::string name = Joined(Json::array({n["prefix"], n["given"], n["middle"],
-                                               n["family"], n["suffix"]}),
-                                  " ");
+  const std::string name =
+      Joined(Json::array({n["prefix"], n["given"], n["middle"], n["family"], n["suffix"]}), " ");
   if (!name.empty()) return name;
   if (c["groupDisplayName"].is_string()) return c["groupDisplayName"];
   if (c["groupName"].is_string()) return c["groupName"];
@@ -64,8 +63,8 @@ std::string DateText(const Json& date) {
     }
     return text;
   };
-  std::string text = part(date["year"], 4) + "-" + part(date["month"], 2) + "-" +
-                     part(date["day"], 2);
+  std::string text =
+      part(date["year"], 4) + "-" + part(date["month"], 2) + "-" + part(date["day"], 2);
   static const char* const kSuffix[] = {"", " (L)", " (Y)"};
   const auto type = date["type"].get<std::uint32_t>();
   return text + (type < 3 ? kSuffix[type] : " (type " + std::to_string(type) + ")");
@@ -83,8 +82,8 @@ void WriteContactSummary(const Json& c, std::ostream& out) {
     if (value.is_string()) line(label, value.get<std::string>());
   };
   const Json& n = c["name"];
-  line("name", Joined(Json::array({n["family"], n["given"], n["middle"], n["prefix"], n["suffix"]}),
-                      "; "));
+  line("name",
+       Joined(Json::array({n["family"], n["given"], n["middle"], n["prefix"], n["suffix"]}), "; "));
   line("phonetic name",
        Joined(Json::array({n["phoneticFamily"], n["phoneticGiven"], n["phoneticMiddle"]}), " "));
   line("reading", Joined(Json::array({c["readingLastName"], c["readingFirstName"]}), " "));
@@ -101,20 +100,22 @@ void WriteContactSummary(const Json& c, std::ostream& out) {
   for (const Json& email : c["emails"]) {
     line("email", email["address"].get<std::string>() + TypesAndLabels(email));
   }
-  for (const Json& url : c["urls"]) line("url", url["url"].get<std::string>() + TypesAndLabels(url));
+  for (const Json& url : c["urls"])
+    line("url", url["url"].get<std::string>() + TypesAndLabels(url));
   for (const Json& a : c["addresses"]) {
-    line("address", Joined(Json::array({a["poBox"], a["extended"], a["street"], a["locality"],
-                                        a["region"], a["postalCode"], a["country"],
-                                        a["neighborhood"]}),
-                           ", ") +
-                        TypesAndLabels(a));
+    line("address",
+         Joined(Json::array({a["poBox"], a["extended"], a["street"], a["locality"], a["region"],
+                             a["postalCode"], a["country"], a["neighborhood"]}),
+                ", ") +
+             TypesAndLabels(a));
   }
   for (const Json& org : c["organizations"]) {
     Json parts = Json::array({org["name"], org["unit"], org["position"]});
     for (const Json& more : org["additional"]) parts.push_back(more);
     line("organization", Joined(parts, " / ") + TypesAndLabels(org));
   }
-  for (const Json& im : c["messengers"]) line("messenger", im["id"].get<std::string>() + TypesAndLabels(im));
+  for (const Json& im : c["messengers"])
+    line("messenger", im["id"].get<std::string>() + TypesAndLabels(im));
   text("title", c["title"]);
   text("role", c["role"]);
   for (const Json& note : c["notes"]) text("note", note);

@@ -5,9 +5,15 @@ namespace phonepim::tool {
 void AppendVisible(std::string& line, std::string_view utf8) {
   for (char c : utf8) {
     switch (c) {
-      case '\r': line += "\\r"; break;
-      case '\n': line += "\\n"; break;
-      case '\t': line += "\\t"; break;
+      case '\r':
+        line += "\\r";
+        break;
+      case '\n':
+        line += "\\n";
+        break;
+      case '\t':
+        line += "\\t";
+        break;
       default:
         if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
           static const char kHex[] = "0123456789ABCDEF";

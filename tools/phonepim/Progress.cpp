@@ -24,8 +24,8 @@ void Progress::Update(std::size_t done) {
 
 void Progress::Clear() {
   if (!shown_) return;
-  err_ << '\r' << std::string(what_.size() + 2 + 2 * std::to_string(total_).size() + 1, ' ')
-       << '\r' << std::flush;
+  err_ << '\r' << std::string(what_.size() + 2 + 2 * std::to_string(total_).size() + 1, ' ') << '\r'
+       << std::flush;
   shown_ = false;
 }
 

@@ -15,33 +15,37 @@ struct Word {
 };
 
 constexpr Word kTelephoneWords[] = {
-    {kTelephoneTypePref, "PREF"},          {kTelephoneTypeWork, "WORK"},
-    {kTelephoneTypeHome, "HOME"},          {kTelephoneTypeVoice, "VOICE"},
-    {kTelephoneTypeFax, "FAX"},            {kTelephoneTypeMsg, "MSG"},
-    {kTelephoneTypeCell, "CELL"},          {kTelephoneTypePager, "PAGER"},
-    {kTelephoneTypeBBS, "BBS"},            {kTelephoneTypeModem, "MODEM"},
-    {kTelephoneTypeCar, "CAR"},            {kTelephoneTypeISDN, "ISDN"},
-    {kTelephoneTypeEtc, "X-ETC"},          {kTelephoneTypeInternet, "INTERNET"},
-    {kTelephoneTypeVideo, "VIDEO"},        {kTelephoneTypeDTMF, "DTMF"},
-    {kTelephoneTypePTT, "PTT"},            {kTelephoneTypeCallback, "X-CALLBACK"},
-    {kTelephoneTypeMain, "MAIN"},          {kTelephoneTypeAssistant, "ASSISTANT"},
+    {kTelephoneTypePref, "PREF"},       {kTelephoneTypeWork, "WORK"},
+    {kTelephoneTypeHome, "HOME"},       {kTelephoneTypeVoice, "VOICE"},
+    {kTelephoneTypeFax, "FAX"},         {kTelephoneTypeMsg, "MSG"},
+    {kTelephoneTypeCell, "CELL"},       {kTelephoneTypePager, "PAGER"},
+    {kTelephoneTypeBBS, "BBS"},         {kTelephoneTypeModem, "MODEM"},
+    {kTelephoneTypeCar, "CAR"},         {kTelephoneTypeISDN, "ISDN"},
+    {kTelephoneTypeEtc, "X-ETC"},       {kTelephoneTypeInternet, "INTERNET"},
+    {kTelephoneTypeVideo, "VIDEO"},     {kTelephoneTypeDTMF, "DTMF"},
+    {kTelephoneTypePTT, "PTT"},         {kTelephoneTypeCallback, "X-CALLBACK"},
+    {kTelephoneTypeMain, "MAIN"},       {kTelephoneTypeAssistant, "ASSISTANT"},
     {kTelephoneTypeCustom, "X-CUSTOM"},
 };
 constexpr Word kEmailWords[] = {
-    {kEmailTypePref, "PREF"}, {kEmailTypeWork, "WORK"},  {kEmailTypeHome, "HOME"},
+    {kEmailTypePref, "PREF"}, {kEmailTypeWork, "WORK"}, {kEmailTypeHome, "HOME"},
     {kEmailTypeCell, "CELL"}, {kEmailTypeEtc, "X-ETC"}, {kEmailTypeCustom, "X-CUSTOM"},
 };
 constexpr Word kAddressWords[] = {
-    {kAddressTypePref, "PREF"}, {kAddressTypeWork, "WORK"},  {kAddressTypeHome, "HOME"},
+    {kAddressTypePref, "PREF"}, {kAddressTypeWork, "WORK"}, {kAddressTypeHome, "HOME"},
     {kAddressTypeCell, "CELL"}, {kAddressTypeEtc, "X-ETC"}, {kAddressTypeCustom, "X-CUSTOM"},
 };
 constexpr Word kURLWords[] = {
     {kURLTypePref, "PREF"}, {kURLTypeWork, "WORK"}, {kURLTypeHome, "HOME"}};
 constexpr Word kMessengerWords[] = {
-    {kMessengerTypeAIM, "AIM"},         {kMessengerTypeGoogleTalk, "GOOGLETALK"},
-    {kMessengerTypeICQ, "ICQ"},         {kMessengerTypeJabber, "JABBER"},
-    {kMessengerTypeQQ, "QQ"},           {kMessengerTypeSkype, "SKYPE"},
-    {kMessengerTypeWindowsLive, "WINDOWSLIVE"}, {kMessengerTypeYahoo, "YAHOO"},
+    {kMessengerTypeAIM, "AIM"},
+    {kMessengerTypeGoogleTalk, "GOOGLETALK"},
+    {kMessengerTypeICQ, "ICQ"},
+    {kMessengerTypeJabber, "JABBER"},
+    {kMessengerTypeQQ, "QQ"},
+    {kMessengerTypeSkype, "SKYPE"},
+    {kMessengerTypeWindowsLive, "WINDOWSLIVE"},
+    {kMessengerTypeYahoo, "YAHOO"},
 };
 constexpr Word kOrganizationWords[] = {{kOrganizationTypeWork, "WORK"},
                                        {kOrganizationTypeHome, "HOME"},
@@ -49,12 +53,18 @@ constexpr Word kOrganizationWords[] = {{kOrganizationTypeWork, "WORK"},
 
 std::span<const Word> WordsOf(ElementKind kind) {
   switch (kind) {
-    case ElementKind::kTelephone: return kTelephoneWords;
-    case ElementKind::kEmail: return kEmailWords;
-    case ElementKind::kAddress: return kAddressWords;
-    case ElementKind::kURL: return kURLWords;
-    case ElementKind::kMessenger: return kMessengerWords;
-    case ElementKind::kOrganization: return kOrganizationWords;
+    case ElementKind::kTelephone:
+      return kTelephoneWords;
+    case ElementKind::kEmail:
+      return kEmailWords;
+    case ElementKind::kAddress:
+      return kAddressWords;
+    case ElementKind::kURL:
+      return kURLWords;
+    case ElementKind::kMessenger:
+      return kMessengerWords;
+    case ElementKind::kOrganization:
+      return kOrganizationWords;
   }
   return {};
 }

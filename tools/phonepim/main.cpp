@@ -22,9 +22,9 @@ using phonepim::tool::WriterOptions;
 
 // Reads FILE and runs `command` on its text. An unreadable file gives 2,
 // anything the command did not expect 3; both are one line on stderr.
-int RunOnFile(const std::string& file,
-              const std::function<int(const std::string& text, const std::string& source)>&
-                  command) {
+int RunOnFile(
+    const std::string& file,
+    const std::function<int(const std::string& text, const std::string& source)>& command) {
   std::string text;
   std::string error;
   if (!phonepim::tool::ReadInput(file, &text, &error)) {
@@ -56,7 +56,8 @@ void AddWriterOptions(CLI::App* command, WriterOptions* writer) {
   command->add_flag("--phone-style", writer->phoneStyle,
                     "Numbers for the phones that send mobiles as HOME;CELL (X-CALLBACK, "
                     "the number's own label, no VOICE)");
-  command->add_flag("--no-qp-urls", writer->noQpURLs, "Web addresses as they are, not quoted-printable");
+  command->add_flag("--no-qp-urls", writer->noQpURLs,
+                    "Web addresses as they are, not quoted-printable");
   command->add_flag("--escape", writer->escape, "Backslash escapes for \\ and ; in text values");
   command->add_flag("--reading-last-name", writer->readingLastName,
                     "Both reading names on SOUND;X-IRMC-N (else only the last, on SOUND)");
@@ -85,7 +86,8 @@ int main(int argc, char** argv) {
   WriterOptions writer;
 
   bool json = false;
-  CLI::App* show = contacts->add_subcommand("show", "Summarise every contact, or print them as JSON");
+  CLI::App* show =
+      contacts->add_subcommand("show", "Summarise every contact, or print them as JSON");
   AddFileArgument(show, &file);
   show->add_flag("--json", json, "The contacts as one JSON document");
   AddReadOptions(show, &readOptions, &imei);
@@ -128,14 +130,13 @@ int main(int argc, char** argv) {
   if (convert->parsed()) {
     convertOptions.writer = writer;
     return RunOnFile(file, [&](const std::string& text, const std::string& source) {
-      return phonepim::tool::ConvertContacts(text, source, readOptions, convertOptions,
-                                             std::cout, std::cerr);
+      return phonepim::tool::ConvertContacts(text, source, readOptions, convertOptions, std::cout,
+                                             std::cerr);
     });
   }
   if (check->parsed()) {
     return RunOnFile(file, [&](const std::string& text, const std::string& source) {
-      return phonepim::tool::CheckContacts(text, source, readOptions, writer, std::cout,
-                                           std::cerr);
+      return phonepim::tool::CheckContacts(text, source, readOptions, writer, std::cout, std::cerr);
     });
   }
   return 0;
