@@ -47,6 +47,24 @@ Json OwnLabel(const std::shared_ptr<const String>& label) {
   return label ? Json(LabelText(*label)) : Json(nullptr);
 }
 
+// One of the contact's element lists, `make(i)` giving the element at i.
+template <class Make>
+Json ListOf(int count, Make make) {
+  Json list = Json::array();
+  for (int i = 0; i < count; ++i) list.push_back(make(i));
+  return list;
+}
+
+// A number, e-mail address or messenger ID: its text under `key`, its type
+// and, where the element has one, its own label.
+Json TextElement(const char* key, const CItem& item, ElementKind kind,
+                 const std::shared_ptr<const String>* ownLabel) {
+  Json element{{key, JsonText(item.Data())}};
+  AddTableTypes(element, kind, item.Param());
+  if (ownLabel) element["label"] = OwnLabel(*ownLabel);
+  return element;
+}
+
 const char* BloodTypeWord(std::uint32_t bloodType) {
   static const char* const kWords[] = {"A", "B", "AB", "O"};
   return bloodType >= 1 && bloodType <= 4 ? kWords[bloodType - 1] : nullptr;
@@ -111,44 +129,33 @@ Json ContactToJson(const CContact& c, std::size_t objectNumber, std::size_t line
   j["birthday"] = DateToJson(c.BirthDate(), c.BirthDateType());
   j["anniversary"] = DateToJson(c.Anniversary_Date(), c.Anniversary_Luna());
 
-  j["telephones"] = Json::array();
-  for (int i = 0; i < c.GetTelephoneCount(); ++i) {
+  j["telephones"] = ListOf(c.GetTelephoneCount(), [&](int i) {
     const CTelephoneNumber& tel = *c.GetTelephone(i);
-    Json e{{"number", JsonText(tel.GetNumber())}};
-    AddTableTypes(e, ElementKind::kTelephone, tel.GetType());
-    e["label"] = OwnLabel(tel.GetLabel());
-    j["telephones"].push_back(std::move(e));
-  }
-  j["emails"] = Json::array();
-  for (int i = 0; i < c.GetEmailCount(); ++i) {
+    return TextElement("number", tel, ElementKind::kTelephone, &tel.GetLabel());
+  });
+  j["emails"] = ListOf(c.GetEmailCount(), [&](int i) {
     const CEmail& email = *c.GetEmail(i);
-    Json e{{"address", JsonText(email.GetEmail())}};
-    AddTableTypes(e, ElementKind::kEmail, email.GetType());
-    e["label"] = OwnLabel(email.GetLabel());
-    j["emails"].push_back(std::move(e));
-  }
-  j["urls"] = Json::array();
-  for (int i = 0; i < c.GetURLCount(); ++i) {
+    return TextElement("address", email, ElementKind::kEmail, &email.GetLabel());
+  });
+  j["urls"] = ListOf(c.GetURLCount(), [&](int i) {
     const CURL& url = *c.GetURL(i);
-    j["urls"].push_back(Json{{"url", JsonText(url.GetURL())},
-                             {"types", TypeWords(ElementKind::kURL, url.GetType())}});
-  }
-  j["addresses"] = Json::array();
-  for (int i = 0; i < c.GetAddressCount(); ++i) {
+    return Json{{"url", JsonText(url.GetURL())},
+                {"types", TypeWords(ElementKind::kURL, url.GetType())}};
+  });
+  j["addresses"] = ListOf(c.GetAddressCount(), [&](int i) {
     const CPostalAddress& a = *c.GetAddress(i);
-    j["addresses"].push_back(Json{{"poBox", JsonText(a.POBox())},
-                                  {"extended", JsonText(a.ExtAddr())},
-                                  {"street", JsonText(a.Street())},
-                                  {"locality", JsonText(a.Locality())},
-                                  {"region", JsonText(a.Region())},
-                                  {"postalCode", JsonText(a.PostalCode())},
-                                  {"country", JsonText(a.Country())},
-                                  {"neighborhood", JsonText(a.Neighbor())},
-                                  {"types", TypeWords(ElementKind::kAddress, a.Type())},
-                                  {"label", OwnLabel(a.Label())}});
-  }
-  j["organizations"] = Json::array();
-  for (int i = 0; i < c.GetOrgCount(); ++i) {
+    return Json{{"poBox", JsonText(a.POBox())},
+                {"extended", JsonText(a.ExtAddr())},
+                {"street", JsonText(a.Street())},
+                {"locality", JsonText(a.Locality())},
+                {"region", JsonText(a.Region())},
+                {"postalCode", JsonText(a.PostalCode())},
+                {"country", JsonText(a.Country())},
+                {"neighborhood", JsonText(a.Neighbor())},
+                {"types", TypeWords(ElementKind::kAddress, a.Type())},
+                {"label", OwnLabel(a.Label())}};
+  });
+  j["organizations"] = ListOf(c.GetOrgCount(), [&](int i) {
     const COrganization& org = *c.GetOrg(i);
     Json e{{"name", JsonText(org.Name())},
            {"unit", JsonText(org.Unit())},
@@ -156,18 +163,13 @@ Json ContactToJson(const CContact& c, std::size_t objectNumber, std::size_t line
            {"additional", Json::array()}};
     for (const String& line : org.Additional()) e["additional"].push_back(JsonText(line));
     AddTableTypes(e, ElementKind::kOrganization, org.Type());
-    j["organizations"].push_back(std::move(e));
-  }
-  j["messengers"] = Json::array();
-  for (int i = 0; i < c.GetMessengerIDCount(); ++i) {
-    const CMessengerID& im = *c.GetMessengerID(i);
-    Json e{{"id", JsonText(im.GetMessengerID())}};
-    AddTableTypes(e, ElementKind::kMessenger, im.GetType());
-    j["messengers"].push_back(std::move(e));
-  }
-  j["notes"] = Json::array();
-  for (int i = 0; i < c.GetNotesCount(); ++i)
-    j["notes"].push_back(JsonText(c.GetNotes(i)->GetNote()));
+    return e;
+  });
+  j["messengers"] = ListOf(c.GetMessengerIDCount(), [&](int i) {
+    return TextElement("id", *c.GetMessengerID(i), ElementKind::kMessenger, nullptr);
+  });
+  j["notes"] =
+      ListOf(c.GetNotesCount(), [&](int i) { return Json(JsonText(c.GetNotes(i)->GetNote())); });
 
   j["title"] = OptionalText(c.Title());
   j["role"] = OptionalText(c.Role());
@@ -189,12 +191,10 @@ Json ContactToJson(const CContact& c, std::size_t objectNumber, std::size_t line
   j["accountName"] = OptionalText(c.AccountName());
   j["accountType"] = OptionalText(c.AccountType());
   j["lmt"] = OptionalText(c.LMT());
-  j["extensions"] = Json::array();
-  for (int i = 0; i < c.GetXItemCount(); ++i) {
+  j["extensions"] = ListOf(c.GetXItemCount(), [&](int i) {
     const CXItem& item = *c.GetXItem(i);
-    j["extensions"].push_back(
-        Json{{"name", JsonText(item.Name())}, {"value", JsonText(item.Data())}});
-  }
+    return Json{{"name", JsonText(item.Name())}, {"value", JsonText(item.Data())}};
+  });
   return j;
 }
 
