@@ -25,7 +25,7 @@
 namespace phonepim::tool {
 namespace {
 
-using Json = nlohmann::json;
+using Json = nlohmann::ordered_json;
 
 std::string Utf8(const String& text) { return ToDisplayUTF8(text); }
 

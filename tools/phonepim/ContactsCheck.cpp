@@ -76,10 +76,11 @@ std::vector<std::string> DropUnwritten(const CContact& contact, Json& before,
   const Json blank = ContactToJson(empty, 0, 0);
   const auto reset = [&](const char* field) { before[field] = blank[field]; };
   if (contact.ContactType() == 1) {
-    for (const auto& [field, value] : blank.items()) {
-      if (std::find_if(std::begin(kGroupFields), std::end(kGroupFields),
-                       [&](const char* f) { return field == f; }) == std::end(kGroupFields)) {
-        before[field] = value;
+    for (const auto& item : blank.items()) {
+      const std::string& field = item.key();
+      if (std::none_of(std::begin(kGroupFields), std::end(kGroupFields),
+                       [&](const char* f) { return field == f; })) {
+        before[field] = item.value();
       }
     }
   } else {
