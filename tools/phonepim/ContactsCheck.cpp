@@ -18,9 +18,10 @@ using Json = nlohmann::ordered_json;
 // Photos are long: a changed one is named, not printed.
 std::string Shown(const Json& value) {
   std::string text = value.dump();
-  if (text.size() > 120)
-    text = text.substr(0, 100) + "...\" (" + std::to_string(text.size()) + " characters)";
-  return text;
+  if (text.size() <= 120) return text;
+  std::size_t cut = 100;
+  while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;  // UTF-8
+  return text.substr(0, cut) + "... (" + std::to_string(text.size()) + " characters)";
 }
 
 bool HoldsObjects(const Json& array) {
