@@ -1,5 +1,7 @@
 #include "VersitDump.h"
 
+#include "ObjectReport.h"
+
 #include <phonepim/encoding/Encoding.h>
 #include <phonepim/encoding/base64.h>
 #include <phonepim/platform/String.h>
@@ -48,27 +50,6 @@ void Classify(const std::vector<Parameter>& parameters, int* encoding, int* char
       else if (!p.bare) *encoding = kEncodingUnknown;
     } else if (p.name == "CHARSET" && p.value == "SHIFT_JIS") {
       *charset = kCharsetShiftJIS;
-    }
-  }
-}
-
-// Control characters and line ends are shown escaped so one property stays
-// on one line.
-void AppendVisible(std::string& line, std::string_view utf8) {
-  for (char c : utf8) {
-    switch (c) {
-      case '\r': line += "\\r"; break;
-      case '\n': line += "\\n"; break;
-      case '\t': line += "\\t"; break;
-      default:
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-          static const char kHex[] = "0123456789ABCDEF";
-          line += "\\x";
-          line += kHex[static_cast<unsigned char>(c) >> 4];
-          line += kHex[c & 0x0F];
-        } else {
-          line += c;
-        }
     }
   }
 }
@@ -135,14 +116,6 @@ void OnData(void* userData, const char* data, int length) {
   *p->out << line << '\n';
 }
 
-std::string FirstLine(std::string_view object) {
-  std::string_view line = object.substr(0, object.find('\n'));
-  if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-  std::string visible;
-  AppendVisible(visible, line.substr(0, 60));
-  return visible;
-}
-
 }  // namespace
 
 int DumpVersitText(const std::string& text, const std::string& sourceName,
@@ -171,12 +144,11 @@ int DumpVersitText(const std::string& text, const std::string& sourceName,
                                static_cast<int>(object.size()), 1) == 1;
     if (!ok) {
       ++rejected;
-      err << sourceName << ": object " << index + 1 << " (line " << span.firstLine
-          << ", \"" << FirstLine(object) << "\"): the tokenizer rejected it after "
-          << dump.properties << " properties\n";
+      err << ObjectHeading(sourceName, index, span, object)
+          << ": the tokenizer rejected it after " << dump.properties << " properties\n";
     } else if (!span.terminated) {
-      err << sourceName << ": object " << index + 1 << " (line " << span.firstLine
-          << "): no END line before the end of the file\n";
+      err << ShortObjectHeading(sourceName, index, span)
+          << ": no END line before the end of the file\n";
     }
   }
   out << spans.size() << " objects, " << rejected << " rejected\n";

@@ -3,41 +3,64 @@
 
 #include <phonepim/platform/Assert.h>
 
-#include <fstream>
+#include <functional>
 #include <iostream>
-#include <iterator>
-#include <sstream>
-#include <system_error>
-#include <filesystem>
+#include <string>
 
+#include "CardWriter.h"
+#include "ContactReader.h"
+#include "ContactsCheck.h"
+#include "ContactsConvert.h"
+#include "ContactsShow.h"
+#include "Input.h"
 #include "VersitDump.h"
 
 namespace {
 
-// Reads FILE, or standard input for "-". Errors name the file.
-bool ReadInput(const std::string& path, std::string* text, std::string* error) {
-  if (path == "-") {
-    std::ostringstream buffer;
-    buffer << std::cin.rdbuf();
-    *text = buffer.str();
-    return true;
+using phonepim::tool::ContactReadOptions;
+using phonepim::tool::WriterOptions;
+
+// Reads FILE and runs `command` on its text. An unreadable file gives 2,
+// anything the command did not expect 3; both are one line on stderr.
+int RunOnFile(
+    const std::string& file,
+    const std::function<int(const std::string& text, const std::string& source)>& command) {
+  std::string text;
+  std::string error;
+  if (!phonepim::tool::ReadInput(file, &text, &error)) {
+    std::cerr << "phonepim: " << error << '\n';
+    return 2;
   }
-  std::error_code ec;
-  if (std::filesystem::is_directory(path, ec)) {
-    *error = path + ": is a folder, not a file";
-    return false;
+  try {
+    return command(text, phonepim::tool::SourceName(file));
+  } catch (const std::exception& e) {
+    std::cerr << "phonepim: " << file << ": internal error: " << e.what() << '\n';
+  } catch (...) {
+    std::cerr << "phonepim: " << file << ": internal error\n";
   }
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
-    *error = path + ": cannot open: " + std::generic_category().message(errno);
-    return false;
-  }
-  text->assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  if (in.bad()) {
-    *error = path + ": read error";
-    return false;
-  }
-  return true;
+  return 3;
+}
+
+void AddFileArgument(CLI::App* command, std::string* file) {
+  command->add_option("FILE", *file, "vCard file (a phone's address book), or - for standard input")
+      ->required();
+}
+
+void AddReadOptions(CLI::App* command, ContactReadOptions* options, std::string* imei) {
+  command->add_flag("-q,--quiet", options->quiet, "No progress line and no per-card output");
+  command->add_flag("-v,--verbose", options->verbose, "How long each card took to read");
+  command->add_option("--imei", *imei, "The phone's IMEI, the end of every record ID");
+}
+
+void AddWriterOptions(CLI::App* command, WriterOptions* writer) {
+  command->add_flag("--phone-style", writer->phoneStyle,
+                    "Numbers for the phones that send mobiles as HOME;CELL (X-CALLBACK, "
+                    "the number's own label, no VOICE)");
+  command->add_flag("--no-qp-urls", writer->noQpURLs,
+                    "Web addresses as they are, not quoted-printable");
+  command->add_flag("--escape", writer->escape, "Backslash escapes for \\ and ; in text values");
+  command->add_flag("--reading-last-name", writer->readingLastName,
+                    "Both reading names on SOUND;X-IRMC-N (else only the last, on SOUND)");
 }
 
 }  // namespace
@@ -49,30 +72,72 @@ int main(int argc, char** argv) {
   CLI::App app{"phonepim: phone address books and calendars (vCard 2.1, vCalendar 1.0)"};
   app.require_subcommand(1);
 
-  std::string dumpFile;
+  std::string file;
   phonepim::tool::DumpOptions dumpOptions;
   CLI::App* dump = app.add_subcommand(
       "dump", "Print every property of every object in a versit file, values decoded");
-  dump->add_option("FILE", dumpFile, "vCard or vCalendar file, or - for standard input")
-      ->required();
+  dump->add_option("FILE", file, "vCard or vCalendar file, or - for standard input")->required();
   dump->add_flag("-q,--quiet", dumpOptions.quiet, "Print only errors and the tally");
+
+  CLI::App* contacts = app.add_subcommand("contacts", "A phone's address book (vCard 2.1)");
+  contacts->require_subcommand(1);
+  ContactReadOptions readOptions;
+  std::string imei;
+  WriterOptions writer;
+
+  bool json = false;
+  CLI::App* show =
+      contacts->add_subcommand("show", "Summarise every contact, or print them as JSON");
+  AddFileArgument(show, &file);
+  show->add_flag("--json", json, "The contacts as one JSON document");
+  AddReadOptions(show, &readOptions, &imei);
+
+  phonepim::tool::ConvertOptions convertOptions;
+  CLI::App* convert =
+      contacts->add_subcommand("convert", "Write the contacts back as vCard 2.1, or as JSON");
+  AddFileArgument(convert, &file);
+  convert->add_option("--to", convertOptions.format, "Output format")
+      ->required()
+      ->check(CLI::IsMember({"vcf", "json"}));
+  convert->add_option("-o,--output", convertOptions.output,
+                      "Write to this file (whole or not at all) instead of standard output");
+  convert->add_option("--photos", convertOptions.photoFolder,
+                      "Also write each photo into this folder, named after the record ID");
+  AddWriterOptions(convert, &writer);
+  AddReadOptions(convert, &readOptions, &imei);
+
+  CLI::App* check = contacts->add_subcommand(
+      "check", "Report what writing each card and reading it again would change");
+  AddFileArgument(check, &file);
+  AddWriterOptions(check, &writer);
+  AddReadOptions(check, &readOptions, &imei);
 
   CLI11_PARSE(app, argc, argv);
 
   if (dump->parsed()) {
-    std::string text;
-    std::string error;
-    if (!ReadInput(dumpFile, &text, &error)) {
-      std::cerr << "phonepim: " << error << '\n';
-      return 2;
-    }
-    try {
-      return phonepim::tool::DumpVersitText(text, dumpFile == "-" ? "<stdin>" : dumpFile,
-                                            dumpOptions, std::cout, std::cerr);
-    } catch (const std::exception& e) {
-      std::cerr << "phonepim: " << dumpFile << ": " << e.what() << '\n';
-      return 3;
-    }
+    return RunOnFile(file, [&](const std::string& text, const std::string& source) {
+      return phonepim::tool::DumpVersitText(text, source, dumpOptions, std::cout, std::cerr);
+    });
+  }
+  readOptions.imei = phonepim::StringFromASCII(imei);
+  // The escape option changes the reader too, so it is set before any card.
+  phonepim::tool::ApplyWriterOptions(writer);
+  if (show->parsed()) {
+    return RunOnFile(file, [&](const std::string& text, const std::string& source) {
+      return phonepim::tool::ShowContacts(text, source, readOptions, json, std::cout, std::cerr);
+    });
+  }
+  if (convert->parsed()) {
+    convertOptions.writer = writer;
+    return RunOnFile(file, [&](const std::string& text, const std::string& source) {
+      return phonepim::tool::ConvertContacts(text, source, readOptions, convertOptions, std::cout,
+                                             std::cerr);
+    });
+  }
+  if (check->parsed()) {
+    return RunOnFile(file, [&](const std::string& text, const std::string& source) {
+      return phonepim::tool::CheckContacts(text, source, readOptions, writer, std::cout, std::cerr);
+    });
   }
   return 0;
 }
