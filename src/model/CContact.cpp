@@ -372,6 +372,11 @@ CMessengerID* CContact::NewMessengerID(const char* messengerID, std::uint32_t me
   return m_arrMessenger.New(messengerID, messengerType, theID);
 }
 
+CMessengerID* CContact::NewMessengerID(String messengerID, std::uint32_t messengerType,
+                                       std::int32_t theID) {
+  return m_arrMessenger.New(std::move(messengerID), messengerType, theID);
+}
+
 CMessengerID* CContact::GetMessengerID(int nIndex) {
   return m_arrMessenger.Get(nIndex, "nIndex < [self GetMessengerIDCount]", __func__);
 }
@@ -388,6 +393,10 @@ CNote* CContact::NewNotes() { return m_arrNotes.New(); }
 
 CNote* CContact::NewNotes(const char* note, std::int32_t theID) {
   return m_arrNotes.New(note, theID);
+}
+
+CNote* CContact::NewNotes(String note, std::int32_t theID) {
+  return m_arrNotes.New(std::move(note), theID);
 }
 
 CNote* CContact::GetNotes(int nIndex) {
@@ -413,6 +422,11 @@ CEmail* CContact::NewEmail(const char* email, std::uint32_t emailType, std::int3
   return m_arrEmail.New(email, emailType, theID, std::move(Label));
 }
 
+CEmail* CContact::NewEmail(String email, std::uint32_t emailType, std::int32_t theID,
+                           std::shared_ptr<const String> Label) {
+  return m_arrEmail.New(std::move(email), emailType, theID, std::move(Label));
+}
+
 CEmail* CContact::GetEmail(int nIndex) {
   return m_arrEmail.Get(nIndex, "nIndex < [self GetEmailCount]", __func__);
 }
@@ -429,6 +443,10 @@ CURL* CContact::NewURL() { return m_arrURL.New(); }
 
 CURL* CContact::NewURL(const char* url, std::uint32_t urlType, std::int32_t theID) {
   return m_arrURL.New(url, urlType, theID);
+}
+
+CURL* CContact::NewURL(String url, std::uint32_t urlType, std::int32_t theID) {
+  return m_arrURL.New(std::move(url), urlType, theID);
 }
 
 CURL* CContact::GetURL(int nIndex) {

@@ -11,6 +11,9 @@ CItem::CItem() : Data_(std::make_shared<const String>()) {}
 CItem::CItem(const char* data, std::uint32_t param, std::int32_t theID)
     : thisID_(theID), Param_(param), Data_(model_detail::TextObjectFromUTF8(data)) {}
 
+CItem::CItem(String data, std::uint32_t param, std::int32_t theID)
+    : thisID_(theID), Param_(param), Data_(std::make_shared<const String>(std::move(data))) {}
+
 CItem::~CItem() = default;
 
 void CItem::SetValue(const char* data) { Data_ = model_detail::TextObjectFromUTF8(data); }

@@ -345,17 +345,14 @@ bool HasNul(const String& text) {
   return false;
 }
 
-// The element creators take UTF-8 C strings: an element holds its text up
-// to the first U+0000, and an empty text when the value could not be
-// decoded. The reader makes the element empty and sets that text directly,
-// sparing the trip through UTF-8.
-template <class Element>
-void SetText(Element* element, std::optional<String> text) {
-  if (!text) return;
-  // A U+0000 is rare; looking for one without stopping early lets the
-  // compiler take many units at a time.
+// The text an element keeps of a decoded value: up to the first U+0000, as
+// for the creators that take C strings, and empty when the value could not
+// be decoded. Handing the element the decoded text spares a trip through
+// UTF-8 and a value object made empty only to be replaced.
+String ElementText(std::optional<String> text) {
+  if (!text) return String();
   if (HasNul(*text)) text->resize(text->find(u'\0'));
-  element->setDataWithString(std::move(*text));
+  return std::move(*text);
 }
 
 // Removes the backslash of every "\<c>" pair, in one pass from the left.
@@ -382,10 +379,8 @@ void StoreTelephone(vCard::vCardParseData& d) {
 }
 
 void StoreEmail(vCard::vCardParseData& d) {
-  CEmail* email = (d.typeFlags & kEmailTypeCustom) != 0
-                      ? d.pContact->NewEmail(nullptr, d.typeFlags, -1, d.customLabel)
-                      : d.pContact->NewEmail(nullptr, d.typeFlags, -1);
-  SetText(email, DecodeText(d, false));
+  d.pContact->NewEmail(ElementText(DecodeText(d, false)), d.typeFlags, -1,
+                       (d.typeFlags & kEmailTypeCustom) != 0 ? d.customLabel : nullptr);
 }
 
 void StoreReadingName(vCard::vCardParseData& d) {
@@ -558,7 +553,7 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
           StoreEmail(d);
           break;
         case kvCardPropertyURL:
-          SetText(contact.NewURL(nullptr, d.typeFlags, -1), DecodeText(d, true));
+          contact.NewURL(ElementText(DecodeText(d, true)), d.typeFlags, -1);
           break;
         case kvCardPropertyADR: {
           CPostalAddress* address = contact.NewAddress(
@@ -568,7 +563,7 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
           break;
         }
         case kvCardPropertyNOTE:
-          SetText(contact.NewNotes(nullptr, -1), DecodeText(d, true));
+          contact.NewNotes(ElementText(DecodeText(d, true)), -1);
           break;
         case kvCardPropertyTITLE:
           contact.SetTitle(DecodeText(d, true));
@@ -600,7 +595,7 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
           ParseGroups(text, len, &contact.Groups());
           break;
         case kvCardPropertyIM:
-          SetText(contact.NewMessengerID(nullptr, d.typeFlags, -1), DecodeText(d, true));
+          contact.NewMessengerID(ElementText(DecodeText(d, true)), d.typeFlags, -1);
           break;
         case kvCardPropertySPEEDDIAL:
           StoreSpeedDial(d);

@@ -241,5 +241,24 @@ TEST(contact_element_creators, pass_their_arguments_to_the_element) {
   EXPECT_EQ(url->GetType(), 2u);
 }
 
+// Text already decoded is kept as it is, where a C string stops at its NUL.
+TEST(contact_element_creators, decoded_text_is_kept_whole) {
+  CContact contact(u"Contact");
+  const std::shared_ptr<const String> label = std::make_shared<const String>(u"Desk");
+  const String withNul(u"a\0b", 3);
+  const CEmail* email = contact.NewEmail(withNul, 0x10, 8, label);
+  EXPECT_EQ(email->GetEmail(), withNul);
+  EXPECT_EQ(email->GetType(), 0x10u);
+  EXPECT_EQ(email->thisID(), 8);
+  EXPECT_EQ(email->GetLabel(), label);
+  EXPECT_EQ(contact.NewNotes(withNul, 3)->GetNote(), withNul);
+  EXPECT_EQ(contact.NewURL(withNul, 2, 1)->GetURL(), withNul);
+  const CMessengerID* im = contact.NewMessengerID(String(u"\uFFFF"), 0x40, 2);
+  EXPECT_EQ(im->GetMessengerID(), u"\uFFFF");
+  EXPECT_EQ(im->GetType(), 0x40u);
+  EXPECT_EQ(contact.GetEmailCount(), 1);
+  EXPECT_EQ(contact.NewNotes("a\0b", 4)->GetNote(), u"a");
+}
+
 }  // namespace
 }  // namespace phonepim

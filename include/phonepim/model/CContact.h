@@ -415,6 +415,9 @@ class CContact : public CVObject {
   // element and ignores anything else. DeleteAll... (all but notes) drops the
   // list: afterwards the count is 0 and creators return an element that is
   // owned by the contact but not counted. DeleteAllNotes only empties.
+  // Creators take text as a UTF-8 C string (up to its NUL; invalid UTF-8
+  // gives an empty text) or, for e-mail addresses, web addresses, messenger
+  // IDs and notes, as a String already decoded, kept as it is.
 
   /// Postal addresses. The one-string form puts the text into Street.
   CPostalAddress* NewAddress();
@@ -466,6 +469,8 @@ class CContact : public CVObject {
   CMessengerID* NewMessengerID();
   CMessengerID* NewMessengerID(const char* messengerID, std::uint32_t messengerType,
                                std::int32_t theID);
+  CMessengerID* NewMessengerID(String messengerID, std::uint32_t messengerType,
+                               std::int32_t theID);
   CMessengerID* GetMessengerID(int nIndex);
   const CMessengerID* GetMessengerID(int nIndex) const;
   int GetMessengerIDCount() const { return m_arrMessenger.Count(); }
@@ -476,6 +481,7 @@ class CContact : public CVObject {
   /// Notes.
   CNote* NewNotes();
   CNote* NewNotes(const char* note, std::int32_t theID);
+  CNote* NewNotes(String note, std::int32_t theID);
   CNote* GetNotes(int nIndex);
   const CNote* GetNotes(int nIndex) const;
   int GetNotesCount() const { return m_arrNotes.Count(); }
@@ -488,6 +494,8 @@ class CContact : public CVObject {
   CEmail* NewEmail(const char* email, std::uint32_t emailType, std::int32_t theID);
   CEmail* NewEmail(const char* email, std::uint32_t emailType, std::int32_t theID,
                    std::shared_ptr<const String> Label);
+  CEmail* NewEmail(String email, std::uint32_t emailType, std::int32_t theID,
+                   std::shared_ptr<const String> Label);
   CEmail* GetEmail(int nIndex);
   const CEmail* GetEmail(int nIndex) const;
   int GetEmailCount() const { return m_arrEmail.Count(); }
@@ -498,6 +506,7 @@ class CContact : public CVObject {
   /// Web addresses.
   CURL* NewURL();
   CURL* NewURL(const char* url, std::uint32_t urlType, std::int32_t theID);
+  CURL* NewURL(String url, std::uint32_t urlType, std::int32_t theID);
   CURL* GetURL(int nIndex);
   const CURL* GetURL(int nIndex) const;
   int GetURLCount() const { return m_arrURL.Count(); }

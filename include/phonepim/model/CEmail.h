@@ -23,6 +23,9 @@ class CEmail : public CItem {
   /// Address, type, ID and a custom label (null for none).
   CEmail(const char* email, std::uint32_t emailType, std::int32_t theID,
          std::shared_ptr<const String> Label);
+  /// The same from an address already decoded.
+  CEmail(String email, std::uint32_t emailType, std::int32_t theID,
+         std::shared_ptr<const String> Label);
 
   const String& GetEmail() const { return Data(); }
   void SetEmail(const String& email) { setDataWithString(email); }

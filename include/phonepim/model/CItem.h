@@ -28,6 +28,9 @@ class CItem {
   CItem();
   /// Data from the UTF-8 C string `data`, Param = `param`, thisID = `theID`.
   CItem(const char* data, std::uint32_t param, std::int32_t theID);
+  /// Data holding `data` as it is (a U+0000 included), for callers that
+  /// already hold the text decoded.
+  CItem(String data, std::uint32_t param, std::int32_t theID);
   virtual ~CItem();
 
   /// The copy shares the original's value object. There is no separate

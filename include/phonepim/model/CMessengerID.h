@@ -18,6 +18,8 @@ class CMessengerID : public CItem {
   explicit CMessengerID(const char* messengerID);
   /// Account, type and ID.
   CMessengerID(const char* messengerID, std::uint32_t messengerType, std::int32_t theID);
+  /// The same from an account name already decoded.
+  CMessengerID(String messengerID, std::uint32_t messengerType, std::int32_t theID);
 
   const String& GetMessengerID() const { return Data(); }
   /// Sets the account name. (Named as for telephone numbers.)

@@ -17,6 +17,8 @@ class CNote : public CItem {
   explicit CNote(const char* note);
   /// The note and its ID; type 0.
   CNote(const char* note, std::int32_t theID);
+  /// The same from a text already decoded.
+  CNote(String note, std::int32_t theID);
 
   const String& GetNote() const { return Data(); }
   void SetNote(const String& note) { setDataWithString(note); }

@@ -17,6 +17,8 @@ class CURL : public CItem {
   explicit CURL(const char* url);
   /// Address, type and ID.
   CURL(const char* url, std::uint32_t urlType, std::int32_t theID);
+  /// The same from an address already decoded.
+  CURL(String url, std::uint32_t urlType, std::int32_t theID);
 
   const String& GetURL() const { return Data(); }
   void SetURL(const String& url) { setDataWithString(url); }
