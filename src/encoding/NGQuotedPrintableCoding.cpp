@@ -387,9 +387,20 @@ bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
     if (!next(lead)) break;
     if (lead < 0x80) {
       *d++ = static_cast<char16_t>(lead);
-    } else if (!utf8::DecodeSequence(lead, next, d)) {
-      return false;
+      continue;
     }
+    // "=C3=BC": a two-byte character, both bytes escaped, the common case
+    // of accented Latin, Greek and Cyrillic names.
+    if (lead >= 0xC2 && lead <= 0xDF && end - p >= 3 && p[0] == '=') {
+      const int high = hexToChar(p[1]);
+      const int low = hexToChar(p[2]);
+      if ((high | low) >= 0 && (high & 0xC) == 0x8) {
+        *d++ = static_cast<char16_t>(((lead & 0x1F) << 6) | ((high & 0x3) << 4) | low);
+        p += 3;
+        continue;
+      }
+    }
+    if (!utf8::DecodeSequence(lead, next, d)) return false;
   }
   if (!plain) return false;
   out->resize(static_cast<std::size_t>(d - out->data()));

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace phonepim {
 namespace {
@@ -96,6 +97,26 @@ std::size_t Base64DecodeRun(const char* text, std::size_t n, unsigned char* out)
   return static_cast<std::size_t>(out - begin);
 }
 
+namespace {
+
+// The six bits of each byte already in their place in a group's 24 bits,
+// one table per place, and kNotAlphabet (above the 24 bits) for the bytes
+// outside the alphabet: a group is four loads and three ORs.
+constexpr std::uint32_t kNotAlphabet = 1u << 24;
+constexpr std::array<std::uint32_t, 256> MakePlacedSextets(int shift) {
+  std::array<std::uint32_t, 256> table{};
+  for (std::size_t c = 0; c < 256; ++c) {
+    table[c] = pr2six[c] < 64 ? static_cast<std::uint32_t>(pr2six[c]) << shift : kNotAlphabet;
+  }
+  return table;
+}
+constexpr std::array<std::uint32_t, 256> kSextet0 = MakePlacedSextets(18);
+constexpr std::array<std::uint32_t, 256> kSextet1 = MakePlacedSextets(12);
+constexpr std::array<std::uint32_t, 256> kSextet2 = MakePlacedSextets(6);
+constexpr std::array<std::uint32_t, 256> kSextet3 = MakePlacedSextets(0);
+
+}  // namespace
+
 std::size_t Base64DecodePrefix(const char* text, std::size_t n, unsigned char* out) {
   const auto* in = reinterpret_cast<const unsigned char*>(text);
   unsigned char* const begin = out;
@@ -103,12 +124,12 @@ std::size_t Base64DecodePrefix(const char* text, std::size_t n, unsigned char* o
   // Whole groups while all four are alphabet bytes: finding where the data
   // ends and decoding it is one pass.
   while (n - i >= 4) {
-    const unsigned a = pr2six[in[i]], b = pr2six[in[i + 1]];
-    const unsigned c = pr2six[in[i + 2]], d = pr2six[in[i + 3]];
-    if ((a | b | c | d) >= 64) break;
-    out[0] = static_cast<unsigned char>((a << 2) | (b >> 4));
-    out[1] = static_cast<unsigned char>((b << 4) | (c >> 2));
-    out[2] = static_cast<unsigned char>((c << 6) | d);
+    const std::uint32_t group = kSextet0[in[i]] | kSextet1[in[i + 1]] |
+                                kSextet2[in[i + 2]] | kSextet3[in[i + 3]];
+    if (group >= kNotAlphabet) break;
+    out[0] = static_cast<unsigned char>(group >> 16);
+    out[1] = static_cast<unsigned char>(group >> 8);
+    out[2] = static_cast<unsigned char>(group);
     i += 4;
     out += 3;
   }

@@ -25,6 +25,7 @@
 #include "phonepim/model/CTelephoneNumber.h"
 #include "phonepim/model/CURL.h"
 #include "phonepim/model/CVObject.h"
+#include "phonepim/model/ElementVector.h"
 #include "phonepim/platform/Assert.h"
 #include "phonepim/platform/String.h"
 #include "phonepim/platform/Value.h"
@@ -63,11 +64,11 @@ class ContactElementList {
   T* New(Args&&... args) {
     auto element = std::make_unique<T>(std::forward<Args>(args)...);
     T* borrowed = element.get();
-    std::vector<std::unique_ptr<T>>& list = items_ ? *items_ : parked_;
-    // A card read from a phone has a few numbers, rarely one: room for four
-    // at once spares the growth steps 1, 2, 4.
-    if (list.capacity() == 0) list.reserve(4);
-    list.push_back(std::move(element));
+    if (items_) {
+      items_->push_back(std::move(element));
+    } else {
+      parked_.push_back(std::move(element));
+    }
     return borrowed;
   }
 
@@ -91,16 +92,16 @@ class ContactElementList {
   /// Removes and destroys the element at `nIndex`, with the check of Get().
   void DeleteAt(int nIndex, const char* text, const char* function) {
     Check(nIndex, text, function);
-    items_->erase(items_->begin() + nIndex);
+    items_->erase(static_cast<std::size_t>(nIndex));
   }
 
   /// Removes and destroys `element` when the list holds that very element;
   /// anything else (null, an element of another list) changes nothing.
   void Delete(const T* element) {
     if (!items_ || element == nullptr) return;
-    for (auto it = items_->begin(); it != items_->end(); ++it) {
-      if (it->get() == element) {
-        items_->erase(it);
+    for (std::size_t i = 0; i < items_->size(); ++i) {
+      if ((*items_)[i].get() == element) {
+        items_->erase(i);
         return;
       }
     }
@@ -124,8 +125,8 @@ class ContactElementList {
     }
     items_.emplace();
     items_->reserve(other.items_->size());
-    for (const auto& element : *other.items_) {
-      items_->push_back(std::make_unique<T>(*element));
+    for (std::size_t i = 0; i < other.items_->size(); ++i) {
+      items_->push_back(std::make_unique<T>(*(*other.items_)[i]));
     }
   }
 
@@ -136,7 +137,7 @@ class ContactElementList {
     }
   }
 
-  std::optional<std::vector<std::unique_ptr<T>>> items_{std::in_place};
+  std::optional<model_detail::ElementVector<T>> items_{std::in_place};
   std::vector<std::unique_ptr<T>> parked_;
 };
 
