@@ -341,11 +341,15 @@ int NGDecodeQuotedPrintableX(const char* src, unsigned int srcLen, char* dst,
   return static_cast<int>(j);
 }
 
-bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
-  out->assign(len, u'\0');  // a byte of text gives at most one unit
+namespace {
+
+// The decoding of DecodeQuotedPrintableUTF8 into `out`, which has room for
+// `len` units (a byte of text gives at most one). Returns the number of
+// units, or -1 when the text needs the general path.
+std::ptrdiff_t DecodeQuotedPrintableUTF8Into(const char* text, std::size_t len, char16_t* out) {
   const auto* p = reinterpret_cast<const unsigned char*>(text);
   const unsigned char* const end = p + len;
-  char16_t* d = out->data();
+  char16_t* d = out;
   bool plain = true;  // false once an escape is not one
   const auto next = [&p, end, &plain](unsigned& byte) {
     if (p == end) return false;
@@ -400,10 +404,29 @@ bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
         continue;
       }
     }
-    if (!utf8::DecodeSequence(lead, next, d)) return false;
+    if (!utf8::DecodeSequence(lead, next, d)) return -1;
   }
-  if (!plain) return false;
-  out->resize(static_cast<std::size_t>(d - out->data()));
+  return plain ? d - out : -1;
+}
+
+}  // namespace
+
+bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
+  // Names and address parts are short, and their encoded form is longer
+  // than their text ("M=C3=BCller" is "Müller"): decoded on the stack, a
+  // text that fits the string's own buffer costs no allocation.
+  constexpr std::size_t kStackUnits = 64;
+  if (len <= kStackUnits) {
+    char16_t buffer[kStackUnits];
+    const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, buffer);
+    if (n < 0) return false;
+    out->assign(buffer, static_cast<std::size_t>(n));
+    return true;
+  }
+  out->assign(len, u'\0');
+  const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, out->data());
+  if (n < 0) return false;
+  out->resize(static_cast<std::size_t>(n));
   return true;
 }
 
