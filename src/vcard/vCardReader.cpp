@@ -371,9 +371,8 @@ String ElementText(std::optional<String> text) {
 
 // Removes the backslash of every "\<c>" pair, in one pass from the left.
 void UnescapeInPlace(std::string& s, char c) {
-  std::size_t out = s.find('\\');
-  if (out == std::string::npos) return;
-  for (std::size_t i = out; i < s.size(); ++i) {
+  std::size_t out = 0;
+  for (std::size_t i = 0; i < s.size(); ++i) {
     if (s[i] == '\\' && i + 1 < s.size() && s[i + 1] == c) ++i;
     s[out++] = s[i];
   }
@@ -383,8 +382,10 @@ void UnescapeInPlace(std::string& s, char c) {
 void StoreTelephone(vCard::vCardParseData& d) {
   // Numbers are read as plain UTF-8 whatever the parameters say; only the
   // separators that the phones escape are unescaped.
-  UnescapeInPlace(d.value, ',');
-  UnescapeInPlace(d.value, ';');
+  if (d.value.find('\\') != std::string::npos) {
+    UnescapeInPlace(d.value, ',');
+    UnescapeInPlace(d.value, ';');
+  }
   if ((d.typeFlags & kTelephoneTypeCustom) != 0) {
     d.pContact->NewTelephone(d.value.c_str(), d.typeFlags, -1, d.customLabel);
   } else {
