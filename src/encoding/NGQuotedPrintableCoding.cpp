@@ -11,6 +11,7 @@
 #include "phonepim/platform/Assert.h"
 #include "encoding/QuotedPrintableUTF8.h"
 #include "platform/UTF8Decoding.h"
+#include "platform/UTF8Encoding.h"
 
 namespace phonepim {
 namespace {
@@ -428,6 +429,49 @@ bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
   if (n < 0) return false;
   out->resize(static_cast<std::size_t>(n));
   return true;
+}
+
+void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out) {
+  // Worst case per unit: three bytes (a pair's four stand for two units),
+  // each "=XX", and a soft break "=\r\n" every 22 escapes. The scratch
+  // keeps its room from value to value.
+  thread_local String scratch;
+  const std::size_t room = text.size() * 10 + 3;
+  if (scratch.size() < room) scratch.resize(room);
+  char16_t* const first = scratch.data();
+  char16_t* d = first;
+  int column = 0;
+  const std::size_t count = text.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    unsigned char bytes[4];
+    const int n = utf8::EncodeCharacter(text.data(), count, &i, bytes);
+    const bool lastCharacter = i + 1 == count;
+    for (int k = 0; k < n; ++k) {
+      // STL_QPEncode's rule for each byte (no dot stuffing, space escaped).
+      const unsigned char c = bytes[k];
+      const bool literal = kAlwaysLiteral[c] || (c == '\t' && column < kWhiteSpaceColumn);
+      if (literal) {
+        *d++ = c;
+        ++column;
+      } else {
+        d[0] = u'=';
+        d[1] = static_cast<char16_t>(s_chHexChars[c >> 4]);
+        d[2] = static_cast<char16_t>(s_chHexChars[c & 0x0F]);
+        d += 3;
+        column += 3;
+      }
+      if (column > kMaxColumn && !(lastCharacter && k + 1 == n)) {
+        d[0] = u'=';
+        d[1] = u'\r';
+        d[2] = u'\n';
+        d += 3;
+        column = 0;
+      }
+    }
+  }
+  out->assign(first, static_cast<std::size_t>(d - first));
+  // A long note must not pin its size for the rest of the address book.
+  if (scratch.size() > 64 * 1024) String().swap(scratch);
 }
 
 int NGDecodeQuotedPrintable(const char* src, unsigned int srcLen, char* dst,

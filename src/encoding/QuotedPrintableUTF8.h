@@ -1,8 +1,9 @@
-// Quoted-printable UTF-8 text straight to UTF-16: the readers' common case
-// in one pass. Private to the library.
+// Quoted-printable UTF-8 text straight from and to UTF-16: the common case
+// of the readers and the writers, in one pass. Private to the library.
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 #include "phonepim/platform/String.h"
 
@@ -15,5 +16,10 @@ namespace phonepim {
 /// or not hexadecimal, bytes that are not UTF-8): the caller then takes the
 /// two steps, whose rules decide those cases.
 bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out);
+
+/// The text of STL_QPEncode (no flags) of the UTF-8 form of `text`, an
+/// unpaired surrogate written as U+FFFD, in one pass and without the
+/// intermediate bytes.
+void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out);
 
 }  // namespace phonepim

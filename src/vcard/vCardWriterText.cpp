@@ -8,6 +8,8 @@
 #include "phonepim/encoding/NGQuotedPrintableCoding.h"
 #include "phonepim/model/CCustomType.h"
 #include "phonepim/vcard/vCard.h"
+#include "encoding/QuotedPrintableUTF8.h"
+#include "platform/UTF8Encoding.h"
 
 namespace phonepim::vcard_writer {
 namespace {
@@ -24,8 +26,8 @@ constexpr std::size_t kLongestDirectValue = 100'000'000;
 // literal only early in a line).
 bool IsLiteral(char16_t unit) { return unit >= u'!' && unit <= u'~' && unit != u'='; }
 
-bool IsHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+using utf8::IsHighSurrogate;
+using utf8::IsLowSurrogate;
 
 char16_t AsciiUpper(char16_t unit) {
   return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - (u'a' - u'A')) : unit;
@@ -60,24 +62,9 @@ std::string Utf8Of(std::u16string_view text) {
   char* const first = bytes.data();
   char* out = first;
   for (std::size_t i = 0; i < count; ++i) {
-    std::uint32_t c = units[i];
-    if (c < 0x80) {
-      *out++ = static_cast<char>(c);
-    } else if (c < 0x800) {
-      *out++ = static_cast<char>(0xC0 | (c >> 6));
-      *out++ = static_cast<char>(0x80 | (c & 0x3F));
-    } else if (IsHighSurrogate(units[i]) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
-      c = 0x10000 + ((c - 0xD800) << 10) + (units[++i] - 0xDC00u);
-      *out++ = static_cast<char>(0xF0 | (c >> 18));
-      *out++ = static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-      *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      *out++ = static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-      if (IsHighSurrogate(units[i]) || IsLowSurrogate(units[i])) c = 0xFFFD;
-      *out++ = static_cast<char>(0xE0 | (c >> 12));
-      *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      *out++ = static_cast<char>(0x80 | (c & 0x3F));
-    }
+    unsigned char encoded[4];
+    const int n = utf8::EncodeCharacter(units, count, &i, encoded);
+    for (int k = 0; k < n; ++k) *out++ = static_cast<char>(encoded[k]);
   }
   bytes.resize(static_cast<std::size_t>(out - first));
   return bytes;
@@ -90,14 +77,9 @@ String EncodeText(const String& text, bool escape) {
   // them gives the very same text.
   if (text.size() <= kLongestUnbrokenLine && std::all_of(text.begin(), text.end(), IsLiteral)) {
     encoded = text;
-  } else if (const std::string utf8 = Utf8Of(text); utf8.size() <= kLongestDirectValue) {
-    // QPEncode's own steps, STL_QPEncode of the UTF-8 bytes, without its
-    // three intermediate copies.
-    unsigned long length = static_cast<unsigned long>(
-        QPEncodeGetRequiredLength(static_cast<int>(utf8.size())));
-    std::string qp(length, '\0');
-    STL_QPEncode(utf8.data(), utf8.size(), qp.data(), &length, 0);
-    encoded.assign(qp.begin(), qp.begin() + static_cast<std::ptrdiff_t>(length));
+  } else if (text.size() <= kLongestDirectValue / 3) {
+    // QPEncode's own steps, STL_QPEncode of the UTF-8 bytes, in one pass.
+    EncodeQuotedPrintableUTF8(text, &encoded);
   } else {
     encoded = QPEncode(WithoutLoneSurrogates(text)).value_or(String());
   }

@@ -88,3 +88,43 @@ TEST(quoted_printable_utf8_random, agrees_with_the_two_steps) {
 
 }  // namespace
 }  // namespace phonepim
+
+namespace phonepim {
+namespace {
+
+// The one-pass writer against STL_QPEncode of the UTF-8 bytes (an unpaired
+// surrogate as U+FFFD): random texts long enough to break lines at every
+// column, with tabs around the column where they stop being literal.
+TEST(quoted_printable_utf8_encode, agrees_with_stl_qpencode) {
+  static constexpr char16_t kUnits[] = {u'a', u' ', u'\t', u'=', u'.', u'~', u'!', u'\r',
+                                        u'\n', 0xE9, 0x3042, 0xD83D, 0xDE00, 0x7F};
+  std::mt19937 random(68);
+  std::uniform_int_distribution<std::size_t> pick(0, std::size(kUnits) - 1);
+  std::uniform_int_distribution<int> length(0, 140);
+  for (int round = 0; round < 20000; ++round) {
+    String text;
+    for (int i = length(random); i > 0; --i) text += kUnits[pick(random)];
+    String paired = text;
+    for (std::size_t i = 0; i < paired.size(); ++i) {
+      const bool high = paired[i] >= 0xD800 && paired[i] <= 0xDBFF;
+      const bool low = paired[i] >= 0xDC00 && paired[i] <= 0xDFFF;
+      if (high && i + 1 < paired.size() && paired[i + 1] >= 0xDC00 && paired[i + 1] <= 0xDFFF) {
+        ++i;
+      } else if (high || low) {
+        paired[i] = 0xFFFD;
+      }
+    }
+    const std::string bytes = *BytesFromString(paired, StringEncoding::UTF8);
+    unsigned long length = static_cast<unsigned long>(
+        QPEncodeGetRequiredLength(static_cast<int>(bytes.size())));
+    std::string expected(length, '\0');
+    ASSERT_EQ(STL_QPEncode(bytes.data(), bytes.size(), expected.data(), &length, 0), 1);
+    expected.resize(length);
+    String actual;
+    EncodeQuotedPrintableUTF8(text, &actual);
+    ASSERT_EQ(actual, String(expected.begin(), expected.end())) << bytes;
+  }
+}
+
+}  // namespace
+}  // namespace phonepim
