@@ -34,7 +34,6 @@ struct PropertyName {
   int id;
 };
 
-// Sorted, so that the names sharing a first letter stand together.
 constexpr PropertyName kPropertyNames[] = {
     {"ADR", kvCardPropertyADR},
     {"BDAY", kvCardPropertyBDAY},
@@ -83,29 +82,39 @@ bool SameWord(std::string_view word, const char* text) {
   return text[word.size()] == '\0';
 }
 
-// For each first letter, the range of kPropertyNames that starts with it:
-// a name is compared with two or three candidates, not with all of them.
-struct LetterRange {
-  std::uint8_t begin = 0;
-  std::uint8_t end = 0;
-};
-constexpr std::array<LetterRange, 256> kPropertiesByLetter = [] {
-  std::array<LetterRange, 256> ranges{};
+// A perfect hash of the property names over their first and last letters
+// and their length (the constants were searched for that; the table below
+// fails to compile if a name is added that collides): a name is looked up
+// with one comparison.
+constexpr std::size_t PropertyHash(unsigned char first, unsigned char last, std::size_t length) {
+  return (first * 2u + last * 53u + length * 7u) & 127u;
+}
+
+constexpr std::array<std::int8_t, 128> kPropertySlots = [] {
+  std::array<std::int8_t, 128> slots{};
+  for (std::int8_t& slot : slots) slot = -1;
   for (std::size_t i = 0; i < std::size(kPropertyNames); ++i) {
-    LetterRange& range = ranges[static_cast<unsigned char>(kPropertyNames[i].name[0])];
-    if (range.begin == range.end) range.begin = static_cast<std::uint8_t>(i);
-    range.end = static_cast<std::uint8_t>(i + 1);
+    const std::string_view name = kPropertyNames[i].name;
+    const std::size_t hash = PropertyHash(static_cast<unsigned char>(name.front()),
+                                          static_cast<unsigned char>(name.back()), name.size());
+    if (slots[hash] != -1) throw "two property names share a hash slot";
+    slots[hash] = static_cast<std::int8_t>(i);
   }
-  return ranges;
+  return slots;
 }();
 
 int PropertyIDOf(const char* name) {
-  if (name == nullptr) return kvCardPropertyUnknown;
-  const LetterRange range = kPropertiesByLetter[static_cast<unsigned char>(name[0])];
-  for (std::size_t i = range.begin; i < range.end; ++i) {
-    if (SameWord(kPropertyNames[i].name, name)) return kPropertyNames[i].id;
-  }
-  return kvCardPropertyUnknown;
+  if (name == nullptr || name[0] == '\0') return kvCardPropertyUnknown;
+  std::size_t length = 1;
+  while (name[length] != '\0') ++length;  // names are a few letters
+  const int slot = kPropertySlots[PropertyHash(static_cast<unsigned char>(name[0]),
+                                               static_cast<unsigned char>(name[length - 1]),
+                                               length)];
+  if (slot < 0) return kvCardPropertyUnknown;
+  const PropertyName& entry = kPropertyNames[static_cast<std::size_t>(slot)];
+  return entry.name.size() == length && std::memcmp(entry.name.data(), name, length) == 0
+             ? entry.id
+             : kvCardPropertyUnknown;
 }
 
 // A type word and its bit. A word that `replaces` sets the flags to its bit
