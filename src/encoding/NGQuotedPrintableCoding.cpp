@@ -37,6 +37,23 @@ constexpr std::array<signed char, 256> kHexValues = MakeHexValues();
 
 inline int hexToChar(unsigned char c) { return kHexValues[c]; }
 
+// The byte of an escape "=XY" as one OR of two lookups: the high digit's
+// value already shifted, and 0x100 for a byte that is no digit, so that any
+// result above 0xFF means "not an escape".
+constexpr std::array<std::uint16_t, 256> MakeEscapeDigits(int shift) {
+  std::array<std::uint16_t, 256> table{};
+  for (std::size_t c = 0; c < 256; ++c) {
+    table[c] = kHexValues[c] < 0 ? 0x100 : static_cast<std::uint16_t>(kHexValues[c] << shift);
+  }
+  return table;
+}
+constexpr std::array<std::uint16_t, 256> kEscapeHigh = MakeEscapeDigits(4);
+constexpr std::array<std::uint16_t, 256> kEscapeLow = MakeEscapeDigits(0);
+
+inline unsigned EscapeByte(const unsigned char* digits) {
+  return static_cast<unsigned>(kEscapeHigh[digits[0]] | kEscapeLow[digits[1]]);
+}
+
 // Bytes STL_QPEncode and QPEncode2 copy whatever the column: the test is
 // made on the byte as a signed char, so every byte from 0x80 up is escaped
 // along with the controls, the space, '=' and DEL.
@@ -358,11 +375,10 @@ std::ptrdiff_t DecodeQuotedPrintableUTF8Into(const char* text, std::size_t len, 
       byte = kUnderscoreAsSpaceMap[*p++];
       return true;
     }
-    if (end - p < 3 || hexToChar(p[1]) < 0 || hexToChar(p[2]) < 0) {
+    if (end - p < 3 || (byte = EscapeByte(p + 1)) > 0xFF) {
       plain = false;
       return false;
     }
-    byte = static_cast<unsigned>(hexToChar(p[1]) * 16 + hexToChar(p[2]));
     p += 3;
     return true;
   };
@@ -397,10 +413,9 @@ std::ptrdiff_t DecodeQuotedPrintableUTF8Into(const char* text, std::size_t len, 
     // "=C3=BC": a two-byte character, both bytes escaped, the common case
     // of accented Latin, Greek and Cyrillic names.
     if (lead >= 0xC2 && lead <= 0xDF && end - p >= 3 && p[0] == '=') {
-      const int high = hexToChar(p[1]);
-      const int low = hexToChar(p[2]);
-      if ((high | low) >= 0 && (high & 0xC) == 0x8) {
-        *d++ = static_cast<char16_t>(((lead & 0x1F) << 6) | ((high & 0x3) << 4) | low);
+      const unsigned trail = EscapeByte(p + 1);
+      if ((trail & 0x1C0) == 0x80) {  // a digit pair, and 80..BF
+        *d++ = static_cast<char16_t>(((lead & 0x1F) << 6) | (trail & 0x3F));
         p += 3;
         continue;
       }
