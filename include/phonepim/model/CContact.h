@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -137,7 +138,9 @@ class ContactElementList {
     }
   }
 
-  std::optional<model_detail::ElementVector<T>> items_{std::in_place};
+  // Numbers come several to a card, the other elements one or two.
+  static constexpr std::size_t kInline = std::is_same_v<T, CTelephoneNumber> ? 4 : 2;
+  std::optional<model_detail::ElementVector<T, kInline>> items_{std::in_place};
   std::vector<std::unique_ptr<T>> parked_;
 };
 
