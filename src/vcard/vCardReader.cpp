@@ -255,87 +255,81 @@ bool ContainsCustomMark(const char* text) {
   return false;
 }
 
-void ClassifyTypes(vCard::vCardParseData& d, const TypeRule& rule, char** params) {
-  bool labelRegistered = false;
-  for (char** pair = params; pair[0] != nullptr; pair += 2) {
-    const char* const name = pair[0];
-    const auto word = std::find_if(rule.words.begin(), rule.words.end(),
-                                   [&](const TypeWord& w) { return SameWord(w.word, name); });
-    if (word != rule.words.end()) {
-      d.typeFlags = word->replaces ? word->bit : d.typeFlags | word->bit;
-      continue;
-    }
-    if (rule.custom == CustomParameter::kIgnored ||
-        !ContainsCustomMark(name)) {
-      continue;
-    }
-    if (rule.custom == CustomParameter::kCode) {
-      d.typeFlags |= CCustomType::Inst().ConvertCustomTypeFromString(ParameterString(name));
-    } else {
-      // Every X-CUSTOM parameter of the property joins to the same text, so
-      // it is registered once: a line of thousands of them must not put
-      // thousands of copies of the whole parameter list into the table,
-      // which keeps them for the life of the process.
-      if (!labelRegistered) {
-        std::optional<String> label = CCustomType::Inst().ConvertCustomStrFromString(
-            ParameterString(JoinCustomLabel(params)));
-        d.customLabel = label ? std::make_shared<const String>(std::move(*label)) : nullptr;
-        labelRegistered = true;
-      }
-      d.typeFlags |= rule.customBit;
-    }
+// A type word of `rule`, or an "X-CUSTOM(...)" parameter, in `name`.
+// Every X-CUSTOM parameter of a property joins to the same label text, so it
+// is registered once (`labelRegistered`): a line of thousands of them must
+// not put thousands of copies of the whole parameter list into the table,
+// which keeps them for the life of the process.
+void ClassifyTypeWord(vCard::vCardParseData& d, const TypeRule& rule, const char* name,
+                      char** params, bool& labelRegistered) {
+  const auto word = std::find_if(rule.words.begin(), rule.words.end(),
+                                 [&](const TypeWord& w) { return SameWord(w.word, name); });
+  if (word != rule.words.end()) {
+    d.typeFlags = word->replaces ? word->bit : d.typeFlags | word->bit;
+    return;
+  }
+  if (rule.custom == CustomParameter::kIgnored || !ContainsCustomMark(name)) return;
+  if (rule.custom == CustomParameter::kCode) {
+    d.typeFlags |= CCustomType::Inst().ConvertCustomTypeFromString(ParameterString(name));
+    return;
+  }
+  if (!labelRegistered) {
+    std::optional<String> label = CCustomType::Inst().ConvertCustomStrFromString(
+        ParameterString(JoinCustomLabel(params)));
+    d.customLabel = label ? std::make_shared<const String>(std::move(*label)) : nullptr;
+    labelRegistered = true;
+  }
+  d.typeFlags |= rule.customBit;
+}
+
+// CHARSET=..., ENCODING=... and the bare QUOTED-PRINTABLE and BASE64:
+// recorded, and true, when `parameter` is one of them. One jump on the
+// first letter sends the type words past them.
+bool ClassifyEncodingWord(vCard::vCardParseData& d, const char* parameter, const char* value) {
+  switch (parameter[0]) {
+    case 'C':
+      if (!SameWord("CHARSET", parameter)) return false;
+      d.charset = value == nullptr                ? kCharsetOther
+                  : SameWord("UTF-8", value)      ? kCharsetUTF8
+                  : SameWord("SHIFT_JIS", value)  ? kCharsetShiftJIS
+                                                  : kCharsetOther;
+      return true;
+    case 'E':
+      if (!SameWord("ENCODING", parameter)) return false;
+      d.encoding = value == nullptr                       ? kEncodingUnknown
+                   : SameWord("QUOTED-PRINTABLE", value)  ? kEncodingQuotedPrintable
+                   : SameWord("BASE64", value)            ? kEncodingBase64
+                                                          : kEncodingUnknown;
+      return true;
+    case 'Q':
+      if (value != nullptr || !SameWord("QUOTED-PRINTABLE", parameter)) return false;
+      d.encoding = kEncodingQuotedPrintable;
+      return true;
+    case 'B':
+      if (value != nullptr || !SameWord("BASE64", parameter)) return false;
+      d.encoding = kEncodingBase64;
+      return true;
+    default:
+      return false;
   }
 }
 
 void ClassifyProperty(vCard::vCardParseData& d, const char* name, char** params) {
-  d.propertyID = kvCardPropertyNone;
   d.charset = kCharsetNone;
   d.encoding = kEncodingNone;
   d.typeFlags = 0;
   d.customLabel.reset();
   d.value.clear();
   d.hasValue = false;
-
-  static char* const kNoParameters[2] = {nullptr, nullptr};
-  if (params == nullptr) params = const_cast<char**>(kNoParameters);
-
-  for (char** pair = params; pair[0] != nullptr; pair += 2) {
-    const char* const parameter = pair[0];
-    const char* const value = pair[1];
-    // Most parameters are type words; one jump on the first letter sends
-    // them past the four encoding words.
-    switch (parameter[0]) {
-      case 'C':
-        if (SameWord("CHARSET", parameter)) {
-          d.charset = value == nullptr                ? kCharsetOther
-                      : SameWord("UTF-8", value)      ? kCharsetUTF8
-                      : SameWord("SHIFT_JIS", value)  ? kCharsetShiftJIS
-                                                      : kCharsetOther;
-        }
-        break;
-      case 'E':
-        if (SameWord("ENCODING", parameter)) {
-          d.encoding = value == nullptr                       ? kEncodingUnknown
-                       : SameWord("QUOTED-PRINTABLE", value)  ? kEncodingQuotedPrintable
-                       : SameWord("BASE64", value)            ? kEncodingBase64
-                                                              : kEncodingUnknown;
-        }
-        break;
-      case 'Q':
-        if (value == nullptr && SameWord("QUOTED-PRINTABLE", parameter)) {
-          d.encoding = kEncodingQuotedPrintable;
-        }
-        break;
-      case 'B':
-        if (value == nullptr && SameWord("BASE64", parameter)) d.encoding = kEncodingBase64;
-        break;
-      default:
-        break;
-    }
-  }
-
   d.propertyID = PropertyIDOf(name);
-  if (const TypeRule* rule = TypeRuleOf(d.propertyID)) ClassifyTypes(d, *rule, params);
+
+  if (params == nullptr) return;
+  const TypeRule* const rule = TypeRuleOf(d.propertyID);
+  bool labelRegistered = false;
+  for (char** pair = params; pair[0] != nullptr; pair += 2) {
+    if (ClassifyEncodingWord(d, pair[0], pair[1])) continue;
+    if (rule != nullptr) ClassifyTypeWord(d, *rule, pair[0], params, labelRegistered);
+  }
 }
 
 // --- Storing values ----------------------------------------------------------
