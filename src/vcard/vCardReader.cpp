@@ -112,9 +112,8 @@ int PropertyIDOf(const char* name) {
                                                length)];
   if (slot < 0) return kvCardPropertyUnknown;
   const PropertyName& entry = kPropertyNames[static_cast<std::size_t>(slot)];
-  return entry.name.size() == length && std::memcmp(entry.name.data(), name, length) == 0
-             ? entry.id
-             : kvCardPropertyUnknown;
+  return entry.name.size() == length && SameWord(entry.name, name) ? entry.id
+                                                                   : kvCardPropertyUnknown;
 }
 
 // A type word and its bit. A word that `replaces` sets the flags to its bit
