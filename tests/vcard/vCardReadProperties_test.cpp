@@ -63,6 +63,12 @@ INSTANTIATE_TEST_SUITE_P(
                     "GN=Family; GT=2; GDISPN=My family"},
         PropertyRow{"NOTE;ENCODING=QUOTED-PRINTABLE:one=0D=0A=\r\ntwo\r\nNOTE:three\r\n",
                     "NOTE=one\r\ntwo; NOTE=three"},
+        // An element keeps its text up to a U+0000, wherever it stands.
+        PropertyRow{"NOTE;ENCODING=QUOTED-PRINTABLE:ab=00cd\r\n"
+                    "NOTE;ENCODING=QUOTED-PRINTABLE:0123456789=00x\r\n"
+                    "NOTE;ENCODING=QUOTED-PRINTABLE:0123456=00x\r\n"
+                    "EMAIL;ENCODING=QUOTED-PRINTABLE:a@b.example=00.org\r\n",
+                    "EMAIL(0)=a@b.example; NOTE=ab; NOTE=0123456789; NOTE=0123456"},
         PropertyRow{"URL;WORK;PREF:http://a.example/\r\nX-IM;SKYPE;QQ:me\r\n",
                     "URL(10000002)=http://a.example/; IM(18)=me"},
         // Recognised and dropped, unknown, empty: nothing stored.
