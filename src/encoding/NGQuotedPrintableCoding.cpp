@@ -458,6 +458,19 @@ void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out) {
   int column = 0;
   const std::size_t count = text.size();
   for (std::size_t i = 0; i < count; ++i) {
+    const char16_t unit = text[i];
+    if (unit < 0x80 && kAlwaysLiteral[unit]) {
+      // Most of a text: a printable ASCII character, copied.
+      *d++ = unit;
+      if (++column > kMaxColumn && i + 1 != count) {
+        d[0] = u'=';
+        d[1] = u'\r';
+        d[2] = u'\n';
+        d += 3;
+        column = 0;
+      }
+      continue;
+    }
     unsigned char bytes[4];
     const int n = utf8::EncodeCharacter(text.data(), count, &i, bytes);
     const bool lastCharacter = i + 1 == count;
