@@ -6,13 +6,10 @@
 
 namespace phonepim {
 
-/// Decodes the `n` alphabet bytes at `text` into `out` as Base64decode does
-/// (a last group of one character gives nothing) and returns the number of
-/// bytes written, at most n / 4 * 3 + 2. No terminator is written.
-std::size_t Base64DecodeRun(const char* text, std::size_t n, unsigned char* out);
-
-/// Decodes the leading alphabet bytes of `text` (of `n` bytes), where
-/// Base64decode would stop, in one pass; otherwise as Base64DecodeRun.
+/// Decodes the leading alphabet bytes of `text` (of `n` bytes) into `out`,
+/// in one pass, as Base64decode does (a last group of one character gives
+/// nothing), and returns the number of bytes written, at most
+/// n / 4 * 3 + 2. No terminator is written.
 std::size_t Base64DecodePrefix(const char* text, std::size_t n, unsigned char* out);
 
 }  // namespace phonepim

@@ -456,19 +456,24 @@ void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out) {
   char16_t* const first = scratch.data();
   char16_t* d = first;
   int column = 0;
+  // STL_QPEncode's soft break: after the byte that takes the line past
+  // kMaxColumn, unless it is the last byte.
+  const auto breakLineAfter = [&](bool lastByte) {
+    if (column <= kMaxColumn || lastByte) return;
+    d[0] = u'=';
+    d[1] = u'\r';
+    d[2] = u'\n';
+    d += 3;
+    column = 0;
+  };
   const std::size_t count = text.size();
   for (std::size_t i = 0; i < count; ++i) {
     const char16_t unit = text[i];
     if (unit < 0x80 && kAlwaysLiteral[unit]) {
       // Most of a text: a printable ASCII character, copied.
       *d++ = unit;
-      if (++column > kMaxColumn && i + 1 != count) {
-        d[0] = u'=';
-        d[1] = u'\r';
-        d[2] = u'\n';
-        d += 3;
-        column = 0;
-      }
+      ++column;
+      breakLineAfter(i + 1 == count);
       continue;
     }
     unsigned char bytes[4];
@@ -488,13 +493,7 @@ void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out) {
         d += 3;
         column += 3;
       }
-      if (column > kMaxColumn && !(lastCharacter && k + 1 == n)) {
-        d[0] = u'=';
-        d[1] = u'\r';
-        d[2] = u'\n';
-        d += 3;
-        column = 0;
-      }
+      breakLineAfter(lastCharacter && k + 1 == n);
     }
   }
   out->assign(first, static_cast<std::size_t>(d - first));

@@ -68,35 +68,6 @@ int Base64decode_len(const char* src) {
   return static_cast<int>(((n + 3) / 4) * 3 + 1);
 }
 
-std::size_t Base64DecodeRun(const char* text, std::size_t n, unsigned char* out) {
-  const auto* in = reinterpret_cast<const unsigned char*>(text);
-  unsigned char* const begin = out;
-  std::size_t remaining = n;
-  // Whole groups only while more than four characters are left, so the
-  // last group, complete or not, is always handled below.
-  while (remaining > 4) {
-    const unsigned a = pr2six[in[0]], b = pr2six[in[1]];
-    const unsigned c = pr2six[in[2]], d = pr2six[in[3]];
-    out[0] = static_cast<unsigned char>((a << 2) | (b >> 4));
-    out[1] = static_cast<unsigned char>((b << 4) | (c >> 2));
-    out[2] = static_cast<unsigned char>((c << 6) | d);
-    in += 4;
-    out += 3;
-    remaining -= 4;
-  }
-  // One character alone carries only six bits: no byte, silently.
-  if (remaining > 1) {
-    *out++ = static_cast<unsigned char>((pr2six[in[0]] << 2) | (pr2six[in[1]] >> 4));
-  }
-  if (remaining > 2) {
-    *out++ = static_cast<unsigned char>((pr2six[in[1]] << 4) | (pr2six[in[2]] >> 2));
-  }
-  if (remaining > 3) {
-    *out++ = static_cast<unsigned char>((pr2six[in[2]] << 6) | pr2six[in[3]]);
-  }
-  return static_cast<std::size_t>(out - begin);
-}
-
 namespace {
 
 // The six bits of each byte already in their place in a group's 24 bits,
@@ -114,6 +85,16 @@ constexpr std::array<std::uint32_t, 256> kSextet0 = MakePlacedSextets(18);
 constexpr std::array<std::uint32_t, 256> kSextet1 = MakePlacedSextets(12);
 constexpr std::array<std::uint32_t, 256> kSextet2 = MakePlacedSextets(6);
 constexpr std::array<std::uint32_t, 256> kSextet3 = MakePlacedSextets(0);
+
+// The last group when it has fewer than four characters: two give one
+// byte, three give two; one alone carries only six bits and gives nothing.
+std::size_t DecodeShortGroup(const unsigned char* in, std::size_t n, unsigned char* out) {
+  if (n < 2) return 0;
+  out[0] = static_cast<unsigned char>((pr2six[in[0]] << 2) | (pr2six[in[1]] >> 4));
+  if (n < 3) return 1;
+  out[1] = static_cast<unsigned char>((pr2six[in[1]] << 4) | (pr2six[in[2]] >> 2));
+  return 2;
+}
 
 }  // namespace
 
@@ -135,7 +116,7 @@ std::size_t Base64DecodePrefix(const char* text, std::size_t n, unsigned char* o
   }
   std::size_t rest = 0;  // fewer than four
   while (i + rest < n && pr2six[in[i + rest]] < 64) ++rest;
-  return static_cast<std::size_t>(out - begin) + Base64DecodeRun(text + i, rest, out);
+  return static_cast<std::size_t>(out - begin) + DecodeShortGroup(in + i, rest, out);
 }
 
 int Base64decode(char* dst, const char* src) {
@@ -144,8 +125,8 @@ int Base64decode(char* dst, const char* src) {
     return 0;
   }
   auto* out = reinterpret_cast<unsigned char*>(dst);
-  const std::size_t written =
-      Base64DecodeRun(src, CountAlphabetBytes(reinterpret_cast<const unsigned char*>(src)), out);
+  const std::size_t written = Base64DecodePrefix(
+      src, CountAlphabetBytes(reinterpret_cast<const unsigned char*>(src)), out);
   out[written] = '\0';
   return static_cast<int>(written);
 }
