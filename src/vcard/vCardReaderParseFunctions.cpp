@@ -1,7 +1,6 @@
 // The vCard reader's value readers: structured values, dates, codes, lists,
 // the speed dial and the photo.
 #include <algorithm>
-#include <array>
 #include <climits>
 #include <cstdint>
 #include <cstring>
@@ -11,7 +10,6 @@
 
 #include "phonepim/encoding/Encoding.h"
 #include "phonepim/encoding/NGQuotedPrintableCoding.h"
-#include "phonepim/encoding/base64.h"
 #include "phonepim/model/CContact.h"
 #include "phonepim/platform/Assert.h"
 #include "encoding/Base64Internal.h"
