@@ -28,10 +28,18 @@ class vCard {
   static bool sm_fUseReadingLastName;
   /// The writer leaves URLs as they are instead of quoted-printable.
   static bool sm_fURLNotQPEncode;
+  /// Lenient reading, for real phone exports: both readers (vCard and
+  /// vCalendar) keep what the standard reading rules would lose (blank
+  /// lines in CRLF files, Base64 that starts on the property line, other
+  /// charsets, lower-case names, nested objects, repeated single-value
+  /// properties). Off by default: the standard rules stay the library's
+  /// behaviour. The phonepim tool turns it on unless given --strict.
+  static bool sm_fLenientReading;
 
   static void NonstandardEscChar(bool on);
   static void UseReadingLastName(bool on);
   static void URLNotQPEncode(bool on);
+  static void LenientReading(bool on);
 
   // --- Reading ---
   //
