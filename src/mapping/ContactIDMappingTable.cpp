@@ -2,14 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include "phonepim/platform/AppDataFolder.h"
 #include "phonepim/platform/Assert.h"
-#include "phonepim/platform/Log.h"
 #include "MappingKeys.h"
 
 namespace phonepim {
@@ -34,15 +31,6 @@ const std::array<const String*, 7> kSubRecordLists = {
     &kPhoneNumbers, &kStreetAddresses, &kURLs,  &kEmailAddresses,
     &kRelatedNames, &kDates,           &kIMs};
 
-// The file-name part for a model name or an IMEI. Only '/' and NUL are
-// replaced: they would make the name point into another folder or end it.
-std::string FileNamePart(const String& text) {
-  std::string part = ToDisplayUTF8(text);
-  std::replace(part.begin(), part.end(), '/', '_');
-  std::replace(part.begin(), part.end(), '\0', '_');
-  return part;
-}
-
 }  // namespace
 
 // ---------------------------------------------------------------------------
@@ -55,36 +43,17 @@ std::filesystem::path ContactIDMappingTable::metaFilePath(const String& IMEI,
 
 std::filesystem::path ContactIDMappingTable::metaFilePath(
     const String& IMEI, const String& modelName, const std::filesystem::path& baseFolder) {
-  std::filesystem::path folder = baseFolder;
-  for (const char* level : {"Ulvrand", "Tovi", ".MetaFiles"}) {
-    folder /= level;
-    CreateFolderChain(folder);
-  }
-  return folder / (FileNamePart(modelName) + "(" + FileNamePart(IMEI) +
-                   ")_ContactRecordIDMeta.plist");
+  return metaFolder(baseFolder, {"Ulvrand", "Tovi", ".MetaFiles"}) /
+         (fileNamePart(modelName) + "(" + fileNamePart(IMEI) + ")_ContactRecordIDMeta.plist");
 }
-
-namespace {
-
-// The meta file under the application-data folder; none (and a log line in
-// debug mode) when there is no such folder.
-std::filesystem::path DefaultMetaFilePath(const String& IMEI, const String& modelName) {
-  try {
-    return ContactIDMappingTable::metaFilePath(IMEI, modelName);
-  } catch (const std::runtime_error& error) {
-    if (gVCARD_DEBUGMODE) Log("[%s] Warning: %s; the table is not saved.", __func__, error.what());
-    return {};
-  }
-}
-
-}  // namespace
 
 ContactIDMappingTable::ContactIDMappingTable(const String& modelName, const String& IMEI)
-    : IDMappingTable(DefaultMetaFilePath(IMEI, modelName), kVCardID) {}
+    : ContactIDMappingTable(modelName, IMEI, applicationDataFolderOrNone()) {}
 
 ContactIDMappingTable::ContactIDMappingTable(const String& modelName, const String& IMEI,
                                              const std::filesystem::path& baseFolder)
-    : IDMappingTable(metaFilePath(IMEI, modelName, baseFolder), kVCardID) {}
+    : IDMappingTable(baseFolder.empty() ? baseFolder : metaFilePath(IMEI, modelName, baseFolder),
+                     kVCardID) {}
 
 // ---------------------------------------------------------------------------
 // Flat pairs.

@@ -1,9 +1,11 @@
 #include "phonepim/mapping/IDMappingTable.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
+#include "phonepim/platform/AppDataFolder.h"
 #include "phonepim/platform/Log.h"
 #include "phonepim/platform/PropertyList.h"
 #include "phonepim/platform/Uuid.h"
@@ -17,6 +19,32 @@ IDMappingTable::IDMappingTable(std::filesystem::path filePath, String indexedKey
 }
 
 IDMappingTable::~IDMappingTable() = default;
+
+std::filesystem::path IDMappingTable::metaFolder(const std::filesystem::path& baseFolder,
+                                                std::initializer_list<const char*> levels) {
+  std::filesystem::path folder = baseFolder;
+  for (const char* level : levels) {
+    folder /= level;
+    CreateFolderChain(folder);
+  }
+  return folder;
+}
+
+std::string IDMappingTable::fileNamePart(const String& text) {
+  std::string part = ToDisplayUTF8(text);
+  std::replace(part.begin(), part.end(), '/', '_');
+  std::replace(part.begin(), part.end(), '\0', '_');
+  return part;
+}
+
+std::filesystem::path IDMappingTable::applicationDataFolderOrNone() {
+  try {
+    return ApplicationDataFolder();
+  } catch (const std::runtime_error& error) {
+    if (gVCARD_DEBUGMODE) Log("[%s] Warning: %s; the table is not saved.", __func__, error.what());
+    return {};
+  }
+}
 
 const Value* IDMappingTable::LMT(const Dictionary* dictionary) {
   return dictionary == nullptr ? nullptr : Find(*dictionary, u"LMT");

@@ -43,7 +43,8 @@ class ContactIDMappingTable : public IDMappingTable {
   /// not hold a dictionary, gives an empty table. Without an application-data
   /// folder the table is empty and has no file: save() then does nothing.
   ContactIDMappingTable(const String& modelName, const String& IMEI);
-  /// The same with the meta file under `baseFolder` (see metaFilePath()).
+  /// The same with the meta file under `baseFolder` (see metaFilePath()); an
+  /// empty `baseFolder` gives a table without a file.
   ContactIDMappingTable(const String& modelName, const String& IMEI,
                         const std::filesystem::path& baseFolder);
 

@@ -7,10 +7,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <initializer_list>
 #include <iterator>
 #include <map>
 #include <optional>
 #include <set>
+#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -113,6 +115,18 @@ class IDMappingTable {
   /// an empty table without a file. `indexedKey` names the entry key that
   /// the look-up reads.
   IDMappingTable(std::filesystem::path filePath, String indexedKey);
+
+  /// `baseFolder` with `levels` appended one after another, each level
+  /// created before the next (a folder that cannot be created is no error
+  /// here: the file then reads as missing and saving fails).
+  static std::filesystem::path metaFolder(const std::filesystem::path& baseFolder,
+                                          std::initializer_list<const char*> levels);
+  /// The text of a model name or IMEI for a file name: UTF-8, with '/' and
+  /// U+0000 replaced by '_', so that a phone cannot name another folder.
+  static std::string fileNamePart(const String& text);
+  /// The application-data folder; empty (and a warning logged in debug
+  /// mode) when there is none, so that the table then has no file.
+  static std::filesystem::path applicationDataFolderOrNone();
 
   /// The first key, in key order, whose entry holds `id` under the indexed
   /// key; nothing when none does.
