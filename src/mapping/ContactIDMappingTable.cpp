@@ -128,8 +128,14 @@ void ContactIDMappingTable::addSubRecord(const String& listKey, const String& su
   if (contact == nullptr) return;
   Value& list = (*contact)[listKey];
   if (!list.is<Array>()) list = Array();
-  list.get<Array>().push_back(Dictionary{
-      {kData, data}, {kLink, kLinked}, {kState, kAdded}, {kIdentifier, subRecordID}});
+  // Built key by key: from an initializer list GCC 12 at -O2 and above
+  // warns, wrongly, of an uninitialized variant.
+  Dictionary subRecord;
+  subRecord.emplace(kData, data);
+  subRecord.emplace(kLink, kLinked);
+  subRecord.emplace(kState, kAdded);
+  subRecord.emplace(kIdentifier, subRecordID);
+  list.get<Array>().emplace_back(std::move(subRecord));
   if (!HasState(*contact, kAddedBySyncDB)) contact->insert_or_assign(kState, kModifiedBySyncDB);
   // A relation list may have been stored under "vCardID" itself.
   reindex(contactID);

@@ -84,7 +84,11 @@ std::vector<String> IDMappingTable::allKeys() const {
 }
 
 Dictionary& IDMappingTable::mTable() {
+  // From now on every look-up walks, and any entry may go behind the
+  // table's back: the handles' bookkeeping is of no more use.
   tableHandedOut_ = true;
+  heldOpen_.clear();
+  edits_.clear();
   return entries();
 }
 
@@ -100,47 +104,64 @@ const Dictionary* IDMappingTable::entry(const String& key) const {
 
 Dictionary* IDMappingTable::meta(const String& storeID) {
   Dictionary* found = entry(storeID);
-  if (found != nullptr && !tableHandedOut_) {
-    open_.insert_or_assign(storeID, kHeldOpen);
-    reindex(storeID);
-  }
+  if (found != nullptr && !tableHandedOut_) heldOpen_.insert(storeID);
   return found;
 }
 
 const Dictionary* IDMappingTable::meta(const String& storeID) const { return entry(storeID); }
 
 IDMappingTable::EntryEdit IDMappingTable::editMeta(const String& storeID) {
-  Dictionary* found = entry(storeID);
+  const auto position = entries().find(storeID);
+  Dictionary* found = position != entries().end() ? position->second.getIf<Dictionary>() : nullptr;
   if (found == nullptr) return EntryEdit();
-  if (!tableHandedOut_) {
-    auto [position, inserted] = open_.try_emplace(storeID, 0);
-    if (position->second != kHeldOpen) ++position->second;
-    if (inserted) reindex(storeID);
+  if (tableHandedOut_) return EntryEdit(nullptr, found);
+  for (Edit& edit : edits_) {
+    if (edit.entry == found) {
+      ++edit.count;
+      return EntryEdit(this, found);
+    }
   }
-  return EntryEdit(this, storeID, found);
+  edits_.push_back(Edit{&position->first, found, 1});
+  return EntryEdit(this, found);
 }
 
-void IDMappingTable::closeEdit(const String& key) {
-  auto position = open_.find(key);
-  if (position == open_.end() || position->second == kHeldOpen) return;
-  if (--position->second == 0) {
-    open_.erase(position);
-    reindex(key);
+void IDMappingTable::closeEdit(const Dictionary* entry) {
+  for (auto edit = edits_.begin(); edit != edits_.end(); ++edit) {
+    if (edit->entry != entry) continue;
+    if (--edit->count == 0) {
+      const String& key = *edit->key;
+      edits_.erase(edit);
+      reindexIfChanged(key);
+    }
+    return;
   }
+}
+
+bool IDMappingTable::isOpen(const String& key) const {
+  if (heldOpen_.contains(key)) return true;
+  for (const Edit& edit : edits_) {
+    if (*edit.key == key) return true;
+  }
+  return false;
+}
+
+// A pointer into an entry replaced by another dictionary still reaches the
+// new one (the map keeps its node); one removed or replaced by anything else
+// dangles and can write no more.
+void IDMappingTable::forgetHandles(const String& key) {
+  heldOpen_.erase(key);
+  std::erase_if(edits_, [&](const Edit& edit) { return *edit.key == key; });
 }
 
 void IDMappingTable::setEntry(const String& key, Value value) {
-  // A pointer into an entry replaced by another dictionary still reaches the
-  // new one (the map keeps its node); one replaced by anything else dangles.
-  if (!value.is<Dictionary>()) open_.erase(key);
+  if (!value.is<Dictionary>()) forgetHandles(key);
   entries().insert_or_assign(key, std::move(value));
   reindex(key);
 }
 
 void IDMappingTable::eraseEntry(const String& key) {
-  if (entries().erase(key) == 0) return;
-  open_.erase(key);
-  reindex(key);
+  forgetHandles(key);
+  if (entries().erase(key) != 0) reindex(key);
 }
 
 void IDMappingTable::addMeta(Dictionary entry, const String& storeID) {
@@ -155,9 +176,10 @@ void IDMappingTable::addMeta(Dictionary entry, const String& storeID) {
 // one record per phone record and looks each up, which is quadratic in the
 // size of the address book (seconds for 10,000 contacts). The index keeps,
 // per held ID, the sorted set of keys whose entry holds it, so its first
-// element is what the walk finds among the indexed entries. Open entries are
-// not indexed but read at each look-up, as a write through their handle may
-// come at any time.
+// element is what the walk finds among the indexed entries. Open entries
+// stay indexed as last read, but a write through their handle may come at
+// any time: a look-up checks an open candidate before taking it, and reads
+// every open entry that could come before its answer.
 
 const String* IDMappingTable::heldIn(const String& key) const {
   const Dictionary* found = entry(key);
@@ -177,11 +199,19 @@ void IDMappingTable::reindex(const String& key) const {
     if (holders->second.empty()) keysByHeldID_.erase(holders);
     heldIDByKey_.erase(old);
   }
-  if (open_.contains(key)) return;
   const String* held = heldIn(key);
   if (held == nullptr) return;
   keysByHeldID_[*held].insert(key);
   heldIDByKey_.emplace(key, *held);
+}
+
+void IDMappingTable::reindexIfChanged(const String& key) const {
+  if (indexStale_) return;
+  const String* held = heldIn(key);
+  const auto indexed = heldIDByKey_.find(key);
+  const bool same = indexed == heldIDByKey_.end() ? held == nullptr
+                                                  : held != nullptr && *held == indexed->second;
+  if (!same) reindex(key);
 }
 
 void IDMappingTable::refreshIndex() const {
@@ -202,17 +232,29 @@ std::optional<String> IDMappingTable::walk(const String& id) const {
 std::optional<String> IDMappingTable::firstKeyHolding(const String& id) const {
   if (tableHandedOut_) return walk(id);
   refreshIndex();
-  const String* indexed = nullptr;
+  // The first indexed key that still holds the ID (an open one may not).
+  const String* best = nullptr;
   if (auto holders = keysByHeldID_.find(id); holders != keysByHeldID_.end()) {
-    indexed = &*holders->second.begin();
+    for (const String& key : holders->second) {
+      if (!isOpen(key) || carries(key, id)) {
+        best = &key;
+        break;
+      }
+    }
   }
-  // Only open entries before the indexed answer can come first.
-  for (const auto& [key, edits] : open_) {
-    if (indexed != nullptr && *indexed < key) break;
-    if (carries(key, id)) return key;
+  // An open entry may hold it now without the index knowing.
+  for (const Edit& edit : edits_) {
+    if ((best == nullptr || *edit.key < *best) && carries(*edit.key, id)) best = edit.key;
   }
-  if (indexed == nullptr) return std::nullopt;
-  return *indexed;
+  for (const String& key : heldOpen_) {
+    if (best != nullptr && !(key < *best)) break;
+    if (carries(key, id)) {
+      best = &key;
+      break;
+    }
+  }
+  if (best == nullptr) return std::nullopt;
+  return *best;
 }
 
 std::optional<String> IDMappingTable::heldIDOf(const String& key) const {
