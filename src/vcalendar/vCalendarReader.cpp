@@ -158,9 +158,14 @@ std::optional<String> WithNewlines(std::optional<String> text) {
   return text;
 }
 
+// A name is UTF-8 when it can be, so that one written back reads the same.
+String ItemName(const Data& d) {
+  return StringFromUTF8(d.itemName).value_or(StringFromASCII(d.itemName));
+}
+
 void KeepAsItem(Data& d, std::string_view value) {
   const std::optional<String> text = DecodeText(d, value);
-  d.pCalendar->NewXItem(StringFromASCII(d.itemName), text.value_or(String()), 0, -1);
+  d.pCalendar->NewXItem(ItemName(d), text.value_or(String()), 0, -1);
 }
 
 // "1.0" compared over the value's length, in any case.
@@ -220,8 +225,10 @@ void StoreRule(Data& d, std::string_view value, bool exceptRule) {
   }
   const bool held = vCalendar::ParseRecurrence(value, rule.get());
   if (!held && LenientNames()) {
-    // The model has no place for this rule: kept as written.
-    cal.NewXItem(StringFromASCII(d.itemName), StringFromUTF8(value).value_or(StringFromASCII(value)),
+    // The model has no place for this rule: kept as written (an XRULE is
+    // kept so whatever it holds, see kKeptAsWell).
+    if (exceptRule) return;
+    cal.NewXItem(ItemName(d), StringFromUTF8(value).value_or(StringFromASCII(value)),
                  0, -1);
     return;
   }

@@ -30,15 +30,23 @@ struct Fields {
 };
 
 // yyyymmdd, then "T" and hhmmss, each read as an integer; nothing for a
-// date of 0. The seconds are never kept: phones do not set them.
+// date of 0 or out of range. The seconds are never kept: phones do not set them.
 std::optional<Fields> DateTimeFields(std::string_view text) {
   const std::int64_t date = LeadingInt(text);
   if (date == 0) return std::nullopt;
   std::int64_t time = 0;
   const std::size_t t = text.find('T');
   if (t != std::string_view::npos) time = LeadingInt(text.substr(t + 1));
-  return Fields{date / 10000, date / 100 % 100, date % 100, time / 10000, time / 100 % 100,
-                text.find('Z') != std::string_view::npos};
+  const Fields f{date / 10000, date / 100 % 100, date % 100, time / 10000, time / 100 % 100,
+                 text.find('Z') != std::string_view::npos};
+  // A date the text form cannot hold (year 0, month 0, a year past 9999 or
+  // before the era, a time past 24:59) is no date: it could only be
+  // written back as another.
+  if (f.year < 1 || f.year > 9999 || f.month < 1 || f.month > 12 || f.day < 1 || f.day > 31 ||
+      f.hour < 0 || f.hour > 24 || f.minute < 0 || f.minute > 59) {
+    return std::nullopt;
+  }
+  return f;
 }
 
 struct Word {
@@ -178,12 +186,16 @@ void vCalendar::ParseAttendeesParams(char** params, std::uint32_t* role, std::ui
 }
 
 CDateTimeSpan vCalendar::ParseBias(std::string_view text) {
-  const std::int64_t hours = LeadingInt(text);
+  std::int64_t hours = LeadingInt(text);
   std::int64_t minutes = 0;
   if (const std::size_t colon = text.find(':'); colon != std::string_view::npos) {
     minutes = LeadingInt(text.substr(colon + 1));
   }
   if (hours < 0) minutes = -minutes;
+  // No zone is a million hours off; the bound keeps the arithmetic exact.
+  constexpr std::int64_t kLimit = 1'000'000;
+  hours = std::clamp(hours, -kLimit, kLimit);
+  minutes = std::clamp(minutes, -kLimit, kLimit);
   return CDateTimeSpan(static_cast<double>((hours * 60 + minutes) * 60));
 }
 
