@@ -8,6 +8,7 @@
 #include <string>
 
 #include "MappingTestSupport.h"
+#include "phonepim/mapping/CalendarIDMappingTable.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/platform/PropertyList.h"
 
@@ -66,33 +67,27 @@ TEST(meta_file_location, is_under_the_three_folders_and_named_after_the_phone_on
             "\xe6\x97\xa5\xe6\x9c\xac(3_5)_ContactRecordIDMeta.plist");
 }
 
-// Sets XDG_DATA_HOME for one test and puts the old value back.
-class ScopedDataHome {
+// Sets (or, for null, unsets) an environment variable for one test.
+class ScopedEnv {
  public:
-  explicit ScopedDataHome(const char* value) {
-    if (const char* old = std::getenv("XDG_DATA_HOME")) old_ = old;
-    if (value) {
-      ::setenv("XDG_DATA_HOME", value, 1);
-    } else {
-      ::unsetenv("XDG_DATA_HOME");
-    }
+  ScopedEnv(const char* name, const char* value) : name_(name) {
+    if (const char* old = std::getenv(name)) old_ = old;
+    value ? ::setenv(name, value, 1) : ::unsetenv(name);
   }
-  ~ScopedDataHome() {
-    if (old_) {
-      ::setenv("XDG_DATA_HOME", old_->c_str(), 1);
-    } else {
-      ::unsetenv("XDG_DATA_HOME");
-    }
-  }
+  ~ScopedEnv() { old_ ? ::setenv(name_, old_->c_str(), 1) : ::unsetenv(name_); }
 
  private:
+  const char* name_;
   std::optional<std::string> old_;
 };
 
 TEST(meta_file_location, defaults_to_the_application_data_folder) {
   ScratchFolder dataHome;
-  ScopedDataHome scoped(dataHome.path().c_str());
+  ScopedEnv scoped("XDG_DATA_HOME", dataHome.path().c_str());
   ContactIDMappingTable table(u"N95", u"350123451234560");
+  EXPECT_EQ(CalendarIDMappingTable(u"N95", u"350123451234560").mFilePath(),
+            dataHome.path() /
+                "Ulvrand/Tovi/CalendarRecordIDMappingTable/Calendar_N95_350123451234560");
   EXPECT_EQ(table.mFilePath(), MetaFolder(dataHome.path()) / kFileName);
   EXPECT_EQ(ContactIDMappingTable::metaFilePath(u"350123451234560", u"N95"), table.mFilePath());
   table.addDBID(std::nullopt, u"7");
@@ -101,21 +96,17 @@ TEST(meta_file_location, defaults_to_the_application_data_folder) {
 }
 
 TEST(meta_file_location, without_any_folder_the_table_works_but_is_not_saved) {
-  ScopedDataHome scoped(nullptr);
-  const std::optional<std::string> home =
-      std::getenv("HOME") ? std::optional<std::string>(std::getenv("HOME")) : std::nullopt;
-  ::unsetenv("HOME");
-  {
-    LogRecorder log(/*debugMode=*/false);
-    EXPECT_THROW(ContactIDMappingTable::metaFilePath(u"1", u"M"), std::runtime_error);
-    ContactIDMappingTable table(u"M", u"1");
-    EXPECT_TRUE(table.mFilePath().empty());
-    table.addDBID(std::nullopt, u"7");
-    EXPECT_EQ(table.count(), 1u);
-    EXPECT_FALSE(table.save());
-    EXPECT_TRUE(LogRecorder::messages().empty());
-  }
-  if (home) ::setenv("HOME", home->c_str(), 1);
+  ScopedEnv noDataHome("XDG_DATA_HOME", nullptr);
+  ScopedEnv noHome("HOME", nullptr);
+  LogRecorder log(/*debugMode=*/false);
+  EXPECT_THROW(ContactIDMappingTable::metaFilePath(u"1", u"M"), std::runtime_error);
+  ContactIDMappingTable table(u"M", u"1");
+  EXPECT_TRUE(table.mFilePath().empty());
+  EXPECT_TRUE(CalendarIDMappingTable(u"M", u"1").mFilePath().empty());
+  table.addDBID(std::nullopt, u"7");
+  EXPECT_EQ(table.count(), 1u);
+  EXPECT_FALSE(table.save());
+  EXPECT_TRUE(LogRecorder::messages().empty());
 }
 
 // Only save() writes; what it wrote reloads equal, and so does the same
