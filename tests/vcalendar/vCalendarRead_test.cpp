@@ -98,6 +98,8 @@ INSTANTIATE_TEST_SUITE_P(
         ReadRow{true, "SUMMARY;CHARSET=ISO-8859-1:caf\xe9\r\n", "summary=café"},
         ReadRow{true, "LOCATION;encoding=quoted-printable;charset=utf-8:=C3=A9\r\n",
                 "loc=é"},
+        ReadRow{true, "DUE:x\r\nDUE:20090221T000000Z\r\nDUE:y\r\n",
+                "due=20090221T0000Z; x:DUE=x; x:DUE=y"},
         ReadRow{true, "X-ALLDAY:SET\r\nDTEND:20090221T000000\r\n",
                 "allday=1; end=20090222T0000"}));
 
