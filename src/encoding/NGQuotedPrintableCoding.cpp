@@ -93,8 +93,14 @@ constexpr std::array<unsigned char, 256> kUnderscoreAsSpaceMap = MakeByteMap(tru
 // so an encoded line carries up to 70 characters before its '='.
 constexpr int kMaxColumn = 67;
 // TAB (and for QPEncode2 the space) stays literal only below this column, so
-// that a line never ends in white space a mail relay could strip.
+// that a line never ends in white space a mail relay could strip; and never
+// first on a line after a soft break, where a versit reader would take it for
+// folding and drop it.
 constexpr int kWhiteSpaceColumn = 64;
+
+inline bool WhiteSpaceStaysLiteral(int column, bool continuation) {
+  return column < kWhiteSpaceColumn && !(continuation && column == 0);
+}
 
 struct EncodeResult {
   std::size_t written = 0;
@@ -115,7 +121,7 @@ EncodeResult EncodeLines(const unsigned char* src, std::size_t nSrcLen, char* ds
     const bool stuffDot = (flags & kQPDotStuffing) != 0 && column == 0 && c == '.';
     const bool literal =
         kAlwaysLiteral[c] ||
-        ((c == '\t' || (literalSpace && c == ' ')) && column < kWhiteSpaceColumn);
+        ((c == '\t' || (literalSpace && c == ' ')) && WhiteSpaceStaysLiteral(column, i > 0));
     std::size_t need = (stuffDot ? 1u : 0u) + (literal ? 1u : 3u);
     column += static_cast<int>(need);
     const bool softBreak = column > kMaxColumn && i + 1 < nSrcLen;
@@ -482,7 +488,8 @@ void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out) {
     for (int k = 0; k < n; ++k) {
       // STL_QPEncode's rule for each byte (no dot stuffing, space escaped).
       const unsigned char c = bytes[k];
-      const bool literal = kAlwaysLiteral[c] || (c == '\t' && column < kWhiteSpaceColumn);
+      const bool literal =
+          kAlwaysLiteral[c] || (c == '\t' && WhiteSpaceStaysLiteral(column, d != first));
       if (literal) {
         *d++ = c;
         ++column;

@@ -1,5 +1,6 @@
 #include "phonepim/vcalendar/CalendarEntries.h"
 
+#include "phonepim/vcard/vCard.h"
 #include "vcalendar/vCalendarText.h"
 
 namespace phonepim {
@@ -16,7 +17,12 @@ bool IsLine(std::string_view line, std::string_view key, std::string_view word) 
       !EqualsIgnoringCase(line.substr(0, key.size()), key)) {
     return false;
   }
-  return word.empty() || EqualsIgnoringCase(Trim(line.substr(key.size() + 1)), word);
+  std::string_view value = Trim(line.substr(key.size() + 1));
+  // gnokii writes "BEGIN:VEVENT:": read leniently, the stray colons go.
+  while (vCard::sm_fLenientReading && !value.empty() && value.back() == ':') {
+    value = Trim(value.substr(0, value.size() - 1));
+  }
+  return word.empty() || EqualsIgnoringCase(value, word);
 }
 
 bool IsBlankLine(std::string_view line) {

@@ -65,6 +65,7 @@ std::vector<EncodeCase> CommonCases() {
       {"tab_at_start", "\tx", 0, "\tx"},
       {"tab_at_column_63", Repeat('a', 63) + "\tb", 0, Repeat('a', 63) + "\tb"},
       {"tab_at_column_64", a64 + "\t", 0, a64 + "=09"},
+      {"tab_after_soft_break", Repeat('a', 68) + "\tx", 0, Repeat('a', 68) + "=\r\n=09x"},
       {"line_of_67", Repeat('a', 67), 0, Repeat('a', 67)},
       {"line_of_68_no_trailing_break", Repeat('a', 68), 0, Repeat('a', 68)},
       {"line_of_69", Repeat('a', 69), 0, Repeat('a', 68) + "=\r\na"},

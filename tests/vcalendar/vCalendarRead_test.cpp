@@ -1,9 +1,11 @@
 // Reading: each row is the lines of one VEVENT and everything the record
-// holds afterwards (see Describe), read strictly or leniently.
+// holds afterwards (see Describe), read strictly or leniently; then the
+// value readers with the options that change them, and the failures.
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "phonepim/datetime/DateComponents.h"
 #include "phonepim/platform/Assert.h"
 #include "phonepim/platform/Errors.h"
 #include "phonepim/platform/Log.h"
@@ -16,11 +18,26 @@ namespace {
 
 using namespace testing_vcalendar;
 
+enum Options { kStrict = 0, kLenient = 1, kEscapes = 2, kSpecialOccasion = 4, kCarriageReturn = 8 };
+
 struct ReadRow {
-  bool lenient;
+  int options;
   const char* lines;
   const char* expected;
+  const char* written = nullptr;  // the entry's lines written back, less the constant ones
 };
+
+// What Generate writes between BEGIN:VEVENT and END:VEVENT beyond a new record's lines.
+std::string WrittenLines(const CCalendar& calendar) {
+  std::string text = Write(calendar);
+  text = text.substr(text.find("BEGIN:VEVENT\r\n") + 14);
+  text.resize(text.find("END:VEVENT"));
+  for (std::string line : {"CLASS:PUBLIC\r\n", "STATUS:NONE\r\n", "PRIORITY:0\r\n",
+                           "X-ALLDAY:UNSET\r\n"}) {
+    if (const auto at = text.find(line); at != std::string::npos) text.erase(at, line.size());
+  }
+  return text;
+}
 
 class vcalendar_read : public ::testing::TestWithParam<ReadRow> {
  protected:
@@ -28,78 +45,179 @@ class vcalendar_read : public ::testing::TestWithParam<ReadRow> {
 };
 
 TEST_P(vcalendar_read, stores_each_property) {
-  vCard::LenientReading(GetParam().lenient);
-  EXPECT_EQ(Describe(*Read(Event(GetParam().lines))), GetParam().expected);
+  const ReadRow& row = GetParam();
+  vCard::LenientReading((row.options & kLenient) != 0);
+  vCard::NonstandardEscChar((row.options & kEscapes) != 0);
+  vCalendar::AnniversaryConvertToSpecialOccasion((row.options & kSpecialOccasion) != 0);
+  vCalendar::UseCarrageReturn((row.options & kCarriageReturn) != 0);
+  const auto calendar = Read(Event(row.lines));
+  EXPECT_EQ(Describe(*calendar), row.expected);
+  if (row.written != nullptr) {
+    EXPECT_EQ(WrittenLines(*calendar), row.written);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
     strict, vcalendar_read,
     ::testing::Values(
-        ReadRow{false, "DTSTART:20090221T103000Z\r\nDTEND:20090221T113059\r\nDUE:20090222\r\n",
-                "start=20090221T1030Z; end=20090221T1130; due=20090222T0000"},
-        ReadRow{false, "DTSTART:0\r\nDTEND:junk\r\nDUE:20091301\r\nDTCREATE:00001231\r\n", ""},
-        ReadRow{false, "CATEGORIES:BUSINESS; MEETING \r\n", "cat=500"},
-        ReadRow{false, "CATEGORIES:business\r\n", "cat=0"},  // words are exact
-        ReadRow{false, "CATEGORIES:SPECIAL OCCASION;NOCATEGORY\r\n", "cat=204000"},
-        ReadRow{false, "STATUS:NEEDS ACTION\r\nCLASS:PRIV\r\nPRIORITY:3\r\n",
-                "class=1; prio=3"},
-        ReadRow{false, "STATUS:COMP\r\nCLASS:CONFIDENTIAL\r\n", "class=2; status=1"},
-        ReadRow{false, "STATUS:TENTATIVE\r\nCLASS:PRIVATE2\r\n", "status=4"},
-        ReadRow{false, "X-ALLDAY:set\r\nX-TYPE:Holiday\r\n", "allday=1; holiday=1"},
-        ReadRow{false, "X-ALLDAY:UNSET\r\nX-TYPE:WORK\r\n", ""},
-        ReadRow{false,
+        ReadRow{kStrict, "DTSTART:20090221T103000Z\r\nDTEND:20090221T113059\r\nDUE:20090222\r\n",
+                "start=20090221T1030Z; end=20090221T1130; due=20090222T0000",
+                "DTSTART:20090221T103000Z\r\nDTEND:20090221T113000Z\r\n"},
+        ReadRow{kStrict, "DTSTART:0\r\nDTEND:junk\r\nDUE:20091301\r\nDTCREATE:00001231\r\n", ""},
+        ReadRow{kStrict, "CATEGORIES:BUSINESS; MEETING \r\n", "cat=500", ""},
+        ReadRow{kStrict, "CATEGORIES:business\r\n", "cat=0", "CATEGORIES:APPOINTMENT\r\n"},
+        ReadRow{kStrict, "CATEGORIES:SPECIAL OCCASION;NOCATEGORY\r\n", "cat=204000"},
+        ReadRow{kSpecialOccasion, "CATEGORIES:SPECIAL OCCASION\r\n", "cat=2"},
+        ReadRow{kStrict, "STATUS:NEEDS ACTION\r\nCLASS:PRIV\r\nPRIORITY:3\r\n", "class=1; prio=3",
+                "CLASS:PRIVATE\r\nPRIORITY:3\r\n"},
+        ReadRow{kStrict, "STATUS:COMP\r\nCLASS:CONFIDENTIAL\r\n", "class=2; status=1",
+                "CLASS:CONFIDENTIAL\r\nSTATUS:COMPLETED\r\n"},
+        ReadRow{kStrict, "STATUS:TENTATIVE\r\nCLASS:PRIVATE2\r\n", "status=4"},
+        ReadRow{kStrict, "X-ALLDAY:set\r\nX-TYPE:Holiday\r\n", "allday=1; holiday=1",
+                "X-ALLDAY:SET\r\n"},
+        ReadRow{kStrict, "X-ALLDAY:UNSET\r\nX-TYPE:WORK\r\n", ""},
+        ReadRow{kStrict,
                 "SUMMARY;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:Caf=C3=A9=0D=0Ax\r\n"
                 "DESCRIPTION;QUOTED-PRINTABLE:a=0D=0Ab\r\nLOCATION:R\\;1\r\n",
-                "summary=Café\nx; desc=a\nb; loc=R\\;1"},
-        ReadRow{false, "SUMMARY;CHARSET=SHIFT_JIS:\x93\xfa\x96\x7b\r\n", "summary=日本"},
-        ReadRow{false,
+                "summary=Café\nx; desc=a\nb; loc=R\\;1",
+                "DESCRIPTION;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=0Ab\r\n"
+                "SUMMARY;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:Caf=C3=A9=0Ax\r\n"
+                "LOCATION:R\\;1\r\n"},
+        ReadRow{kEscapes, "LOCATION:R\\;1\r\nUID:a\\;b\r\n", "loc=R\\1; uid=a\\;b",
+                "LOCATION:R\\1\r\n"},  // never escaped when written
+        ReadRow{kCarriageReturn, "DESCRIPTION;QUOTED-PRINTABLE:a=0Db=0D=0Ac\r\n", "desc=a\rb\nc"},
+        ReadRow{kStrict, "SUMMARY;ENCODING=BASE64:Y2Fm\r\nLOCATION;BASE64:Y2Fm\r\n"
+                "UID;ENCODING=8BIT:u\r\n", "summary=caf; loc=caf; uid=u"},
+        ReadRow{kStrict, "SUMMARY;CHARSET=SHIFT_JIS:\x93\xfa\x96\x7b\r\n", "summary=日本"},
+        ReadRow{kStrict,
                 "X-ACCOUNT:a\r\nX-ACCOUNT-N:b\r\nX-ACCOUNT-TYPE:c\r\nUID:u-1\r\n"
-                "LAST-MODIFIED:20090221T103000Z\r\n",
+                "LAST-MODIFIED:20090221T103000Z\r\nDTCREATE:20090221T103000Z\r\n"
+                "COMPLETED:20090222T000000Z\r\n",
                 "account=a; accountN=b; accountType=c; uid=u-1; lmt=20090221T103000Z; "
-                "modified=20090221T1030Z"},
-        ReadRow{false, "DTCREATE:20090221T103000Z\r\nCOMPLETED:20090222T000000Z\r\n",
-                "created=20090221T1030; completed=20090222T0000"},
-        ReadRow{false,
-                "ATTENDEE;ROLE=ATTENDEE;STATUS=DECLIENED:a@b.example\r\n"
+                "modified=20090221T1030Z; created=20090221T1030; completed=20090222T0000"},
+        ReadRow{kStrict,
+                "ATTENDEE;ROLE=ATTENDEE;STATUS=DECLIENED:Zo\xc3\xab\r\n"
                 "ATTENDEE;STATUS=DECLINED:c\r\nATTENDEE;STATUS=SEND:d\r\n",
-                "attendee=a@b.example/1/6; attendee=c/0/0; attendee=d/0/3"},
-        ReadRow{false,
+                "attendee=Zoë/1/6; attendee=c/0/0; attendee=d/0/3",
+                "ATTENDEE;ROLE=ATTENDEE;STATUS=DECLIENED;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:"
+                "Zo=C3=AB\r\nATTENDEE;STATUS=NEEDS ACTION:c\r\nATTENDEE;STATUS=SEND:d\r\n"},
+        ReadRow{kStrict,
                 "AALARM;TYPE=PCM;VALUE=CONTENT-ID:20090221T100000Z;;;\r\n"
                 "AALARM;TYPE= wave :20090221T090000\r\n",
                 "alarm=20090221T1000/16/1; alarm=20090221T0900/32/0"},
-        ReadRow{false, "RRULE:W1 MO #0\r\nRRULE:MD1 LD 20091231T000000Z\r\nXRULE:D1 #2\r\n",
-                "rrule=W1 MO #0; rrule=MD1 LD 20091231T000000Z; xrule=D1 #2"},
-        ReadRow{false, "RRULE:D1 1200\r\n", "rrule=-"},  // not held: an empty rule
-        ReadRow{false, "TZ:+09\r\n", "tz=GMT+09:00; bias=540"},
-        ReadRow{false, "TZ:-05:30\r\nDAYLIGHT:TRUE;-04;20090308T020000;20091101T020000;EST;EDT\r\n",
+        ReadRow{kStrict, "RRULE:W1 MO #0\r\nRRULE:MD1 LD 20091231T000000Z\r\nXRULE:D1 #2\r\n",
+                "rrule=W1 MO #0; rrule=MD1 LD 20091231T000000Z; xrule=D1 #2",
+                "RRULE:W1 MO #0\r\nRRULE:MD1 LD 20091231T000000Z\r\n"},
+        ReadRow{kStrict, "RRULE:D1 1200\r\n", "rrule=-"},  // not held: an empty rule
+        ReadRow{kStrict, "TZ:-05:30\r\nDAYLIGHT:TRUE;-04;20090308T020000;20091101T020000;EST;EDT\r\n",
                 "tz=GMT-05:30; bias=-330; dlbias=-240; dlbegin=20090308T0200; "
                 "dlend=20091101T0200; std=EST; dl=EDT"},
-        ReadRow{false, "X-FOO:bar\r\nsummary:lower\r\nDALARM:20090221T100000Z\r\n", ""},
-        ReadRow{false, "SUMMARY:one\r\nSUMMARY:two\r\n", "summary=two"}));
+        ReadRow{kStrict, "X-FOO:bar\r\nsummary:lower\r\nDALARM:20090221T100000Z\r\n", ""},
+        ReadRow{kStrict, "SUMMARY:one\r\nSUMMARY:two\r\n", "summary=two"}));
 
 INSTANTIATE_TEST_SUITE_P(
     lenient, vcalendar_read,
     ::testing::Values(
-        ReadRow{true, "summary:lower\r\ndtStart;value=date-time:20090221T103000Z\r\n",
+        ReadRow{kLenient, "summary:lower\r\ndtStart;value=date-time:20090221T103000Z\r\n",
                 "summary=lower; start=20090221T1030Z"},
-        ReadRow{true, "X-FOO;TYPE=A;CHARSET=UTF-8:bar\r\nX-EMPTY:\r\nTRANSP:0\r\n",
-                "x:X-FOO;TYPE=A=bar; x:X-EMPTY=; x:TRANSP=0"},
-        ReadRow{true, "X-\xe9:1\r\nX-\xc3\xa9:2\r\n", "x:X-é=1; x:X-é=2"},
-        ReadRow{true, "SUMMARY:one\r\nSUMMARY:two\r\nPRIORITY:1\r\nPRIORITY:2\r\n",
+        ReadRow{kLenient, "X-FOO;TYPE=A;CHARSET=UTF-8:b\xc3\xa9\r\nX-EMPTY:\r\nTRANSP:0 1\r\n",
+                "x:X-FOO;TYPE=A=bé; x:X-EMPTY=; x:TRANSP=0 1",
+                "X-FOO;TYPE=A;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:b=C3=A9\r\nX-EMPTY:\r\n"
+                "TRANSP:0 1\r\n"},
+        ReadRow{kLenient, "X-\xe9:1\r\nX-\xc3\xa9:2\r\n", "x:X-é=1; x:X-é=2"},
+        ReadRow{kLenient, "SUMMARY:one\r\nSUMMARY:two\r\nPRIORITY:1\r\nPRIORITY:2\r\n",
                 "prio=1; summary=one; x:SUMMARY=two; x:PRIORITY=2"},
-        ReadRow{true, "RRULE:D1 1200\r\nRRULE:W1 TU #0\r\nXRULE:D1 1200\r\n",
+        ReadRow{kLenient, "RRULE:D1 1200\r\nRRULE;ENCODING=QUOTED-PRINTABLE:W1=20TU=20#0\r\n"
+                "XRULE:D1 1200\r\n",
                 "rrule=W1 TU #0; x:RRULE=D1 1200; x:XRULE=D1 1200"},
-        ReadRow{true, "RRULE;ENCODING=QUOTED-PRINTABLE:W1=20MO=20#0\r\n", "rrule=W1 MO #0"},
-        ReadRow{true, "CATEGORIES:MEETING;X-FOO\r\nCATEGORIES:BUSINESS\r\n",
+        ReadRow{kLenient, "CATEGORIES:MEETING;X-FOO\r\nCATEGORIES:BUSINESS\r\n",
                 "cat=500; x:CATEGORIES=X-FOO"},
-        ReadRow{true, "CATEGORIES:REMINDER\r\n", "x:CATEGORIES=REMINDER"},
-        ReadRow{true, "UID:u-1\r\nTZ:+01\r\n",
+        ReadRow{kLenient, "CATEGORIES:REMINDER\r\n", "x:CATEGORIES=REMINDER"},
+        ReadRow{kLenient, "UID:u-1\r\nTZ:+01\r\n",
                 "uid=u-1; tz=GMT+01:00; bias=60; x:UID=u-1; x:TZ=+01"},
-        ReadRow{true, "SUMMARY;CHARSET=ISO-8859-1:caf\xe9\r\n", "summary=café"},
-        ReadRow{true, "LOCATION;encoding=quoted-printable;charset=utf-8:=C3=A9\r\n",
-                "loc=é"},
-        ReadRow{true, "X-ALLDAY:SET\r\nDTEND:20090221T000000\r\n",
-                "allday=1; end=20090222T0000"}));
+        ReadRow{kLenient, "SUMMARY;CHARSET=ISO-8859-1:caf\xe9\r\n"
+                "LOCATION;encoding=quoted-printable;charset=utf-8:=C3=A9\r\n",
+                "summary=café; loc=é"},
+        ReadRow{kLenient, "DUE:x\r\nDUE:20090221T000000Z\r\nDUE:y\r\n",
+                "due=20090221T0000Z; x:DUE=x; x:DUE=y"},
+        ReadRow{kLenient, "X-ALLDAY:SET\r\nDTSTART:20090221T000000\r\nDTEND:20090221T000000\r\n",
+                "allday=1; start=20090221T0000; end=20090222T0000",
+                "DTSTART:20090221T000000Z\r\nDTEND:20090221T000000\r\nX-ALLDAY:SET\r\n"}));
+
+// TZ:+09 in a phone whose zone is GMT+09:00 names its weekdays one day
+// later than GMT does; TZ:-05 one day earlier.
+TEST(vcalendar_read_option, use_timezone_moves_weekdays_of_rules_read_in_the_phones_zone) {
+  struct Row {
+    const char *zone, *tz;
+    bool on;
+    const char* rules;
+  };
+  const Row rows[] = {
+      {"GMT+09:00", "+09", false, "rrule=W1 MO WE #0; rrule=MP1 2+ TU #0"},
+      {"GMT+09:00", "+09", true, "rrule=W1 SU TU #0; rrule=MP1 1+ SU #0"},
+      {"GMT-05:00", "-05", true, "rrule=W1 TU TH #0; rrule=MP1 4+ SA #0"},
+      {"Asia/Tokyo", "+09", true, "rrule=W1 MO WE #0; rrule=MP1 2+ TU #0"},  // other zone
+  };
+  for (const Row& row : rows) {
+    ScopedCalendarDefaults defaults(row.zone);
+    vCalendar::UseTimezone(row.on);
+    const std::string text = Describe(*Read(Event(
+        std::string("TZ:") + row.tz +
+        "\r\nDTSTART:20090301T000000Z\r\nRRULE:W1 MO WE #0\r\nRRULE:MP1 2+ TU #0\r\n")));
+    EXPECT_EQ(text.substr(text.find("rrule")), row.rules) << row.zone << row.on;
+  }
+}
+
+// The fields are read as GMT wall-clock time, so converting a text without
+// "Z" into GMT keeps the instant and makes the value a GMT one.
+TEST(vcalendar_values, date_times_are_gmt_values_unless_use_local_time) {
+  ScopedCalendarDefaults defaults("Asia/Tokyo");
+  for (bool local : {false, true}) {
+    vCalendar::UseLocalTime(local);
+    const CDateTime plain = *vCalendar::ParseDateTime("20090221T103059");
+    const CDateTime utc = *vCalendar::ParseDateTime("20090221T103059Z");
+    EXPECT_EQ(GMTFields(plain.date()) + GMTFields(utc.date()), "20090221T103020090221T1030");
+    EXPECT_EQ(plain.timeZoneType(), local ? 0 : 1);
+    EXPECT_EQ(utc.timeZoneType(), 0);
+  }
+  bool utc = true;
+  EXPECT_FALSE(vCalendar::ParseDateTime("00000000T103000Z"));
+  EXPECT_FALSE(vCalendar::ParseDateTimeComponent("", &utc));
+  EXPECT_TRUE(utc);  // left alone
+  // A vCard's REV goes through the same reader.
+  EXPECT_EQ(vCard::ParseLastRevision("20090221T103059Z", 16),
+            MakeDateComponents(2009, 2, 21, 10, 30, 0));
+  EXPECT_EQ(vCard::ParseLastRevision("20090221T103059Z", 8),
+            MakeDateComponents(2009, 2, 21, 0, 0, 0));
+  EXPECT_FALSE(vCard::ParseLastRevision("x", 1));
+}
+
+TEST(vcalendar_values, bias_categories_and_audio_reminder_parameters) {
+  ScopedCalendarDefaults defaults;
+  const std::pair<const char*, int> biases[] = {
+      {"+09", 540}, {"-05:30", -330}, {"-00:30", 30}, {"", 0},
+      {"+2777777777777777777", 60000000}};  // bounded, not overflowing
+  for (const auto& [text, minutes] : biases) {
+    EXPECT_EQ(vCalendar::ParseBias(text).GetTotalMinutes(), minutes) << text;
+  }
+  for (bool convert : {false, true}) {
+    vCalendar::AnniversaryConvertToSpecialOccasion(convert);
+    EXPECT_EQ(vCalendar::ParseCategory("special occasion"), convert ? 0x2u : 0u);
+    EXPECT_EQ(vCalendar::ParseCategories(" "), convert ? 0x200000u : 0u);
+  }
+  EXPECT_EQ(vCalendar::ParseCategories("SCHEDULE;;HOLIDAY"), 0x5u);
+  const std::pair<std::vector<const char*>, std::uint32_t> reminders[] = {
+      {{"TYPE", "AIFF", "VALUE", "CONTENT-ID"}, 0x41},
+      {{"TYPEWAVE", nullptr, "VALUE", "URL"}, 0x20},
+      {{"TYPE", "MP3", "X-VALUE", "CONTENT-ID"}, 0x0},
+  };
+  for (const auto& [words, bits] : reminders) {
+    std::vector<char*> params;
+    for (const char* p : words) params.push_back(const_cast<char*>(p));
+    params.insert(params.end(), {nullptr, nullptr});
+    EXPECT_EQ(vCalendar::ParseAudioReminderParams(params.data()), bits) << words[1];
+  }
+}
 
 // --- Failures -----------------------------------------------------------------
 
@@ -154,37 +272,6 @@ TEST(vcalendar_read_failure, debug_mode_logs_unknown_properties_and_tokenizer_fa
   SetLogSink(previous);
   EXPECT_EQ(gLogged,
             "[vCalendarDataHandler] Warning: Unknown vCalendar property.|Error parsing vCalendar|");
-}
-
-// --- The property handler's codes ---------------------------------------------
-
-TEST(vcalendar_property_handler, classifies_charset_encoding_and_name) {
-  ScopedCalendarDefaults defaults;
-  struct Row {
-    bool carriageReturn;
-    std::vector<const char*> params;
-    int charset, encoding;
-  };
-  const Row rows[] = {
-      {false, {"CHARSET", "UTF-8", "ENCODING", "QUOTED-PRINTABLE"}, 1, 1},
-      {true, {"ENCODING", "QUOTED-PRINTABLE", "CHARSET", "SHIFT_JIS"}, 2, 3},
-      {true, {"QUOTED-PRINTABLE", nullptr}, 0, 3},
-      {false, {"BASE64", nullptr, "CHARSET", "KOI8-R"}, 0, 2},
-      {false, {"ENCODING", "8BIT"}, 0, -1},
-      {false, {"encoding", "BASE64", "TYPE", "X"}, 0, 0},
-  };
-  CCalendar calendar;
-  for (const Row& row : rows) {
-    vCalendar::UseCarrageReturn(row.carriageReturn);
-    std::vector<char*> params;
-    for (const char* p : row.params) params.push_back(const_cast<char*>(p));
-    params.insert(params.end(), {nullptr, nullptr});
-    vCalendar::vCalendarParseData d(&calendar);
-    vCalendar::vCalendarPropHandler(&d, "DTEND", params.data());
-    EXPECT_EQ(d.propertyID, kvCalPropertyDTEND);
-    EXPECT_EQ(d.charset, row.charset) << row.params[0];
-    EXPECT_EQ(d.encoding, row.encoding) << row.params[0];
-  }
 }
 
 }  // namespace

@@ -2,12 +2,15 @@
 // option of both codecs restored afterwards.
 #pragma once
 
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "datetime/DateTimeFixtures.h"
 #include "phonepim/model/CCalendar.h"
+#include "phonepim/model/RecurrenceData.h"
+#include "phonepim/vcalendar/RecurrenceRule.h"
 #include "phonepim/vcalendar/vCalendar.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
@@ -73,15 +76,6 @@ inline std::string Write(const CCalendar& calendar, unsigned int kind = 1) {
                                        object.object()->GetSize());
 }
 
-}  // namespace phonepim::testing_vcalendar
-
-#include <cstdio>
-
-#include "phonepim/model/RecurrenceData.h"
-#include "phonepim/vcalendar/RecurrenceRule.h"
-
-namespace phonepim::testing_vcalendar {
-
 /// yyyymmddThhmm of an instant in GMT.
 inline std::string GMTFields(double instant) {
   const CalendarDate d{instant, u"GMT"};
@@ -91,6 +85,12 @@ inline std::string GMTFields(double instant) {
                 static_cast<long long>(d.monthOfYear()), static_cast<long long>(d.dayOfMonth()),
                 static_cast<long long>(d.hourOfDay()), static_cast<long long>(d.minuteOfHour()));
   return text;
+}
+
+inline double Instant(const CalendarDate& d) { return d.date; }
+template <typename DateTime>
+double Instant(const DateTime& d) {
+  return d.date();
 }
 
 /// What a record holds beyond a new one read from BEGIN:VEVENT, as
@@ -105,42 +105,39 @@ inline std::string Describe(const CCalendar& c) {
   auto text = [&](const char* key, const std::optional<String>& v) {
     if (v) item(key, ToDisplayUTF8(*v));
   };
-  auto comp = [&](const char* key, const std::optional<CalendarDate>& d, bool utc) {
-    if (d) item(key, GMTFields(d->date) + (utc ? "Z" : ""));
+  auto date = [&](const char* key, const auto& d, bool utc) {
+    if (d) item(key, GMTFields(Instant(*d)) + (utc ? "Z" : ""));
   };
-  auto date = [&](const char* key, const std::optional<CDateTimeNull>& d) {
-    if (d) item(key, GMTFields(d->date()));
+  auto rule = [&](const char* key, const CRecurrence* r) {
+    const RecurrenceData* data = r->GetRecurrenceData();
+    item(key, data ? ToDisplayUTF8(RecurrenceRuleText(*data, 1)) : "-");
   };
-  if (c.categories != 1) {
-    char hex[16];
-    std::snprintf(hex, sizeof hex, "%x", c.categories);
-    item("cat", hex);
-  }
+  char hex[16];
+  std::snprintf(hex, sizeof hex, "%x", c.categories);
+  if (c.categories != 1) item("cat", hex);
   if (c.classification != 0) item("class", std::to_string(c.classification));
   if (c.priority != 0) item("prio", std::to_string(c.priority));
   if (c.status != 10) item("status", std::to_string(c.status));
   if (c.bIsAllDay) item("allday", "1");
   if (c.bIsHoliday) item("holiday", "1");
-  text("summary", c.strSummary);
-  text("desc", c.strDescription);
-  text("loc", c.strLocation);
-  text("account", c.Account);
-  text("accountN", c.AccountName);
-  text("accountType", c.AccountType);
-  text("uid", c.UID);
-  text("lmt", c.LMT);
-  comp("modified", c.dtModifiedComp, c.isdtModifiedisUTC);
-  comp("start", c.dtStartComp, c.isdtStartisUTC);
-  comp("end", c.dtEndComp, c.isdtEndisUTC);
-  comp("due", c.dtDueComp, c.isdtDueisUTC);
-  date("created", c.dtCreate);
-  date("completed", c.dtCompleted);
+  for (const auto& [key, v] : {std::pair{"summary", &c.strSummary}, {"desc", &c.strDescription},
+                               {"loc", &c.strLocation}, {"account", &c.Account},
+                               {"accountN", &c.AccountName}, {"accountType", &c.AccountType},
+                               {"uid", &c.UID}, {"lmt", &c.LMT}}) {
+    text(key, *v);
+  }
+  date("modified", c.dtModifiedComp, c.isdtModifiedisUTC);
+  date("start", c.dtStartComp, c.isdtStartisUTC);
+  date("end", c.dtEndComp, c.isdtEndisUTC);
+  date("due", c.dtDueComp, c.isdtDueisUTC);
+  date("created", c.dtCreate, false);
+  date("completed", c.dtCompleted, false);
   if (const auto& tz = c.TimeZoneInfo) {
     text("tz", tz->mTimezone);
     if (tz->Bias) item("bias", std::to_string(tz->Bias->GetTotalMinutes()));
     if (tz->DaylightBias) item("dlbias", std::to_string(tz->DaylightBias->GetTotalMinutes()));
-    if (tz->DaylightBegin) item("dlbegin", GMTFields(tz->DaylightBegin->date()));
-    if (tz->DaylightEnd) item("dlend", GMTFields(tz->DaylightEnd->date()));
+    date("dlbegin", tz->DaylightBegin, false);
+    date("dlend", tz->DaylightEnd, false);
     text("std", tz->StandardName);
     text("dl", tz->DaylightName);
   }
@@ -155,14 +152,8 @@ inline std::string Describe(const CCalendar& c) {
     item("attendee", ToDisplayUTF8(a->Data()) + "/" + std::to_string(a->mRole_t()) + "/" +
                          std::to_string(a->mStatus_t()));
   }
-  for (int i = 0; i < c.GetRecurrencecount(); ++i) {
-    const RecurrenceData* r = c.GetRecurrence(i)->GetRecurrenceData();
-    item("rrule", r ? ToDisplayUTF8(RecurrenceRuleText(*r, 1)) : "-");
-  }
-  if (c.ExceptRule) {
-    const RecurrenceData* r = c.ExceptRule->GetRecurrenceData();
-    item("xrule", r ? ToDisplayUTF8(RecurrenceRuleText(*r, 1)) : "-");
-  }
+  for (int i = 0; i < c.GetRecurrencecount(); ++i) rule("rrule", c.GetRecurrence(i));
+  if (c.ExceptRule) rule("xrule", &*c.ExceptRule);
   for (int i = 0; i < c.GetXItemCount(); ++i) {
     item("x:" + ToDisplayUTF8(c.GetXItem(i)->Name()), ToDisplayUTF8(c.GetXItem(i)->Data()));
   }
