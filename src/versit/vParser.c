@@ -143,20 +143,43 @@ unsigned char Base64ToOrd(char c) {
   return 255;
 }
 
+static int vp_same_word(const char* text, const char* word, int ignoreCase) {
+  if (!ignoreCase) return strcmp(text, word) == 0;
+  for (; *word != '\0'; ++text, ++word) {
+    char c = *text;
+    if (c >= 'a' && c <= 'z') c = (char)(c - 'a' + 'A');
+    if (c != *word) return 0;
+  }
+  return *text == '\0';
+}
+
 /* Which encoding a parameter names: ENCODING=X or a bare X. Exact,
- * case-sensitive texts; anything else leaves the encoding alone. */
+ * case-sensitive texts unless lenient; anything else leaves the encoding
+ * alone. */
 static void vp_note_encoding(VP* vp, const char* name, const char* value) {
-  const char* text = name[0] == 'E' && strcmp(name, "ENCODING") == 0 ? value : name;
+  const int blind = vp->lenient;
+  const char* text =
+      (name[0] == 'E' || blind) && vp_same_word(name, "ENCODING", blind) ? value : name;
   if (text == NULL) return;
   /* Most parameters (TYPE=..., CHARSET=..., HOME) start with none of the
    * three letters. */
-  if (text[0] != 'Q' && text[0] != 'B' && text[0] != '8') return;
-  if (strcmp(text, "QUOTED-PRINTABLE") == 0) {
+  if (!blind && text[0] != 'Q' && text[0] != 'B' && text[0] != '8') return;
+  if (vp_same_word(text, "QUOTED-PRINTABLE", blind) ||
+      (blind && vp_same_word(text, "QUOTEDPRINTABLE", 1))) {
     vp->encoding = VP_ENCODING_QUOTED_PRINTABLE;
-  } else if (strcmp(text, "BASE64") == 0) {
+  } else if (vp_same_word(text, "BASE64", blind) || (blind && text != name &&
+                                                       vp_same_word(text, "B", 1))) {
     vp->encoding = VP_ENCODING_BASE64;
-  } else if (strcmp(text, "8BIT") == 0) {
+  } else if (vp_same_word(text, "8BIT", blind)) {
     vp->encoding = VP_ENCODING_8BIT;
+  }
+}
+
+/* Upper-cases a name in the line, up to its NUL or a '(' that opens a
+ * label: "X-CUSTOM(Night line)" keeps its label as written. */
+static void vp_upper_name(char* name) {
+  for (; *name != '\0' && *name != '('; ++name) {
+    if (*name >= 'a' && *name <= 'z') *name = (char)(*name - 'a' + 'A');
   }
 }
 
@@ -164,6 +187,7 @@ int vcard_end_prop(VP* vp) {
   if (vp->propHandler != NULL) {
     int i;
     if (!vcard_add_char_to_line(vp, '\0')) return 0;
+    if (vp->lenient) vp_upper_name(vp->line);
     /* The line no longer moves while the handler runs: offsets become
      * pointers now. */
     for (i = 0; i < vp->paramCount; ++i) {
@@ -172,6 +196,7 @@ int vcard_end_prop(VP* vp) {
       int valueOffset = vp_word_offset(pair[1]);
       pair[0] = vp->line + nameOffset;
       pair[1] = valueOffset != 0 ? vp->line + valueOffset : NULL;
+      if (vp->lenient) vp_upper_name(pair[0]);
       vp_note_encoding(vp, pair[0], pair[1]);
     }
     /* A handler must always be able to walk to the null pair. */
@@ -241,6 +266,12 @@ static int vp_value_byte(VP* vp, char ch) {
       vcard_add_char_to_line(vp, ch);
       return 1;
     case VP_ENCODING_BASE64:
+      if (vp->lenient) {
+        /* The whole text goes to the caller, which decodes it in one
+         * piece: phones fold BASE64 anywhere, the first line included. */
+        if (!vp_isspace(c)) vcard_add_char_to_line(vp, ch);
+        return 1;
+      }
       if (vp->quadCount < 4 && !vp_isspace(c)) vp->quad[vp->quadCount++] = ch;
       if (vp->quadCount < 4) return 1;
       return vp_decode_quad(vp);
@@ -392,6 +423,7 @@ void CARD_SetUserData(VP* vp, void* userData) { vp->userData = userData; }
 void* CARD_GetUserData(VP* vp) { return vp->userData; }
 void CARD_SetPropHandler(VP* vp, CARD_PropHandler handler) { vp->propHandler = handler; }
 void CARD_SetDataHandler(VP* vp, CARD_DataHandler handler) { vp->dataHandler = handler; }
+void CARD_SetLenient(VP* vp, int lenient) { vp->lenient = lenient != 0; }
 
 /* Appends the run p..p+n (the input goes on to end) in one copy. The
  * buffer grows once, to the capacity the byte-by-byte rule would have
@@ -497,7 +529,11 @@ static const unsigned char* vp_take_value_run(VP* vp, const unsigned char* p,
       return q;
     }
     case VP_ENCODING_BASE64:
-      return p;
+      if (!vp->lenient) return p;
+      q = p;
+      while (q < end && !vp_isspace(*q)) ++q;
+      if (q == p || !vp_append_run(vp, p, (int)(q - p), end)) return p;
+      return q;
     default:
       q = vp_skip_text_words(p, end);
       while (q < end && !(kClass[*q] & VP_CLASS_LINE)) ++q;
@@ -518,6 +554,14 @@ int CARD_Parse(VP* vp, const char* data, int length, int final) {
       if (c == '\n') {
         /* Empty LF lines are ignored, and so is the folding decision:
          * after "\r" (CRLF empty line) the next line continues. */
+        vp->afterBlankLine = vp->lenient;
+        ++p;
+        continue;
+      }
+      if (vp->lenient && !vp->isContinuation && c == '\r') {
+        /* The CR of an empty CRLF line: Outlook and phones leave such
+         * lines after photos and between properties, and they separate,
+         * never fold. */
         ++p;
         continue;
       }
@@ -531,15 +575,21 @@ int CARD_Parse(VP* vp, const char* data, int length, int final) {
       /* Only a property's first physical line is BASE64: phones put the
        * folded rest of a photo on continuation lines, and the caller
        * decodes that text itself. */
-      if (vp->encoding == VP_ENCODING_BASE64) vp->encoding = VP_ENCODING_NONE;
+      if (vp->encoding == VP_ENCODING_BASE64 && !vp->lenient) {
+        vp->encoding = VP_ENCODING_NONE;
+      }
       vp->atLineStart = 0;
       if (!vp->isContinuation) {
+        /* A soft break followed by an empty line was the value's last
+         * line: the next property must not join it. */
+        if (vp->afterBlankLine) vp->qpPending = 0;
         /* The previous line ends only now that we know this one is not a
          * continuation of it. */
         if (!vp_process(vp, '\n')) return 0;
       } else if (vp->encoding == VP_ENCODING_QUOTED_PRINTABLE) {
         vp->qpPending = 0;
       }
+      vp->afterBlankLine = 0;
     }
     if (c == '\n') {
       vp->atLineStart = 1;

@@ -59,6 +59,8 @@ struct VP {
    * by one pair per parameter: a card has dozens of parameters, and a
    * realloc each would cost more than the bytes around them. */
   int paramCapacity;
+  int lenient;          /* CARD_SetLenient */
+  int afterBlankLine;   /* lenient: an empty line came since the last line */
 };
 
 /* The internal steps, exposed for the tests; not part of the interface. */

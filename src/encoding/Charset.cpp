@@ -1,0 +1,164 @@
+#include "phonepim/encoding/Charset.h"
+
+#include <unicode/ucnv.h>
+
+#include <memory>
+#include <optional>
+
+#include "phonepim/encoding/Encoding.h"
+
+namespace phonepim {
+namespace {
+
+int HexValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+char UpperASCII(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+bool SameWordNoCase(std::string_view text, std::string_view word) {
+  if (text.size() != word.size()) return false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (UpperASCII(text[i]) != word[i]) return false;
+  }
+  return true;
+}
+
+struct ConverterCloser {
+  void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+
+// The bytes through ICU's converter for `charset`, bad sequences as U+FFFD;
+// nothing when ICU does not know the name.
+std::optional<String> ConvertWithICU(std::string_view bytes, const std::string& charset,
+                                     bool* replaced) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<UConverter, ConverterCloser> converter(
+      ucnv_open(charset.c_str(), &status));
+  if (U_FAILURE(status)) return std::nullopt;
+  // First strictly, to learn whether anything needs replacing.
+  for (const bool strict : {true, false}) {
+    status = U_ZERO_ERROR;
+    ucnv_reset(converter.get());
+    ucnv_setToUCallBack(converter.get(),
+                        strict ? UCNV_TO_U_CALLBACK_STOP : UCNV_TO_U_CALLBACK_SUBSTITUTE,
+                        nullptr, nullptr, nullptr, &status);
+    // A byte can give at most two UTF-16 units (a supplementary character).
+    String out(bytes.size() * 2 + 1, u'\0');
+    UChar* target = out.data();
+    const char* source = bytes.data();
+    ucnv_toUnicode(converter.get(), &target, out.data() + out.size(), &source,
+                   bytes.data() + bytes.size(), nullptr, true, &status);
+    if (U_SUCCESS(status)) {
+      out.resize(static_cast<std::size_t>(target - out.data()));
+      *replaced = !strict;
+      return out;
+    }
+  }
+  *replaced = true;
+  return String();
+}
+
+}  // namespace
+
+std::string DecodeQuotedPrintableValue(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c != '=' || i + 1 >= text.size()) {
+      out.push_back(c);
+      continue;
+    }
+    if (text[i + 1] == '\r' || text[i + 1] == '\n') {
+      i += text[i + 1] == '\r' && i + 2 < text.size() && text[i + 2] == '\n' ? 2 : 1;
+      continue;
+    }
+    const int high = HexValue(text[i + 1]);
+    const int low = i + 2 < text.size() ? HexValue(text[i + 2]) : -1;
+    if (high < 0 || low < 0) {
+      out.push_back(c);
+      continue;
+    }
+    out.push_back(static_cast<char>(high * 16 + low));
+    i += 2;
+  }
+  return out;
+}
+
+CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int encoding) {
+  std::string decoded;
+  if (encoding == kEncodingQuotedPrintable || encoding == kEncodingQuotedPrintableCR) {
+    decoded = DecodeQuotedPrintableValue(bytes);
+    bytes = decoded;
+  }
+  CharsetText result;
+  const bool utf8 =
+      charset.empty() || SameWordNoCase(charset, "UTF-8") || SameWordNoCase(charset, "UTF8");
+  if (!utf8) {
+    if (std::optional<String> text = ConvertWithICU(bytes, std::string(charset),
+                                                    &result.replaced)) {
+      result.text = std::move(*text);
+      return result;
+    }
+    result.unknownCharset = true;
+  }
+  if (std::optional<String> text = StringFromBytes(bytes.data(), bytes.size(),
+                                                   StringEncoding::UTF8)) {
+    result.text = std::move(*text);
+  } else {
+    // Phones that claim UTF-8 for Latin-1 text: every byte is a character.
+    result.text = *StringFromBytes(bytes.data(), bytes.size(), StringEncoding::Latin1);
+    result.replaced = true;
+  }
+  return result;
+}
+
+String UnescapeValue(std::u16string_view text) {
+  String out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t unit = text[i];
+    if (unit != u'\\' || i + 1 >= text.size()) {
+      out.push_back(unit);
+      continue;
+    }
+    switch (const char16_t next = text[i + 1]) {
+      case u';':
+      case u'\\':
+      case u',':
+      case u':':
+        out.push_back(next);
+        ++i;
+        break;
+      case u'n':
+      case u'N':
+        out.push_back(u'\n');
+        ++i;
+        break;
+      default:
+        out.push_back(unit);
+    }
+  }
+  return out;
+}
+
+std::vector<String> SplitStructuredValue(std::u16string_view value) {
+  std::vector<String> components;
+  std::size_t start = 0;
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (value[i] == u'\\') {
+      ++i;
+    } else if (value[i] == u';') {
+      components.push_back(UnescapeValue(value.substr(start, i - start)));
+      start = i + 1;
+    }
+  }
+  components.push_back(UnescapeValue(value.substr(start)));
+  return components;
+}
+
+}  // namespace phonepim

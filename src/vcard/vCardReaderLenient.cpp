@@ -1,0 +1,203 @@
+// The vCard reader's decisions under lenient reading, where the standard
+// rules lose what real phones send, and the per-property account.
+#include <algorithm>
+#include <string_view>
+
+#include "phonepim/encoding/Charset.h"
+#include "phonepim/encoding/Encoding.h"
+#include "phonepim/model/CContact.h"
+#include "encoding/Base64Internal.h"
+#include "vcard/vCardReaderInternal.h"
+
+namespace phonepim::vcard_reader {
+namespace {
+
+bool SameWordNoCase(std::string_view text, std::string_view word) {
+  return std::equal(text.begin(), text.end(), word.begin(), word.end(), [](char a, char b) {
+    return (a >= 'a' && a <= 'z' ? static_cast<char>(a - 'a' + 'A') : a) == b;
+  });
+}
+
+// The properties whose field holds one value: a second one replaces it.
+bool HoldsOneValue(int propertyID) {
+  switch (propertyID) {
+    case kvCardPropertyFN: case kvCardPropertyN: case kvCardPropertySOUND:
+    case kvCardPropertyBDAY: case kvCardPropertyBLOOD: case kvCardPropertyTITLE:
+    case kvCardPropertyROLE: case kvCardPropertyHOBBY: case kvCardPropertyPHOTO:
+    case kvCardPropertyGN: case kvCardPropertyGT: case kvCardPropertyGROUP:
+    case kvCardPropertySPEEDDIAL: case kvCardPropertyACCOUNT: case kvCardPropertyACCOUNT_N:
+    case kvCardPropertyACCOUNT_TYPE: case kvCardPropertyREV: case kvCardPropertyANNIVERSARY:
+    case kvCardPropertyGDISPN: case kvCardPropertySPOUSE: case kvCardPropertyCHILDREN:
+    case kvCardPropertyASSISTANT:
+      return true;
+    default:
+      return false;
+  }
+}
+
+std::vector<String> Components(vCard::vCardParseData& d) {
+  const CharsetText decoded = DecodeCharset(d.value, d.charsetName, d.encoding);
+  if (decoded.replaced) d.decodeNote = "bytes not valid in its charset kept as Latin-1 or U+FFFD";
+  return SplitStructuredValue(decoded.text);
+}
+
+std::optional<String> NonEmpty(const std::vector<String>& parts, std::size_t index) {
+  if (index >= parts.size() || parts[index].empty()) return std::nullopt;
+  return parts[index];
+}
+
+}  // namespace
+
+void Note(vCard::vCardParseData& d, Outcome outcome) {
+  if (d.account == nullptr) return;
+  std::string where = outcome.where != nullptr ? outcome.where : "extension item " + d.propertyName;
+  if (!d.decodeNote.empty()) where += " (" + d.decodeNote + ")";
+  d.account->properties.push_back({d.propertyName, outcome.fate, std::move(where)});
+}
+
+bool ClassifyEncodingWordLenient(vCard::vCardParseData& d, const char* parameter,
+                                 const char* value) {
+  const std::string_view word = value != nullptr ? value : "";
+  if (std::string_view(parameter) == "CHARSET") {
+    d.charsetName = word;
+    d.charset = SameWordNoCase(word, "UTF-8")       ? kCharsetUTF8
+                : SameWordNoCase(word, "SHIFT_JIS") ? kCharsetShiftJIS
+                                                    : kCharsetOther;
+    return true;
+  }
+  const bool named = std::string_view(parameter) == "ENCODING";
+  if (!named && value != nullptr) return false;
+  const std::string_view encoding = named ? word : std::string_view(parameter);
+  if (SameWordNoCase(encoding, "QUOTED-PRINTABLE") || SameWordNoCase(encoding, "QUOTEDPRINTABLE")) {
+    d.encoding = kEncodingQuotedPrintable;
+  } else if (SameWordNoCase(encoding, "BASE64") || (named && SameWordNoCase(encoding, "B"))) {
+    d.encoding = kEncodingBase64;
+  } else if (named) {
+    d.encoding = kEncodingUnknown;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+std::optional<String> DecodeTextLenient(vCard::vCardParseData& d, bool undoEscapes) {
+  CharsetText decoded = DecodeCharset(d.value, d.charsetName, d.encoding);
+  if (decoded.unknownCharset) {
+    d.decodeNote = "charset " + d.charsetName + " unknown, read as UTF-8";
+  } else if (decoded.replaced) {
+    d.decodeNote = "bytes not valid in its charset kept as Latin-1 or U+FFFD";
+  }
+  if (undoEscapes && vCard::sm_fNonstandardEscChar) return UnescapeValue(decoded.text);
+  return std::move(decoded.text);
+}
+
+Outcome KeepAsExtension(vCard::vCardParseData& d) {
+  d.pContact->NewXItem(StringFromASCII(d.propertyName), *DecodeTextLenient(d, false), 0, -1);
+  return {PropertyFate::kExtension, nullptr};
+}
+
+Outcome StoreNameLenient(vCard::vCardParseData& d) {
+  const std::vector<String> parts = Components(d);
+  for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), 8); ++i) {
+    d.pContact->Name().SetName(parts[i], static_cast<unsigned int>(i));
+  }
+  return Read("name");
+}
+
+Outcome StoreReadingNameLenient(vCard::vCardParseData& d) {
+  const std::vector<String> parts = Components(d);
+  if ((d.typeFlags & kReadingNameTypeIrmcN) != 0) d.pContact->SetRFName(NonEmpty(parts, 1));
+  d.pContact->SetRLName(NonEmpty(parts, 0));
+  return Read("readingLastName");
+}
+
+Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address) {
+  const std::vector<String> parts = Components(d);
+  for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), kPostalAddressMax); ++i) {
+    address.SetAddress(parts[i], static_cast<unsigned int>(i));
+  }
+  return Read("addresses");
+}
+
+Outcome StoreOrgLenient(vCard::vCardParseData& d, COrganization& org) {
+  std::vector<String> parts = Components(d);
+  parts.resize(std::max<std::size_t>(parts.size(), 3));
+  org.SetName(parts[0]);
+  org.SetUnit(parts[1]);
+  org.SetPosition(parts[2]);
+  for (std::size_t i = 3; i < parts.size(); ++i) {
+    if (!parts[i].empty()) org.Additional().push_back(parts[i]);
+  }
+  return Read("organizations");
+}
+
+Outcome StoreAssistantLenient(vCard::vCardParseData& d) {
+  const std::vector<String> parts = Components(d);
+  d.pContact->setAssistant(parts[0]);
+  d.pContact->setAssistantNumber(parts.size() > 1 ? std::optional<String>(parts[1])
+                                                  : std::nullopt);
+  return Read("assistant");
+}
+
+Bytes DecodePhotoLenient(const std::string& text) {
+  // The tokenizer left the text whole and without white space; decoding
+  // stops at the padding or at the first byte outside the alphabet.
+  Bytes photo(text.size() / 4 * 3 + 2);
+  photo.resize(Base64DecodePrefix(text.data(), text.size(), photo.data()));
+  return photo;
+}
+
+namespace {
+// "VCARD" in any case; some exports leave blanks after it.
+bool NamesACard(std::string_view value) {
+  while (!value.empty() && (value.back() == ' ' || value.back() == '\t')) value.remove_suffix(1);
+  return SameWordNoCase(value, "VCARD");
+}
+}  // namespace
+
+bool BeginLenientStore(vCard::vCardParseData& d) {
+  d.decodeNote.clear();
+  if (d.propertyID == kvCardPropertyBEGIN && NamesACard(d.value)) {
+    d.begun = true;
+    if (++d.depth == 2) {
+      Note(d, {PropertyFate::kByDesign, "a nested card, read as a contact of its own"});
+    } else if (d.depth == 1) {
+      Note(d, {PropertyFate::kByDesign, "recognised, nothing to keep"});
+    }
+    return false;
+  }
+  if (d.propertyID == kvCardPropertyEND && NamesACard(d.value) && d.depth > 0) {
+    if (--d.depth == 0) {
+      d.ended = true;
+      Note(d, {PropertyFate::kByDesign, "recognised, nothing to keep"});
+    }
+    return false;
+  }
+  if (d.depth > 1) return false;
+  if (!d.hasValue) {
+    Note(d, Empty());
+    return false;
+  }
+  return true;
+}
+
+void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
+  Note(d, outcome);
+  if (outcome.fate != PropertyFate::kRead || !HoldsOneValue(d.propertyID)) return;
+  const auto id = static_cast<std::size_t>(d.propertyID);
+  std::optional<String>& held = d.heldText[id];
+  if (held) {
+    // The field keeps its rule (the later value); the earlier one stays.
+    d.pContact->NewXItem(StringFromASCII(d.propertyName), *held, 0, -1);
+    if (d.account != nullptr) {
+      PropertyAccount& earlier = d.account->properties[d.heldAccount[id]];
+      earlier.fate = PropertyFate::kExtension;
+      earlier.where = "extension item " + d.propertyName + " (a later one took the field)";
+    }
+  }
+  d.decodeNote.clear();
+  held = DecodeTextLenient(d, false);
+  if (d.account != nullptr) d.heldAccount[id] = d.account->properties.size() - 1;
+}
+
+}  // namespace phonepim::vcard_reader
