@@ -1,6 +1,7 @@
 #include "phonepim/encoding/Charset.h"
 
 #include <unicode/ucnv.h>
+#include <unicode/ucnv_cb.h>
 
 #include <memory>
 #include <optional>
@@ -27,6 +28,17 @@ bool SameWordNoCase(std::string_view text, std::string_view word) {
   return true;
 }
 
+// Legacy code pages substitute their own SUB control character, which a
+// reader would take for text: U+FFFD says what it is.
+void ReplaceWithFFFD(const void* /*context*/, UConverterToUnicodeArgs* args,
+                     const char* /*bytes*/, int32_t /*length*/, UConverterCallbackReason reason,
+                     UErrorCode* error) {
+  if (reason > UCNV_IRREGULAR) return;  // reset, close, clone
+  static constexpr UChar kReplacement = 0xFFFD;
+  *error = U_ZERO_ERROR;
+  ucnv_cbToUWriteUChars(args, &kReplacement, 1, 0, error);
+}
+
 struct ConverterCloser {
   void operator()(UConverter* converter) const { ucnv_close(converter); }
 };
@@ -43,9 +55,12 @@ std::optional<String> ConvertWithICU(std::string_view bytes, const std::string& 
   for (const bool strict : {true, false}) {
     status = U_ZERO_ERROR;
     ucnv_reset(converter.get());
-    ucnv_setToUCallBack(converter.get(),
-                        strict ? UCNV_TO_U_CALLBACK_STOP : UCNV_TO_U_CALLBACK_SUBSTITUTE,
-                        nullptr, nullptr, nullptr, &status);
+    if (strict) {
+      ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                          &status);
+    } else {
+      ucnv_setToUCallBack(converter.get(), ReplaceWithFFFD, nullptr, nullptr, nullptr, &status);
+    }
     // A byte can give at most two UTF-16 units (a supplementary character).
     String out(bytes.size() * 2 + 1, u'\0');
     UChar* target = out.data();
