@@ -161,18 +161,21 @@ String UnescapeValue(std::u16string_view text) {
   return out;
 }
 
-std::vector<String> SplitStructuredValue(std::u16string_view value) {
+std::vector<String> SplitStructuredValue(std::u16string_view value, bool unescape) {
   std::vector<String> components;
+  const auto component = [&](std::u16string_view text) {
+    components.push_back(unescape ? UnescapeValue(text) : String(text));
+  };
   std::size_t start = 0;
   for (std::size_t i = 0; i < value.size(); ++i) {
     if (value[i] == u'\\') {
       ++i;
     } else if (value[i] == u';') {
-      components.push_back(UnescapeValue(value.substr(start, i - start)));
+      component(value.substr(start, i - start));
       start = i + 1;
     }
   }
-  components.push_back(UnescapeValue(value.substr(start)));
+  component(value.substr(start));
   return components;
 }
 

@@ -38,7 +38,9 @@ bool HoldsOneValue(int propertyID) {
 std::vector<String> Components(vCard::vCardParseData& d) {
   const CharsetText decoded = DecodeCharset(d.value, d.charsetName, d.encoding);
   if (decoded.replaced) d.decodeNote = "bytes not valid in its charset kept as Latin-1 or U+FFFD";
-  return SplitStructuredValue(decoded.text);
+  // Escapes are one option both ways: the writer escapes only with it, so
+  // the reader undoes them only with it, and a value round-trips either way.
+  return SplitStructuredValue(decoded.text, vCard::sm_fNonstandardEscChar);
 }
 
 std::optional<String> NonEmpty(const std::vector<String>& parts, std::size_t index) {

@@ -43,14 +43,21 @@ TEST(decode_charset, reads_by_the_charset_word_and_keeps_what_it_cannot) {
 }
 
 TEST(split_structured_value, splits_at_unescaped_separators_and_unescapes) {
-  const std::pair<std::u16string, std::vector<std::u16string>> rows[] = {
-      {u"", {u""}},
-      {u"Sales Dept.\\Manager;x", {u"Sales Dept.\\Manager", u"x"}},
-      {u"a\\;b;c\\\\;d\\,e\\nf\\Ng\\:h", {u"a;b", u"c\\", u"d,e\nf\ng:h"}},
-      {u"end\\", {u"end\\"}},
+  struct Row {
+    std::u16string value;
+    std::vector<std::u16string> unescaped;
+    std::vector<std::u16string> asWritten;
   };
-  for (const auto& [value, components] : rows) {
-    EXPECT_EQ(SplitStructuredValue(value), components);
+  const Row rows[] = {
+      {u"", {u""}, {u""}},
+      {u"Sales Dept.\\Manager;x", {u"Sales Dept.\\Manager", u"x"}, {u"Sales Dept.\\Manager", u"x"}},
+      {u"a\\;b;c\\\\;d\\,e\\nf\\Ng\\:h", {u"a;b", u"c\\", u"d,e\nf\ng:h"},
+       {u"a\\;b", u"c\\\\", u"d\\,e\\nf\\Ng\\:h"}},
+      {u"end\\", {u"end\\"}, {u"end\\"}},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(SplitStructuredValue(row.value, true), row.unescaped);
+    EXPECT_EQ(SplitStructuredValue(row.value, false), row.asWritten);
   }
 }
 

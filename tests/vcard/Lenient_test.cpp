@@ -73,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
             "TEL(0)=2", "TEL(20)=1; TEL(21)=2; EMAIL(0)=a@b"},
         Row{"escapes_in_structured_values", Card("N:Sales Dept.\\Manager;a\\;b;c\\\\;d\\,e\r\n"),
             "N=Sales Dept.\\anager|a\\b|c\\;d\\e|||||",
-            "N=Sales Dept.\\Manager|a;b|c\\|d,e||||"},
+            "N=Sales Dept.\\Manager|a\\;b|c\\\\|d\\,e||||"},
         Row{"underscore_in_quoted_printable", Card("FN;QUOTED-PRINTABLE:(nessa_flame)\r\n"),
             "FN=(nessa flame)", "FN=(nessa_flame)"},
         Row{"single_value_property_repeated",

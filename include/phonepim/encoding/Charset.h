@@ -47,8 +47,10 @@ String UnescapeValue(std::u16string_view text);
 
 /// Splits a structured value at every ';' that no backslash escapes (a
 /// backslash escapes the unit after it, whatever it is, so "a\\;b" splits
-/// after the backslash) and unescapes each component with UnescapeValue.
-/// A value with n separators gives n + 1 components.
-std::vector<String> SplitStructuredValue(std::u16string_view value);
+/// after the backslash) and, with `unescape`, undoes each component's
+/// escapes with UnescapeValue; without, the components keep their text as
+/// written, so that a writer that does not escape gives the same value
+/// back. A value with n separators gives n + 1 components.
+std::vector<String> SplitStructuredValue(std::u16string_view value, bool unescape);
 
 }  // namespace phonepim
