@@ -220,7 +220,8 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
         }
         const bool losses = counts.count[std::size(kFates) - 1] != 0 || !lost.empty();
         lossy += losses ? 1 : 0;
-        if (!losses && readOptions.quiet) return;
+        // A card read whole and written back whole needs no line of its own.
+        if (!losses && (readOptions.quiet || lines.empty())) return;
         out << ObjectHeading(sourceName, card.index, *card.span, card.text) << ": "
             << Summary(counts) << (lost.empty() ? "" : ", " + std::to_string(lost.size()) +
                                                            " lost on writing")

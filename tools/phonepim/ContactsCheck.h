@@ -39,10 +39,10 @@ std::vector<std::string> JsonDifferences(const nlohmann::ordered_json& before,
                                          const std::string& path = "");
 
 /// Reads, writes and reads again every card of `text`, and prints on `out`
-/// one line per card with its property account, the properties kept as
-/// extension items or lost, and what the round trip lost; then the totals.
-/// Quiet prints only the cards with losses, and no "kept" or "by design"
-/// lines. Returns 0 when nothing was lost, 4 when some card lost something
+/// one line with its property account for each card that lost something or
+/// kept something as an extension item, those properties, and what the
+/// round trip changed; then the totals. Quiet prints only the cards with
+/// losses, and no "kept" or "by design" lines. Returns 0 when nothing was lost, 4 when some card lost something
 /// in reading or on writing, else 1 when some cards could not be read, 2
 /// for no vCard at all.
 int CheckContacts(const std::string& text, const std::string& sourceName,
