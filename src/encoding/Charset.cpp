@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "phonepim/encoding/Encoding.h"
+#include "encoding/Base64Internal.h"
 
 namespace phonepim {
 namespace {
@@ -79,6 +80,24 @@ std::optional<String> ConvertWithICU(std::string_view bytes, const std::string& 
 
 }  // namespace
 
+int EncodingOfWord(std::string_view word) {
+  if (SameWordNoCase(word, "QUOTED-PRINTABLE") || SameWordNoCase(word, "QUOTEDPRINTABLE")) {
+    return kEncodingQuotedPrintable;
+  }
+  if (SameWordNoCase(word, "BASE64") || SameWordNoCase(word, "B")) return kEncodingBase64;
+  return kEncodingUnknown;
+}
+
+bool NamesUTF8(std::string_view word) {
+  return SameWordNoCase(word, "UTF-8") || SameWordNoCase(word, "UTF8");
+}
+
+Bytes DecodeBase64Text(std::string_view text) {
+  Bytes bytes(text.size() / 4 * 3 + 2);
+  bytes.resize(Base64DecodePrefix(text.data(), text.size(), bytes.data()));
+  return bytes;
+}
+
 std::string DecodeQuotedPrintableValue(std::string_view text) {
   std::string out;
   out.reserve(text.size());
@@ -111,8 +130,7 @@ CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int 
     bytes = decoded;
   }
   CharsetText result;
-  const bool utf8 =
-      charset.empty() || SameWordNoCase(charset, "UTF-8") || SameWordNoCase(charset, "UTF8");
+  const bool utf8 = charset.empty() || NamesUTF8(charset);
   if (!utf8) {
     if (std::optional<String> text = ConvertWithICU(bytes, std::string(charset),
                                                     &result.replaced)) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "phonepim/encoding/Charset.h"
 #include "phonepim/encoding/Encoding.h"
 #include "phonepim/model/CContact.h"
 #include "phonepim/model/CCustomType.h"
@@ -617,7 +618,7 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
     case kvCardPropertyPHOTO: {
       // A picture given by reference (TYPE=URL) is no BASE64 text.
       if (lenient && d.encoding != kEncodingBase64) return vcard_reader::KeepAsExtension(d);
-      Bytes photo = lenient ? vcard_reader::DecodePhotoLenient(d.value)
+      Bytes photo = lenient ? DecodeBase64Text(d.value)
                             : vCard::ParsePhoto(text, len, d.charset, d.encoding);
       const bool decoded = !photo.empty();
       if (decoded || !lenient) contact.SetPhotoData(std::move(photo));

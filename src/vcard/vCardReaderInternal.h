@@ -229,9 +229,6 @@ Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address);
 Outcome StoreOrgLenient(vCard::vCardParseData& d, COrganization& org);
 Outcome StoreAssistantLenient(vCard::vCardParseData& d);
 
-/// The whole BASE64 text of a photo, however it was folded.
-Bytes DecodePhotoLenient(const std::string& text);
-
 /// Before a value is stored: follows BEGIN and END (nested cards), and
 /// accounts for empty values. False when there is nothing to store.
 bool BeginLenientStore(vCard::vCardParseData& d);

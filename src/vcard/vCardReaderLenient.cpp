@@ -6,7 +6,6 @@
 #include "phonepim/encoding/Charset.h"
 #include "phonepim/encoding/Encoding.h"
 #include "phonepim/model/CContact.h"
-#include "encoding/Base64Internal.h"
 #include "vcard/vCardReaderInternal.h"
 
 namespace phonepim::vcard_reader {
@@ -59,26 +58,23 @@ void Note(vCard::vCardParseData& d, Outcome outcome) {
 
 bool ClassifyEncodingWordLenient(vCard::vCardParseData& d, const char* parameter,
                                  const char* value) {
-  const std::string_view word = value != nullptr ? value : "";
-  if (std::string_view(parameter) == "CHARSET") {
-    d.charsetName = word;
-    d.charset = SameWordNoCase(word, "UTF-8")       ? kCharsetUTF8
-                : SameWordNoCase(word, "SHIFT_JIS") ? kCharsetShiftJIS
-                                                    : kCharsetOther;
+  const std::string_view name = parameter;
+  if (name == "CHARSET") {
+    d.charsetName = value != nullptr ? value : "";
+    d.charset = NamesUTF8(d.charsetName)                 ? kCharsetUTF8
+                : SameWordNoCase(d.charsetName, "SHIFT_JIS") ? kCharsetShiftJIS
+                                                             : kCharsetOther;
     return true;
   }
-  const bool named = std::string_view(parameter) == "ENCODING";
-  if (!named && value != nullptr) return false;
-  const std::string_view encoding = named ? word : std::string_view(parameter);
-  if (SameWordNoCase(encoding, "QUOTED-PRINTABLE") || SameWordNoCase(encoding, "QUOTEDPRINTABLE")) {
-    d.encoding = kEncodingQuotedPrintable;
-  } else if (SameWordNoCase(encoding, "BASE64") || (named && SameWordNoCase(encoding, "B"))) {
-    d.encoding = kEncodingBase64;
-  } else if (named) {
-    d.encoding = kEncodingUnknown;
-  } else {
-    return false;
+  if (name == "ENCODING") {
+    d.encoding = EncodingOfWord(value != nullptr ? value : "");
+    return true;
   }
+  // A bare word names an encoding only when it is one ("B" alone is not).
+  if (value != nullptr || name == "B") return false;
+  const int encoding = EncodingOfWord(name);
+  if (encoding == kEncodingUnknown) return false;
+  d.encoding = encoding;
   return true;
 }
 
@@ -139,14 +135,6 @@ Outcome StoreAssistantLenient(vCard::vCardParseData& d) {
   d.pContact->setAssistantNumber(parts.size() > 1 ? std::optional<String>(parts[1])
                                                   : std::nullopt);
   return Read("assistant");
-}
-
-Bytes DecodePhotoLenient(const std::string& text) {
-  // The tokenizer left the text whole and without white space; decoding
-  // stops at the padding or at the first byte outside the alphabet.
-  Bytes photo(text.size() / 4 * 3 + 2);
-  photo.resize(Base64DecodePrefix(text.data(), text.size(), photo.data()));
-  return photo;
 }
 
 namespace {

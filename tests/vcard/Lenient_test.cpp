@@ -69,8 +69,10 @@ INSTANTIATE_TEST_SUITE_P(
             Card("N;ENCODING=QUOTED-PRINTABLE;CHARSET=ISO-8859-1:M=FCller;J=FCrgen\r\n"
                  "FN;CHARSET=UTF8:J\xC3\xBCrgen\r\nNOTE;CHARSET=UTF-8:bad \xFC\r\n"),
             "FN=J\xC3\xBCrgen; NOTE=", "FN=J\xC3\xBCrgen; N=M\xC3\xBCller|J\xC3\xBCrgen||||||; NOTE=bad \xC3\xBC"},
-        Row{"names_in_any_case", Card("tel;cell:1\r\nEmail;Internet:a@b\r\nTEL;TYPE=cell,home:2\r\n"),
-            "TEL(0)=2", "TEL(20)=1; TEL(21)=2; EMAIL(0)=a@b"},
+        Row{"names_in_any_case",
+            Card("tel;cell:1\r\nEmail;Internet:a@b\r\nTEL;TYPE=cell,home:2\r\n"
+                 "note;encoding=quotedprintable:a=3D\r\n"),
+            "TEL(0)=2", "TEL(20)=1; TEL(21)=2; EMAIL(0)=a@b; NOTE=a="},
         Row{"escapes_in_structured_values", Card("N:Sales Dept.\\Manager;a\\;b;c\\\\;d\\,e\r\n"),
             "N=Sales Dept.\\anager|a\\b|c\\;d\\e|||||",
             "N=Sales Dept.\\Manager|a\\;b|c\\\\|d\\,e||||"},

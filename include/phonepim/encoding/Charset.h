@@ -39,6 +39,20 @@ std::string DecodeQuotedPrintableValue(std::string_view text);
 /// "WINDOWS-1252", "SHIFT_JIS", ...), case-blind.
 CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int encoding);
 
+/// The value encoding an ENCODING word (or a bare encoding parameter)
+/// names, in any case and as exports spell it: "QUOTED-PRINTABLE" and
+/// "QUOTEDPRINTABLE" kEncodingQuotedPrintable, "BASE64" and "B"
+/// kEncodingBase64, anything else kEncodingUnknown.
+int EncodingOfWord(std::string_view word);
+
+/// Whether `word` names UTF-8, in any case, the typo "UTF8" included.
+bool NamesUTF8(std::string_view word);
+
+/// The bytes of BASE64 text as the lenient tokenizer hands it over (whole,
+/// white space removed): decoding stops at the padding or at the first
+/// byte outside the alphabet, so a damaged tail costs only the tail.
+Bytes DecodeBase64Text(std::string_view text);
+
 /// Undoes the escapes phones write in values: "\;" ";", "\\" "\", "\,"
 /// ",", "\:" ":", "\n" and "\N" a line feed. A backslash before anything
 /// else, or at the end, stays as it is, so unescaping text that was never
