@@ -128,6 +128,10 @@ CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int 
   if (encoding == kEncodingQuotedPrintable || encoding == kEncodingQuotedPrintableCR) {
     decoded = DecodeQuotedPrintableValue(bytes);
     bytes = decoded;
+  } else if (encoding == kEncodingBase64) {
+    const Bytes binary = DecodeBase64Text(bytes);
+    decoded.assign(binary.begin(), binary.end());
+    bytes = decoded;
   }
   CharsetText result;
   const bool utf8 = charset.empty() || NamesUTF8(charset);

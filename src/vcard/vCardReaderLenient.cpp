@@ -89,8 +89,15 @@ std::optional<String> DecodeTextLenient(vCard::vCardParseData& d, bool undoEscap
   return std::move(decoded.text);
 }
 
+// The text an extension item keeps of the value: decoded, except BASE64,
+// which stays the text it came as (a picture is no text).
+String ItemText(vCard::vCardParseData& d) {
+  if (d.encoding == kEncodingBase64) return StringFromASCII(d.value);
+  return *DecodeTextLenient(d, false);
+}
+
 Outcome KeepAsExtension(vCard::vCardParseData& d) {
-  d.pContact->NewXItem(StringFromASCII(d.propertyName), *DecodeTextLenient(d, false), 0, -1);
+  d.pContact->NewXItem(StringFromASCII(d.propertyName), ItemText(d), 0, -1);
   return {PropertyFate::kExtension, nullptr};
 }
 
@@ -186,7 +193,7 @@ void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
     }
   }
   d.decodeNote.clear();
-  held = DecodeTextLenient(d, false);
+  held = ItemText(d);
   if (d.account != nullptr) d.heldAccount[id] = d.account->properties.size() - 1;
 }
 

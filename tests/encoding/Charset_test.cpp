@@ -32,6 +32,7 @@ TEST(decode_charset, reads_by_the_charset_word_and_keeps_what_it_cannot) {
       {"abc", "X-NO-SUCH", kEncodingNone, u"abc", false, true},
       {"(nessa_flame)", "", kEncodingQuotedPrintable, u"(nessa_flame)", false, false},
       {"a=\r\nb=3d=ZZ=", "", kEncodingQuotedPrintableCR, u"ab==ZZ=", false, false},
+      {"w6k=", "ISO-8859-1", kEncodingBase64, u"Ã©", false, false},
   };
   for (const CharsetRow& row : rows) {
     SCOPED_TRACE(row.bytes + " as " + row.charset);

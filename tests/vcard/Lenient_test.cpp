@@ -84,8 +84,10 @@ INSTANTIATE_TEST_SUITE_P(
             "BDAY=2000-2-2/0; TITLE=Boss; X:TITLE=Chief; X:BDAY=19990101"},
         Row{"nested_card", kNested, "N=Agent|||||||; TEL(0)=9; TEL(0)=1",
             "N=Parent|||||||; TEL(0)=1"},
-        Row{"what_no_field_takes", Card("X-FOO:bar\r\nBDAY:1999/01/01\r\nPHOTO;VALUE=URL:http://x\r\n"),
-            "PHOTO=3:86db69", "X:X-FOO=bar; X:BDAY=1999/01/01; X:PHOTO=http://x"}),
+        Row{"what_no_field_takes",
+            Card("X-FOO:bar\r\nBDAY:1999/01/01\r\nPHOTO;VALUE=URL:http://x\r\n"
+                 "FN;ENCODING=BASE64:QUJD\r\n"),
+            "FN=ABC; PHOTO=3:86db69", "FN=ABC; X:X-FOO=bar; X:BDAY=1999/01/01; X:PHOTO=http://x"}),
     [](const ::testing::TestParamInfo<Row>& info) { return info.param.name; });
 
 TEST(read_lenient, reports_a_card_cut_short_and_keeps_what_came) {

@@ -34,7 +34,8 @@ std::string DecodeQuotedPrintableValue(std::string_view text);
 
 /// Decodes the bytes of a value by its CHARSET word (empty: none given),
 /// after quoted-printable decoding for kEncodingQuotedPrintable and
-/// kEncodingQuotedPrintableCR. "UTF-8", its common typo "UTF8" and no word
+/// kEncodingQuotedPrintableCR, and BASE64 decoding (DecodeBase64Text) for
+/// kEncodingBase64. "UTF-8", its common typo "UTF8" and no word
 /// read UTF-8; any other word is handed to ICU ("ISO-8859-1",
 /// "WINDOWS-1252", "SHIFT_JIS", ...), case-blind.
 CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int encoding);
