@@ -289,7 +289,6 @@ void ClassifyTypeWord(vCard::vCardParseData& d, const TypeRule& rule, const char
 // recorded, and true, when `parameter` is one of them. One jump on the
 // first letter sends the type words past them.
 bool ClassifyEncodingWord(vCard::vCardParseData& d, const char* parameter, const char* value) {
-  if (vCard::sm_fLenientReading) return vcard_reader::ClassifyEncodingWordLenient(d, parameter, value);
   switch (parameter[0]) {
     case 'C':
       if (!SameWord("CHARSET", parameter)) return false;
@@ -327,18 +326,29 @@ void ClassifyProperty(vCard::vCardParseData& d, const char* name, char** params)
   d.value.clear();
   d.hasValue = false;
   d.propertyID = PropertyIDOf(name);
-  d.propertyName = name != nullptr ? name : "";
+  // Kept for extension items and the account only: a copy per property
+  // would cost the standard reading for nothing.
+  if (vCard::sm_fLenientReading || d.account != nullptr) {
+    d.propertyName = name != nullptr ? name : "";
+  }
 
   if (params == nullptr) return;
-  // A nested card's labels are registered when that card is read.
-  const TypeRule* const rule =
-      vCard::sm_fLenientReading && d.depth > 1 ? nullptr : TypeRuleOf(d.propertyID);
   int labelsRegistered = 0;
+  if (!vCard::sm_fLenientReading) {
+    const TypeRule* const rule = TypeRuleOf(d.propertyID);
+    for (char** pair = params; pair[0] != nullptr; pair += 2) {
+      if (ClassifyEncodingWord(d, pair[0], pair[1])) continue;
+      if (rule != nullptr) ClassifyTypeWord(d, *rule, pair[0], params, labelsRegistered);
+    }
+    return;
+  }
+  // A nested card's labels are registered when that card is read.
+  const TypeRule* const rule = d.depth > 1 ? nullptr : TypeRuleOf(d.propertyID);
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
-    if (ClassifyEncodingWord(d, pair[0], pair[1])) continue;
+    if (vcard_reader::ClassifyEncodingWordLenient(d, pair[0], pair[1])) continue;
     if (rule == nullptr) continue;
     ClassifyTypeWord(d, *rule, pair[0], params, labelsRegistered);
-    if (vCard::sm_fLenientReading && pair[1] != nullptr && SameWord("TYPE", pair[0])) {
+    if (pair[1] != nullptr && SameWord("TYPE", pair[0])) {
       // "TYPE=CELL,VOICE": the words as values, as newer exports write them.
       vcard_reader::ForEachTypeValue(pair[1], [&](const char* word) {
         ClassifyTypeWord(d, *rule, word, params, labelsRegistered);

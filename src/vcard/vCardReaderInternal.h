@@ -122,9 +122,13 @@ struct vCard::vCardParseData {
   bool ended = false;
   /// Per single-value property: the text of the value its field holds now
   /// and its account entry, so that a later value of the same property
-  /// can move it to an extension item instead of overwriting it.
-  std::array<std::optional<String>, kvCardPropertyEND + 1> heldText;
-  std::array<std::size_t, kvCardPropertyEND + 1> heldAccount{};
+  /// can move it to an extension item instead of overwriting it. Made at
+  /// the first such value: the standard reading never needs it.
+  struct HeldValue {
+    std::optional<String> text;
+    std::size_t account = 0;
+  };
+  std::unique_ptr<std::array<HeldValue, kvCardPropertyEND + 1>> held;
 };
 
 /// True when `text[index]` is ';' and the byte before it (if any) is not a
@@ -188,8 +192,12 @@ struct Outcome {
 inline Outcome Read(const char* field) { return {PropertyFate::kRead, field}; }
 inline Outcome Empty() { return {PropertyFate::kEmpty, "no value"}; }
 
-/// Appends the current property's outcome to the parse's account, if any.
-void Note(vCard::vCardParseData& d, Outcome outcome);
+/// Appends the current property's outcome to the parse's account.
+void AddToAccount(vCard::vCardParseData& d, Outcome outcome);
+/// The same when there is an account; most reading has none.
+inline void Note(vCard::vCardParseData& d, Outcome outcome) {
+  if (d.account != nullptr) AddToAccount(d, outcome);
+}
 
 // --- Lenient reading (vCard::sm_fLenientReading) ---------------------------
 

@@ -49,8 +49,7 @@ std::optional<String> NonEmpty(const std::vector<String>& parts, std::size_t ind
 
 }  // namespace
 
-void Note(vCard::vCardParseData& d, Outcome outcome) {
-  if (d.account == nullptr) return;
+void AddToAccount(vCard::vCardParseData& d, Outcome outcome) {
   std::string where = outcome.where != nullptr ? outcome.where : "extension item " + d.propertyName;
   if (!d.decodeNote.empty()) where += " (" + d.decodeNote + ")";
   d.account->properties.push_back({d.propertyName, outcome.fate, std::move(where)});
@@ -181,20 +180,21 @@ bool BeginLenientStore(vCard::vCardParseData& d) {
 void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
   Note(d, outcome);
   if (outcome.fate != PropertyFate::kRead || !HoldsOneValue(d.propertyID)) return;
-  const auto id = static_cast<std::size_t>(d.propertyID);
-  std::optional<String>& held = d.heldText[id];
-  if (held) {
+  if (!d.held) d.held = std::make_unique<std::array<vCard::vCardParseData::HeldValue,
+                                                      kvCardPropertyEND + 1>>();
+  vCard::vCardParseData::HeldValue& held = (*d.held)[static_cast<std::size_t>(d.propertyID)];
+  if (held.text) {
     // The field keeps its rule (the later value); the earlier one stays.
-    d.pContact->NewXItem(StringFromASCII(d.propertyName), *held, 0, -1);
+    d.pContact->NewXItem(StringFromASCII(d.propertyName), *held.text, 0, -1);
     if (d.account != nullptr) {
-      PropertyAccount& earlier = d.account->properties[d.heldAccount[id]];
+      PropertyAccount& earlier = d.account->properties[held.account];
       earlier.fate = PropertyFate::kExtension;
       earlier.where = "extension item " + d.propertyName + " (a later one took the field)";
     }
   }
   d.decodeNote.clear();
-  held = ItemText(d);
-  if (d.account != nullptr) d.heldAccount[id] = d.account->properties.size() - 1;
+  held.text = ItemText(d);
+  if (d.account != nullptr) held.account = d.account->properties.size() - 1;
 }
 
 }  // namespace phonepim::vcard_reader

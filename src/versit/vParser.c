@@ -143,8 +143,25 @@ unsigned char Base64ToOrd(char c) {
   return 255;
 }
 
-static int vp_same_word(const char* text, const char* word, int ignoreCase) {
-  if (!ignoreCase) return strcmp(text, word) == 0;
+/* Which encoding a parameter names: ENCODING=X or a bare X. Exact,
+ * case-sensitive texts; anything else leaves the encoding alone. */
+static void vp_note_encoding(VP* vp, const char* name, const char* value) {
+  const char* text = name[0] == 'E' && strcmp(name, "ENCODING") == 0 ? value : name;
+  if (text == NULL) return;
+  /* Most parameters (TYPE=..., CHARSET=..., HOME) start with none of the
+   * three letters. */
+  if (text[0] != 'Q' && text[0] != 'B' && text[0] != '8') return;
+  if (strcmp(text, "QUOTED-PRINTABLE") == 0) {
+    vp->encoding = VP_ENCODING_QUOTED_PRINTABLE;
+  } else if (strcmp(text, "BASE64") == 0) {
+    vp->encoding = VP_ENCODING_BASE64;
+  } else if (strcmp(text, "8BIT") == 0) {
+    vp->encoding = VP_ENCODING_8BIT;
+  }
+}
+
+/* `text` equals the upper-case `word`, ASCII letters in either case. */
+static int vp_same_word_blind(const char* text, const char* word) {
   for (; *word != '\0'; ++text, ++word) {
     char c = *text;
     if (c >= 'a' && c <= 'z') c = (char)(c - 'a' + 'A');
@@ -153,24 +170,19 @@ static int vp_same_word(const char* text, const char* word, int ignoreCase) {
   return *text == '\0';
 }
 
-/* Which encoding a parameter names: ENCODING=X or a bare X. Exact,
- * case-sensitive texts unless lenient; anything else leaves the encoding
- * alone. */
-static void vp_note_encoding(VP* vp, const char* name, const char* value) {
-  const int blind = vp->lenient;
-  const char* text =
-      (name[0] == 'E' || blind) && vp_same_word(name, "ENCODING", blind) ? value : name;
+/* The lenient reading of the same: any case, and the spellings exports
+ * use, "QUOTEDPRINTABLE" and the vCard 3 "ENCODING=b". The name is upper
+ * case already. */
+static void vp_note_encoding_blind(VP* vp, const char* name, const char* value) {
+  const int named = strcmp(name, "ENCODING") == 0;
+  const char* text = named ? value : name;
   if (text == NULL) return;
-  /* Most parameters (TYPE=..., CHARSET=..., HOME) start with none of the
-   * three letters. */
-  if (!blind && text[0] != 'Q' && text[0] != 'B' && text[0] != '8') return;
-  if (vp_same_word(text, "QUOTED-PRINTABLE", blind) ||
-      (blind && vp_same_word(text, "QUOTEDPRINTABLE", 1))) {
+  if (vp_same_word_blind(text, "QUOTED-PRINTABLE") ||
+      vp_same_word_blind(text, "QUOTEDPRINTABLE")) {
     vp->encoding = VP_ENCODING_QUOTED_PRINTABLE;
-  } else if (vp_same_word(text, "BASE64", blind) || (blind && text != name &&
-                                                       vp_same_word(text, "B", 1))) {
+  } else if (vp_same_word_blind(text, "BASE64") || (named && vp_same_word_blind(text, "B"))) {
     vp->encoding = VP_ENCODING_BASE64;
-  } else if (vp_same_word(text, "8BIT", blind)) {
+  } else if (vp_same_word_blind(text, "8BIT")) {
     vp->encoding = VP_ENCODING_8BIT;
   }
 }
@@ -196,8 +208,12 @@ int vcard_end_prop(VP* vp) {
       int valueOffset = vp_word_offset(pair[1]);
       pair[0] = vp->line + nameOffset;
       pair[1] = valueOffset != 0 ? vp->line + valueOffset : NULL;
-      if (vp->lenient) vp_upper_name(pair[0]);
-      vp_note_encoding(vp, pair[0], pair[1]);
+      if (vp->lenient) {
+        vp_upper_name(pair[0]);
+        vp_note_encoding_blind(vp, pair[0], pair[1]);
+      } else {
+        vp_note_encoding(vp, pair[0], pair[1]);
+      }
     }
     /* A handler must always be able to walk to the null pair. */
     if (!card_add_param(vp, 0)) return 0;
@@ -529,11 +545,7 @@ static const unsigned char* vp_take_value_run(VP* vp, const unsigned char* p,
       return q;
     }
     case VP_ENCODING_BASE64:
-      if (!vp->lenient) return p;
-      q = p;
-      while (q < end && !vp_isspace(*q)) ++q;
-      if (q == p || !vp_append_run(vp, p, (int)(q - p), end)) return p;
-      return q;
+      return p;
     default:
       q = vp_skip_text_words(p, end);
       while (q < end && !(kClass[*q] & VP_CLASS_LINE)) ++q;
@@ -558,17 +570,12 @@ int CARD_Parse(VP* vp, const char* data, int length, int final) {
         ++p;
         continue;
       }
-      if (vp->lenient && !vp->isContinuation && c == '\r') {
-        /* The CR of an empty CRLF line: Outlook and phones leave such
-         * lines after photos and between properties, and they separate,
-         * never fold. */
-        ++p;
-        continue;
-      }
       if (!vp->isContinuation && vp_isspace(c)) {
         /* One leading white-space byte folds the line and is removed; a
-         * CR here is the CR of an empty CRLF line. */
-        vp->isContinuation = 1;
+         * CR here is the CR of an empty CRLF line. Lenient reading skips
+         * that CR instead: Outlook and phones leave empty lines after
+         * photos and between properties, and they separate, never fold. */
+        if (c != '\r' || !vp->lenient) vp->isContinuation = 1;
         ++p;
         continue;
       }
@@ -579,17 +586,19 @@ int CARD_Parse(VP* vp, const char* data, int length, int final) {
         vp->encoding = VP_ENCODING_NONE;
       }
       vp->atLineStart = 0;
-      if (!vp->isContinuation) {
+      if (vp->afterBlankLine) {
         /* A soft break followed by an empty line was the value's last
          * line: the next property must not join it. */
-        if (vp->afterBlankLine) vp->qpPending = 0;
+        if (!vp->isContinuation) vp->qpPending = 0;
+        vp->afterBlankLine = 0;
+      }
+      if (!vp->isContinuation) {
         /* The previous line ends only now that we know this one is not a
          * continuation of it. */
         if (!vp_process(vp, '\n')) return 0;
       } else if (vp->encoding == VP_ENCODING_QUOTED_PRINTABLE) {
         vp->qpPending = 0;
       }
-      vp->afterBlankLine = 0;
     }
     if (c == '\n') {
       vp->atLineStart = 1;
