@@ -3,6 +3,7 @@
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_cb.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -93,32 +94,42 @@ bool NamesUTF8(std::string_view word) {
 }
 
 Bytes DecodeBase64Text(std::string_view text) {
-  Bytes bytes(text.size() / 4 * 3 + 2);
-  bytes.resize(Base64DecodePrefix(text.data(), text.size(), bytes.data()));
+  std::string packed;
+  packed.reserve(text.size());
+  for (const char c : text) {
+    if (c != ' ' && c != '\t' && c != '\r' && c != '\n') packed.push_back(c);
+  }
+  Bytes bytes(packed.size() / 4 * 3 + 2);
+  bytes.resize(Base64DecodePrefix(packed.data(), packed.size(), bytes.data()));
   return bytes;
 }
 
 std::string DecodeQuotedPrintableValue(std::string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (c != '=' || i + 1 >= text.size()) {
-      out.push_back(c);
-      continue;
+  std::size_t i = 0;
+  while (i < text.size()) {
+    // Plain runs are copied whole; only an '=' needs a look.
+    const std::size_t equals = std::min(text.find('=', i), text.size());
+    out.append(text, i, equals - i);
+    i = equals;
+    if (i + 1 >= text.size()) {
+      if (i < text.size()) out.push_back('=');
+      break;
     }
     if (text[i + 1] == '\r' || text[i + 1] == '\n') {
-      i += text[i + 1] == '\r' && i + 2 < text.size() && text[i + 2] == '\n' ? 2 : 1;
+      i += text[i + 1] == '\r' && i + 2 < text.size() && text[i + 2] == '\n' ? 3 : 2;
       continue;
     }
     const int high = HexValue(text[i + 1]);
     const int low = i + 2 < text.size() ? HexValue(text[i + 2]) : -1;
     if (high < 0 || low < 0) {
-      out.push_back(c);
+      out.push_back('=');
+      ++i;
       continue;
     }
     out.push_back(static_cast<char>(high * 16 + low));
-    i += 2;
+    i += 3;
   }
   return out;
 }

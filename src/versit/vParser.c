@@ -181,7 +181,8 @@ static void vp_note_encoding_blind(VP* vp, const char* name, const char* value) 
       vp_same_word_blind(text, "QUOTEDPRINTABLE")) {
     vp->encoding = VP_ENCODING_QUOTED_PRINTABLE;
   } else if (vp_same_word_blind(text, "BASE64") || (named && vp_same_word_blind(text, "B"))) {
-    vp->encoding = VP_ENCODING_BASE64;
+    /* Not decoded here: the caller gets the text, however it is folded. */
+    vp->encoding = VP_ENCODING_BASE64_TEXT;
   } else if (vp_same_word_blind(text, "8BIT")) {
     vp->encoding = VP_ENCODING_8BIT;
   }
@@ -195,11 +196,25 @@ static void vp_upper_name(char* name) {
   }
 }
 
+/* Lenient reading of the names of a property whose parameters are
+ * pointers now: upper case, and the encoding words in any case. Out of
+ * line: the standard reading's path through vcard_end_prop stays short. */
+#if defined(__GNUC__)
+__attribute__((noinline))
+#endif
+static void vp_lenient_names(VP* vp) {
+  int i;
+  vp_upper_name(vp->line);
+  for (i = 0; i < vp->paramCount; ++i) {
+    vp_upper_name(vp->params[2 * i]);
+    vp_note_encoding_blind(vp, vp->params[2 * i], vp->params[2 * i + 1]);
+  }
+}
+
 int vcard_end_prop(VP* vp) {
   if (vp->propHandler != NULL) {
     int i;
     if (!vcard_add_char_to_line(vp, '\0')) return 0;
-    if (vp->lenient) vp_upper_name(vp->line);
     /* The line no longer moves while the handler runs: offsets become
      * pointers now. */
     for (i = 0; i < vp->paramCount; ++i) {
@@ -208,13 +223,9 @@ int vcard_end_prop(VP* vp) {
       int valueOffset = vp_word_offset(pair[1]);
       pair[0] = vp->line + nameOffset;
       pair[1] = valueOffset != 0 ? vp->line + valueOffset : NULL;
-      if (vp->lenient) {
-        vp_upper_name(pair[0]);
-        vp_note_encoding_blind(vp, pair[0], pair[1]);
-      } else {
-        vp_note_encoding(vp, pair[0], pair[1]);
-      }
+      if (!vp->lenient) vp_note_encoding(vp, pair[0], pair[1]);
     }
+    if (vp->lenient) vp_lenient_names(vp);
     /* A handler must always be able to walk to the null pair. */
     if (!card_add_param(vp, 0)) return 0;
     vp->propHandler(vp->userData, vp->line, vp->params);
@@ -282,12 +293,6 @@ static int vp_value_byte(VP* vp, char ch) {
       vcard_add_char_to_line(vp, ch);
       return 1;
     case VP_ENCODING_BASE64:
-      if (vp->lenient) {
-        /* The whole text goes to the caller, which decodes it in one
-         * piece: phones fold BASE64 anywhere, the first line included. */
-        if (!vp_isspace(c)) vcard_add_char_to_line(vp, ch);
-        return 1;
-      }
       if (vp->quadCount < 4 && !vp_isspace(c)) vp->quad[vp->quadCount++] = ch;
       if (vp->quadCount < 4) return 1;
       return vp_decode_quad(vp);
@@ -566,7 +571,9 @@ int CARD_Parse(VP* vp, const char* data, int length, int final) {
       if (c == '\n') {
         /* Empty LF lines are ignored, and so is the folding decision:
          * after "\r" (CRLF empty line) the next line continues. */
-        vp->afterBlankLine = vp->lenient;
+        /* Lenient reading: a soft break followed by an empty line was the
+         * value's last line, and the next property must not join it. */
+        if (vp->lenient) vp->qpPending = 0;
         ++p;
         continue;
       }
@@ -582,16 +589,8 @@ int CARD_Parse(VP* vp, const char* data, int length, int final) {
       /* Only a property's first physical line is BASE64: phones put the
        * folded rest of a photo on continuation lines, and the caller
        * decodes that text itself. */
-      if (vp->encoding == VP_ENCODING_BASE64 && !vp->lenient) {
-        vp->encoding = VP_ENCODING_NONE;
-      }
+      if (vp->encoding == VP_ENCODING_BASE64) vp->encoding = VP_ENCODING_NONE;
       vp->atLineStart = 0;
-      if (vp->afterBlankLine) {
-        /* A soft break followed by an empty line was the value's last
-         * line: the next property must not join it. */
-        if (!vp->isContinuation) vp->qpPending = 0;
-        vp->afterBlankLine = 0;
-      }
       if (!vp->isContinuation) {
         /* The previous line ends only now that we know this one is not a
          * continuation of it. */

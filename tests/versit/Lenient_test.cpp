@@ -1,5 +1,5 @@
 // The tokenizer's lenient decisions, each input whole, cut at every offset
-// and fed byte by byte: the state they carry (a blank line seen, a BASE64
+// and fed byte by byte: the state they carry (a soft break pending, a BASE64
 // value going on) must survive any cut.
 #include <gtest/gtest.h>
 
@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
              {"P:NOTE;QUOTED-PRINTABLE", "D:ab=3D", "E"}},
         Case{"base64_from_the_property_line_arrives_whole",
              "PHOTO;ENCODING=BASE64:/9j/\r\n 4A AQ\r\n\r\nTEL:1\r\n",
-             {"P:PHOTO;ENCODING=BASE64", "D:/9j/4AAQ", "E", "P:TEL", "D:1", "E"}},
+             {"P:PHOTO;ENCODING=BASE64", "D:/9j/4A AQ", "E", "P:TEL", "D:1", "E"}},
         Case{"names_upper_labels_and_values_as_written",
              "tel;x-custom(Night);type=cell:1\r\n",
              {"P:TEL;X-CUSTOM(Night);TYPE=cell", "D:1", "E"}},

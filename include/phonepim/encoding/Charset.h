@@ -50,8 +50,9 @@ int EncodingOfWord(std::string_view word);
 bool NamesUTF8(std::string_view word);
 
 /// The bytes of BASE64 text as the lenient tokenizer hands it over (whole,
-/// white space removed): decoding stops at the padding or at the first
-/// byte outside the alphabet, so a damaged tail costs only the tail.
+/// with the white space of its folding): white space is skipped, and
+/// decoding stops at the padding or at the first other byte outside the
+/// alphabet, so a damaged tail costs only the tail.
 Bytes DecodeBase64Text(std::string_view text);
 
 /// Undoes the escapes phones write in values: "\;" ";", "\\" "\", "\,"

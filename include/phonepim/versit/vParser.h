@@ -53,8 +53,8 @@ void CARD_SetDataHandler(VP* parser, CARD_DataHandler handler);
  * - an empty line is only a line end, also in CRLF text (its CR does not
  *   fold the next line into the property before it), and a
  *   quoted-printable soft break followed by an empty line ends the value;
- * - a BASE64 value is not decoded here: its text arrives whole, white
- *   space removed, however it is folded, for the caller to decode;
+ * - a BASE64 value is not decoded here: its text arrives whole, however
+ *   it is folded (DecodeBase64Text decodes it, white space and all);
  * - the property name and each parameter name (up to a '(' that opens a
  *   label) arrive in upper case, and the encoding words are recognised in
  *   any case, with "QUOTEDPRINTABLE" and "B" as Outlook and vCard 3
