@@ -152,7 +152,6 @@ class corpus_round_trip : public ::testing::TestWithParam<CorpusExpectation> {
     objects_ = CorpusVCards(PHONEPIM_CORPUS_DIR,
                             GetParam().lenient ? NestedCards::kApart : NestedCards::kInside);
   }
-  void TearDown() override { vCard::LenientReading(false); }
   ScopedWriterDefaults defaults_;
   ScopedAssertionHandler handler_{ThrowingAssertionHandler};
   std::vector<CorpusObject> objects_;

@@ -20,14 +20,6 @@ using testing_vcard::Describe;
 using testing_vcard::MakeObject;
 using testing_vcard::Read;
 
-class ScopedLenient {
- public:
-  explicit ScopedLenient(bool on) { vCard::LenientReading(on); }
-  ~ScopedLenient() { vCard::LenientReading(false); }
-  ScopedLenient(const ScopedLenient&) = delete;
-  ScopedLenient& operator=(const ScopedLenient&) = delete;
-};
-
 struct Row {
   const char* name;
   std::string text;
@@ -41,11 +33,9 @@ class read_both_ways : public ::testing::TestWithParam<Row> {};
 
 TEST_P(read_both_ways, gives_each_mode_its_fields) {
   const Row& row = GetParam();
-  {
-    const ScopedLenient mode(false);
-    EXPECT_EQ(Describe(*Read(row.text)), row.strict) << "strict";
-  }
-  const ScopedLenient mode(true);
+  const testing_support::ScopedWriterDefaults defaults;
+  EXPECT_EQ(Describe(*Read(row.text)), row.strict) << "strict";
+  vCard::LenientReading(true);
   EXPECT_EQ(Describe(*Read(row.text)), row.lenient) << "lenient";
 }
 
@@ -93,7 +83,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(read_lenient, reports_a_card_cut_short_and_keeps_what_came) {
   const std::string cut = "BEGIN:VCARD\r\nVERSION:2.1\r\nN:A;B\r\nTEL;CELL:55";
   EXPECT_EQ(Describe(*Read(cut)), "N=A|B||||||; TEL(20)=55");
-  const ScopedLenient mode(true);
+  const testing_support::ScopedWriterDefaults defaults;
+  vCard::LenientReading(true);
   CContact contact(u"Contact");
   ReadAccount account;
   const vObject object = MakeObject(cut);
@@ -103,7 +94,8 @@ TEST(read_lenient, reports_a_card_cut_short_and_keeps_what_came) {
 }
 
 TEST(read_lenient, accounts_for_every_property) {
-  const ScopedLenient mode(true);
+  const testing_support::ScopedWriterDefaults defaults;
+  vCard::LenientReading(true);
   CContact contact(u"Contact");
   ReadAccount account;
   const vObject object =
@@ -125,8 +117,8 @@ TEST(read_lenient, accounts_for_every_property) {
 }
 
 TEST(read_lenient, escaped_values_settle_on_the_first_pass) {
-  const ScopedLenient mode(true);
   const testing_support::ScopedWriterDefaults defaults;
+  vCard::LenientReading(true);
   vCard::NonstandardEscChar(true);
   std::string text = Card("N:Sales Dept.\\Manager;a\\;b\\\\;;;\r\n");
   std::string first;
