@@ -434,8 +434,8 @@ void StoreTelephone(vCard::vCardParseData& d) {
   }
 }
 
-void StoreEmail(vCard::vCardParseData& d) {
-  d.pContact->NewEmail(ElementText(DecodeText(d, false)), d.typeFlags, -1,
+void StoreEmail(vCard::vCardParseData& d, std::optional<String> address) {
+  d.pContact->NewEmail(ElementText(std::move(address)), d.typeFlags, -1,
                        (d.typeFlags & kEmailTypeCustom) != 0 ? d.customLabel : nullptr);
 }
 
@@ -584,12 +584,18 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
     case kvCardPropertyTEL:
       StoreTelephone(d);
       return Read("telephones");
-    case kvCardPropertyEMAIL:
-      StoreEmail(d);
-      return Read("emails");
-    case kvCardPropertyURL:
-      contact.NewURL(ElementText(DecodeText(d, true)), d.typeFlags, -1);
-      return Read("urls");
+    case kvCardPropertyEMAIL: {
+      std::optional<String> value = DecodeText(d, false);
+      const Outcome outcome = decodedAs(value, "emails");
+      StoreEmail(d, std::move(value));
+      return outcome;
+    }
+    case kvCardPropertyURL: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "urls");
+      contact.NewURL(ElementText(std::move(value)), d.typeFlags, -1);
+      return outcome;
+    }
     case kvCardPropertyADR: {
       CPostalAddress* address = contact.NewAddress(
           nullptr, d.typeFlags, -1,
@@ -598,9 +604,12 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
       vCard::ParseAddress(text, len, d.charset, d.encoding, address);
       return Read("addresses");
     }
-    case kvCardPropertyNOTE:
-      contact.NewNotes(ElementText(DecodeText(d, true)), -1);
-      return Read("notes");
+    case kvCardPropertyNOTE: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "notes");
+      contact.NewNotes(ElementText(std::move(value)), -1);
+      return outcome;
+    }
     case kvCardPropertyTITLE: {
       std::optional<String> value = DecodeText(d, true);
       const Outcome outcome = decodedAs(value, "title");
@@ -634,9 +643,12 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
       if (decoded || !lenient) contact.SetPhotoData(std::move(photo));
       return unless(decoded, "photo", "no picture bytes in it");
     }
-    case kvCardPropertyGN:
-      contact.SetGroupName(DecodeText(d, true));
-      return Read("groupName");
+    case kvCardPropertyGN: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "groupName");
+      contact.SetGroupName(std::move(value));
+      return outcome;
+    }
     case kvCardPropertyGT: {
       std::uint32_t groupType = 0;
       vCard::ParseGroupType(text, len, &groupType);
@@ -646,36 +658,57 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
     case kvCardPropertyGROUP:
       vCard::ParseGroups(text, len, &contact.Groups());
       return Read("groups");
-    case kvCardPropertyIM:
-      contact.NewMessengerID(ElementText(DecodeText(d, true)), d.typeFlags, -1);
-      return Read("messengers");
+    case kvCardPropertyIM: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "messengers");
+      contact.NewMessengerID(ElementText(std::move(value)), d.typeFlags, -1);
+      return outcome;
+    }
     case kvCardPropertySPEEDDIAL:
       if (lenient && d.value.size() >= 256) return vcard_reader::KeepAsExtension(d);
       StoreSpeedDial(d);
       return Read("speedDials");
-    case kvCardPropertyACCOUNT:
-      contact.SetAccount(DecodeText(d, true));
-      return Read("account");
-    case kvCardPropertyACCOUNT_N:
-      contact.SetAccountName(DecodeText(d, true));
-      return Read("accountName");
-    case kvCardPropertyACCOUNT_TYPE:
-      contact.SetAccountType(DecodeText(d, true));
-      return Read("accountType");
+    case kvCardPropertyACCOUNT: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "account");
+      contact.SetAccount(std::move(value));
+      return outcome;
+    }
+    case kvCardPropertyACCOUNT_N: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "accountName");
+      contact.SetAccountName(std::move(value));
+      return outcome;
+    }
+    case kvCardPropertyACCOUNT_TYPE: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "accountType");
+      contact.SetAccountType(std::move(value));
+      return outcome;
+    }
     case kvCardPropertyREV: {
       std::optional<DateComponents> revision = vCard::ParseLastRevision(text, len);
       if (revision) contact.SetLastRevision(revision);
       return unless(revision.has_value(), "lastRevision", "not read: no date-time reader");
     }
-    case kvCardPropertyGDISPN:
-      contact.SetGroupDisplayName(DecodeText(d, true));
-      return Read("groupDisplayName");
-    case kvCardPropertySPOUSE:
-      contact.setSpouse(DecodeText(d, true));
-      return Read("spouse");
-    case kvCardPropertyCHILDREN:
-      contact.setChildren(DecodeText(d, true));
-      return Read("children");
+    case kvCardPropertyGDISPN: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "groupDisplayName");
+      contact.SetGroupDisplayName(std::move(value));
+      return outcome;
+    }
+    case kvCardPropertySPOUSE: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "spouse");
+      contact.setSpouse(std::move(value));
+      return outcome;
+    }
+    case kvCardPropertyCHILDREN: {
+      std::optional<String> value = DecodeText(d, true);
+      const Outcome outcome = decodedAs(value, "children");
+      contact.setChildren(std::move(value));
+      return outcome;
+    }
     case kvCardPropertyASSISTANT:
       if (lenient) return vcard_reader::StoreAssistantLenient(d);
       StoreAssistant(d);

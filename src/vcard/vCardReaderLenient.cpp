@@ -51,8 +51,7 @@ std::optional<String> NonEmpty(const std::vector<String>& parts, std::size_t ind
 
 void AddToAccount(vCard::vCardParseData& d, Outcome outcome) {
   std::string where = outcome.where != nullptr ? outcome.where : "extension item " + d.propertyName;
-  if (!d.decodeNote.empty()) where += " (" + d.decodeNote + ")";
-  d.account->properties.push_back({d.propertyName, outcome.fate, std::move(where)});
+  d.account->properties.push_back({d.propertyName, outcome.fate, std::move(where), d.decodeNote});
 }
 
 bool ClassifyEncodingWordLenient(vCard::vCardParseData& d, const char* parameter,

@@ -113,6 +113,11 @@ std::vector<std::string> DropUnwritten(const CContact& contact, Json& before,
     }
     elements = std::move(kept);
   }
+  // Nor for an empty note or nickname.
+  for (const char* list : {"notes", "nicknames"}) {
+    Json& texts = before[list];
+    texts.erase(std::remove(texts.begin(), texts.end(), Json("")), texts.end());
+  }
   return JsonDifferences(original, before);
 }
 
@@ -198,6 +203,9 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
             lines.push_back("  lost: " + property.name + ": " + property.where);
           } else if (property.fate == PropertyFate::kExtension && !readOptions.quiet) {
             lines.push_back("  kept: " + property.name + " as " + property.where);
+          }
+          if (!property.note.empty() && !readOptions.quiet) {
+            lines.push_back("  note: " + property.name + ": " + property.note);
           }
         }
         // What writing the contact and reading it again would change.

@@ -24,6 +24,9 @@ struct PropertyAccount {
   std::string name;   ///< as the reader saw it (upper case when lenient)
   PropertyFate fate = PropertyFate::kRead;
   std::string where;  ///< the field, the extension item, or the reason
+  /// How the value was read when that is worth saying (lenient reading:
+  /// bytes not valid in its charset, a charset word no one knows).
+  std::string note;
 };
 
 /// The account of one object.
