@@ -527,8 +527,12 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
     if (stored) return Read(field);
     return lenient ? vcard_reader::KeepAsExtension(d) : Outcome{PropertyFate::kLost, reason};
   };
-  const auto decodedAs = [&](const std::optional<String>& value, const char* field) {
-    return unless(value.has_value(), field, "not valid in its charset");
+  // A text value: decoded, stored by `store`, accounted.
+  const auto decoded = [&](const char* field, const auto& store, bool undoEscapes = true) {
+    std::optional<String> value = DecodeText(d, undoEscapes);
+    const bool valid = value.has_value();
+    store(std::move(value));
+    return unless(valid, field, "not valid in its charset");
   };
   switch (d.propertyID) {
     case kvCardPropertyVERSION:
@@ -541,22 +545,16 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
                         __LINE__);
       }
       return {PropertyFate::kByDesign, "the version, checked"};
-    case kvCardPropertyFN: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "formattedName");
-      contact.SetFName(std::move(value));
-      return outcome;
-    }
+    case kvCardPropertyFN:
+      return decoded("formattedName", [&](auto v) { contact.SetFName(std::move(v)); });
     case kvCardPropertyN:
       if (lenient) return vcard_reader::StoreNameLenient(d);
       vCard::ParseName(text, len, d.charset, d.encoding, &contact.Name());
       return Read("name");
-    case kvCardPropertyNICKNAME: {
-      std::optional<String> nickname = DecodeText(d, true);
-      const Outcome outcome = decodedAs(nickname, "nicknames");
-      if (nickname) contact.NickNames().push_back(std::move(*nickname));
-      return outcome;
-    }
+    case kvCardPropertyNICKNAME:
+      return decoded("nicknames", [&](auto v) {
+        if (v) contact.NickNames().push_back(std::move(*v));
+      });
     case kvCardPropertySOUND:
       if (lenient) return vcard_reader::StoreReadingNameLenient(d);
       StoreReadingName(d);
@@ -584,18 +582,11 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
     case kvCardPropertyTEL:
       StoreTelephone(d);
       return Read("telephones");
-    case kvCardPropertyEMAIL: {
-      std::optional<String> value = DecodeText(d, false);
-      const Outcome outcome = decodedAs(value, "emails");
-      StoreEmail(d, std::move(value));
-      return outcome;
-    }
-    case kvCardPropertyURL: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "urls");
-      contact.NewURL(ElementText(std::move(value)), d.typeFlags, -1);
-      return outcome;
-    }
+    case kvCardPropertyEMAIL:
+      return decoded("emails", [&](auto v) { StoreEmail(d, std::move(v)); }, false);
+    case kvCardPropertyURL:
+      return decoded("urls",
+          [&](auto v) { contact.NewURL(ElementText(std::move(v)), d.typeFlags, -1); });
     case kvCardPropertyADR: {
       CPostalAddress* address = contact.NewAddress(
           nullptr, d.typeFlags, -1,
@@ -604,36 +595,20 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
       vCard::ParseAddress(text, len, d.charset, d.encoding, address);
       return Read("addresses");
     }
-    case kvCardPropertyNOTE: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "notes");
-      contact.NewNotes(ElementText(std::move(value)), -1);
-      return outcome;
-    }
-    case kvCardPropertyTITLE: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "title");
-      contact.SetTitle(std::move(value));
-      return outcome;
-    }
-    case kvCardPropertyROLE: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "role");
-      contact.SetRole(std::move(value));
-      return outcome;
-    }
+    case kvCardPropertyNOTE:
+      return decoded("notes", [&](auto v) { contact.NewNotes(ElementText(std::move(v)), -1); });
+    case kvCardPropertyTITLE:
+      return decoded("title", [&](auto v) { contact.SetTitle(std::move(v)); });
+    case kvCardPropertyROLE:
+      return decoded("role", [&](auto v) { contact.SetRole(std::move(v)); });
     case kvCardPropertyORG: {
       COrganization* org = contact.NewOrg(nullptr, nullptr, nullptr, nullptr, d.typeFlags);
       if (lenient) return vcard_reader::StoreOrgLenient(d, *org);
       vCard::ParseOrg(text, len, d.charset, d.encoding, org);
       return Read("organizations");
     }
-    case kvCardPropertyHOBBY: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "hobby");
-      contact.SetHobby(std::move(value));
-      return outcome;
-    }
+    case kvCardPropertyHOBBY:
+      return decoded("hobby", [&](auto v) { contact.SetHobby(std::move(v)); });
     case kvCardPropertyPHOTO: {
       // A picture given by reference (TYPE=URL) is no BASE64 text.
       if (lenient && d.encoding != kEncodingBase64) return vcard_reader::KeepAsExtension(d);
@@ -643,12 +618,8 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
       if (decoded || !lenient) contact.SetPhotoData(std::move(photo));
       return unless(decoded, "photo", "no picture bytes in it");
     }
-    case kvCardPropertyGN: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "groupName");
-      contact.SetGroupName(std::move(value));
-      return outcome;
-    }
+    case kvCardPropertyGN:
+      return decoded("groupName", [&](auto v) { contact.SetGroupName(std::move(v)); });
     case kvCardPropertyGT: {
       std::uint32_t groupType = 0;
       vCard::ParseGroupType(text, len, &groupType);
@@ -658,57 +629,31 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
     case kvCardPropertyGROUP:
       vCard::ParseGroups(text, len, &contact.Groups());
       return Read("groups");
-    case kvCardPropertyIM: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "messengers");
-      contact.NewMessengerID(ElementText(std::move(value)), d.typeFlags, -1);
-      return outcome;
-    }
+    case kvCardPropertyIM:
+      return decoded("messengers",
+          [&](auto v) { contact.NewMessengerID(ElementText(std::move(v)), d.typeFlags, -1); });
     case kvCardPropertySPEEDDIAL:
       if (lenient && d.value.size() >= 256) return vcard_reader::KeepAsExtension(d);
       StoreSpeedDial(d);
       return Read("speedDials");
-    case kvCardPropertyACCOUNT: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "account");
-      contact.SetAccount(std::move(value));
-      return outcome;
-    }
-    case kvCardPropertyACCOUNT_N: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "accountName");
-      contact.SetAccountName(std::move(value));
-      return outcome;
-    }
-    case kvCardPropertyACCOUNT_TYPE: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "accountType");
-      contact.SetAccountType(std::move(value));
-      return outcome;
-    }
+    case kvCardPropertyACCOUNT:
+      return decoded("account", [&](auto v) { contact.SetAccount(std::move(v)); });
+    case kvCardPropertyACCOUNT_N:
+      return decoded("accountName", [&](auto v) { contact.SetAccountName(std::move(v)); });
+    case kvCardPropertyACCOUNT_TYPE:
+      return decoded("accountType", [&](auto v) { contact.SetAccountType(std::move(v)); });
     case kvCardPropertyREV: {
       std::optional<DateComponents> revision = vCard::ParseLastRevision(text, len);
       if (revision) contact.SetLastRevision(revision);
       return unless(revision.has_value(), "lastRevision", "not read: no date-time reader");
     }
-    case kvCardPropertyGDISPN: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "groupDisplayName");
-      contact.SetGroupDisplayName(std::move(value));
-      return outcome;
-    }
-    case kvCardPropertySPOUSE: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "spouse");
-      contact.setSpouse(std::move(value));
-      return outcome;
-    }
-    case kvCardPropertyCHILDREN: {
-      std::optional<String> value = DecodeText(d, true);
-      const Outcome outcome = decodedAs(value, "children");
-      contact.setChildren(std::move(value));
-      return outcome;
-    }
+    case kvCardPropertyGDISPN:
+      return decoded("groupDisplayName",
+          [&](auto v) { contact.SetGroupDisplayName(std::move(v)); });
+    case kvCardPropertySPOUSE:
+      return decoded("spouse", [&](auto v) { contact.setSpouse(std::move(v)); });
+    case kvCardPropertyCHILDREN:
+      return decoded("children", [&](auto v) { contact.setChildren(std::move(v)); });
     case kvCardPropertyASSISTANT:
       if (lenient) return vcard_reader::StoreAssistantLenient(d);
       StoreAssistant(d);

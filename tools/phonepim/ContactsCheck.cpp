@@ -105,7 +105,8 @@ std::vector<std::string> DropUnwritten(const CContact& contact, Json& before,
     Json& elements = before[list];
     Json kept = Json::array();
     for (const Json& element : elements) {
-      const bool empty = std::all_of(element.items().begin(), element.items().end(), [](const auto& item) {
+      const auto items = element.items();
+      const bool empty = std::all_of(items.begin(), items.end(), [](const auto& item) {
         return item.key() == "types" || item.key() == "customLabel" || item.key() == "label" ||
                item.value() == "" || item.value() == Json::array();
       });
@@ -224,7 +225,9 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
         }
         for (const std::string& line : lost) lines.push_back("  lost on writing: " + line);
         if (!readOptions.quiet) {
-          for (const std::string& line : byDesign) lines.push_back("  by design on writing: " + line);
+          for (const std::string& line : byDesign) {
+            lines.push_back("  by design on writing: " + line);
+          }
         }
         const bool losses = counts.count[std::size(kFates) - 1] != 0 || !lost.empty();
         lossy += losses ? 1 : 0;
