@@ -34,9 +34,20 @@ bool HoldsOneValue(int propertyID) {
   }
 }
 
+// The value decoded by its charset word, with a note in the account when
+// that took a fallback.
+CharsetText DecodeNoted(vCard::vCardParseData& d) {
+  CharsetText decoded = DecodeCharset(d.value, d.charsetName, d.encoding);
+  if (decoded.unknownCharset) {
+    d.decodeNote = "charset " + d.charsetName + " unknown, read as UTF-8";
+  } else if (decoded.replaced) {
+    d.decodeNote = "bytes not valid in its charset kept as Latin-1 or U+FFFD";
+  }
+  return decoded;
+}
+
 std::vector<String> Components(vCard::vCardParseData& d) {
-  const CharsetText decoded = DecodeCharset(d.value, d.charsetName, d.encoding);
-  if (decoded.replaced) d.decodeNote = "bytes not valid in its charset kept as Latin-1 or U+FFFD";
+  const CharsetText decoded = DecodeNoted(d);
   // Escapes are one option both ways: the writer escapes only with it, so
   // the reader undoes them only with it, and a value round-trips either way.
   return SplitStructuredValue(decoded.text, vCard::sm_fNonstandardEscChar);
@@ -77,12 +88,7 @@ bool ClassifyEncodingWordLenient(vCard::vCardParseData& d, const char* parameter
 }
 
 std::optional<String> DecodeTextLenient(vCard::vCardParseData& d, bool undoEscapes) {
-  CharsetText decoded = DecodeCharset(d.value, d.charsetName, d.encoding);
-  if (decoded.unknownCharset) {
-    d.decodeNote = "charset " + d.charsetName + " unknown, read as UTF-8";
-  } else if (decoded.replaced) {
-    d.decodeNote = "bytes not valid in its charset kept as Latin-1 or U+FFFD";
-  }
+  CharsetText decoded = DecodeNoted(d);
   if (undoEscapes && vCard::sm_fNonstandardEscChar) return UnescapeValue(decoded.text);
   return std::move(decoded.text);
 }
