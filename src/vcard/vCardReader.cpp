@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "phonepim/encoding/Charset.h"
 #include "phonepim/encoding/Encoding.h"
 #include "phonepim/model/CContact.h"
 #include "phonepim/model/CCustomType.h"
@@ -255,12 +256,12 @@ bool ContainsCustomMark(const char* text) {
 }
 
 // A type word of `rule`, or an "X-CUSTOM(...)" parameter, in `name`.
-// Every X-CUSTOM parameter of a property joins to the same label text, so it
-// is registered once (`labelRegistered`): a line of thousands of them must
-// not put thousands of copies of the whole parameter list into the table,
-// which keeps them for the life of the process.
+// Every X-CUSTOM parameter registers its label, as the label table expects;
+// `labelsRegistered` counts them so that a hostile line of thousands stops
+// at kMaxCustomLabelsPerProperty instead of filling the table, which keeps
+// every entry for the life of the process.
 void ClassifyTypeWord(vCard::vCardParseData& d, const TypeRule& rule, const char* name,
-                      char** params, bool& labelRegistered) {
+                      char** params, int& labelsRegistered) {
   const auto word = std::find_if(rule.words.begin(), rule.words.end(),
                                  [&](const TypeWord& w) { return SameWord(w.word, name); });
   if (word != rule.words.end()) {
@@ -268,15 +269,18 @@ void ClassifyTypeWord(vCard::vCardParseData& d, const TypeRule& rule, const char
     return;
   }
   if (rule.custom == CustomParameter::kIgnored || !ContainsCustomMark(name)) return;
+  // Upper-cased, "X-CustomProperty" would pass for a label: a lenient
+  // reading wants the bracket that opens one.
+  if (vCard::sm_fLenientReading && std::strstr(name, "X-CUSTOM(") == nullptr) return;
   if (rule.custom == CustomParameter::kCode) {
     d.typeFlags |= CCustomType::Inst().ConvertCustomTypeFromString(ParameterString(name));
     return;
   }
-  if (!labelRegistered) {
+  if (labelsRegistered < vCard::kMaxCustomLabelsPerProperty) {
     std::optional<String> label = CCustomType::Inst().ConvertCustomStrFromString(
         ParameterString(JoinCustomLabel(params)));
     d.customLabel = label ? std::make_shared<const String>(std::move(*label)) : nullptr;
-    labelRegistered = true;
+    ++labelsRegistered;
   }
   d.typeFlags |= rule.customBit;
 }
@@ -318,16 +322,38 @@ void ClassifyProperty(vCard::vCardParseData& d, const char* name, char** params)
   d.encoding = kEncodingNone;
   d.typeFlags = 0;
   d.customLabel.reset();
+  d.charsetName.clear();
   d.value.clear();
   d.hasValue = false;
   d.propertyID = PropertyIDOf(name);
+  // Kept for extension items and the account only: a copy per property
+  // would cost the standard reading for nothing.
+  if (vCard::sm_fLenientReading || d.account != nullptr) {
+    d.propertyName = name != nullptr ? name : "";
+  }
 
   if (params == nullptr) return;
-  const TypeRule* const rule = TypeRuleOf(d.propertyID);
-  bool labelRegistered = false;
+  int labelsRegistered = 0;
+  if (!vCard::sm_fLenientReading) {
+    const TypeRule* const rule = TypeRuleOf(d.propertyID);
+    for (char** pair = params; pair[0] != nullptr; pair += 2) {
+      if (ClassifyEncodingWord(d, pair[0], pair[1])) continue;
+      if (rule != nullptr) ClassifyTypeWord(d, *rule, pair[0], params, labelsRegistered);
+    }
+    return;
+  }
+  // A nested card's labels are registered when that card is read.
+  const TypeRule* const rule = d.depth > 1 ? nullptr : TypeRuleOf(d.propertyID);
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
-    if (ClassifyEncodingWord(d, pair[0], pair[1])) continue;
-    if (rule != nullptr) ClassifyTypeWord(d, *rule, pair[0], params, labelRegistered);
+    if (vcard_reader::ClassifyEncodingWordLenient(d, pair[0], pair[1])) continue;
+    if (rule == nullptr) continue;
+    ClassifyTypeWord(d, *rule, pair[0], params, labelsRegistered);
+    if (pair[1] != nullptr && SameWord("TYPE", pair[0])) {
+      // "TYPE=CELL,VOICE": the words as values, as newer exports write them.
+      vcard_reader::ForEachTypeValue(pair[1], [&](const char* word) {
+        ClassifyTypeWord(d, *rule, word, params, labelsRegistered);
+      });
+    }
   }
 }
 
@@ -336,7 +362,8 @@ void ClassifyProperty(vCard::vCardParseData& d, const char* name, char** params)
 // A text property's value: escapes undone first when the option asks for it
 // (never for EMAIL, whose addresses carry backslashes literally), then
 // charset and transfer encoding.
-std::optional<String> DecodeText(const vCard::vCardParseData& d, bool undoEscapes) {
+std::optional<String> DecodeText(vCard::vCardParseData& d, bool undoEscapes) {
+  if (vCard::sm_fLenientReading) return vcard_reader::DecodeTextLenient(d, undoEscapes);
   if (undoEscapes && vCard::sm_fNonstandardEscChar) {
     const Bytes unescaped = DecodeEscapedCharString(d.value.data(), d.value.size());
     return vcard_reader::DecodeValue(reinterpret_cast<const char*>(unescaped.data()),
@@ -387,10 +414,18 @@ void UnescapeInPlace(std::string& s, char c) {
 
 void StoreTelephone(vCard::vCardParseData& d) {
   // Numbers are read as plain UTF-8 whatever the parameters say; only the
-  // separators that the phones escape are unescaped.
+  // separators that the phones escape are unescaped. Lenient reading
+  // decodes them like any text: some phones send them quoted-printable.
   if (d.value.find('\\') != std::string::npos) {
     UnescapeInPlace(d.value, ',');
     UnescapeInPlace(d.value, ';');
+  }
+  if (vCard::sm_fLenientReading) {
+    CTelephoneNumber* tel = d.pContact->NewTelephone(
+        "", d.typeFlags, -1,
+        (d.typeFlags & kTelephoneTypeCustom) != 0 ? d.customLabel : nullptr);
+    tel->SetNumber(*vcard_reader::DecodeTextLenient(d, false));
+    return;
   }
   if ((d.typeFlags & kTelephoneTypeCustom) != 0) {
     d.pContact->NewTelephone(d.value.c_str(), d.typeFlags, -1, d.customLabel);
@@ -399,8 +434,8 @@ void StoreTelephone(vCard::vCardParseData& d) {
   }
 }
 
-void StoreEmail(vCard::vCardParseData& d) {
-  d.pContact->NewEmail(ElementText(DecodeText(d, false)), d.typeFlags, -1,
+void StoreEmail(vCard::vCardParseData& d, std::optional<String> address) {
+  d.pContact->NewEmail(ElementText(std::move(address)), d.typeFlags, -1,
                        (d.typeFlags & kEmailTypeCustom) != 0 ? d.customLabel : nullptr);
 }
 
@@ -478,10 +513,166 @@ class LentValueBuffer {
   std::string& value_;
 };
 
+// Stores the value of the property that just ended and says where it went.
+// Under lenient reading a value that a field cannot take is kept as an
+// extension item instead of lost; the strict rules drop it, and say so.
+vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
+  using vcard_reader::Outcome;
+  using vcard_reader::Read;
+  CContact& contact = *d.pContact;
+  const bool lenient = vCard::sm_fLenientReading;
+  const char* text = d.value.data();
+  const auto len = static_cast<int>(d.value.size());
+  const auto unless = [&](bool stored, const char* field, const char* reason) {
+    if (stored) return Read(field);
+    return lenient ? vcard_reader::KeepAsExtension(d) : Outcome{PropertyFate::kLost, reason};
+  };
+  // A text value: decoded, stored by `store`, accounted.
+  const auto decoded = [&](const char* field, const auto& store, bool undoEscapes = true) {
+    std::optional<String> value = DecodeText(d, undoEscapes);
+    const bool valid = value.has_value();
+    store(std::move(value));
+    return unless(valid, field, "not valid in its charset");
+  };
+  switch (d.propertyID) {
+    case kvCardPropertyVERSION:
+      if (lenient && !StrNEqual(text, d.value.size(), "2.1", d.value.size(), true)) {
+        return vcard_reader::KeepAsExtension(d);
+      }
+      // The check belongs to the data callback, and says so when it fails.
+      if (!StrNEqual(text, d.value.size(), "2.1", d.value.size(), true)) {
+        AssertionFailed("_strnicmp(data, \"2.1\", len) == 0", "vCardDataHandler", __FILE__,
+                        __LINE__);
+      }
+      return {PropertyFate::kByDesign, "the version, checked"};
+    case kvCardPropertyFN:
+      return decoded("formattedName", [&](auto v) { contact.SetFName(std::move(v)); });
+    case kvCardPropertyN:
+      if (lenient) return vcard_reader::StoreNameLenient(d);
+      vCard::ParseName(text, len, d.charset, d.encoding, &contact.Name());
+      return Read("name");
+    case kvCardPropertyNICKNAME:
+      return decoded("nicknames", [&](auto v) {
+        if (v) contact.NickNames().push_back(std::move(*v));
+      });
+    case kvCardPropertySOUND:
+      if (lenient) return vcard_reader::StoreReadingNameLenient(d);
+      StoreReadingName(d);
+      return Read("readingLastName");
+    case kvCardPropertyBDAY:
+    case kvCardPropertyANNIVERSARY: {
+      std::uint32_t dateType = 0;
+      std::optional<DateComponents> date = vCard::ParseBirthdate(text, len, &dateType);
+      const bool birthday = d.propertyID == kvCardPropertyBDAY;
+      if (date && birthday) {
+        contact.SetBirthDate(date);
+        contact.SetBirthDateType(dateType);
+      } else if (date) {
+        contact.SetAnniversary_Date(date);
+        contact.SetAnniversary_Luna(dateType);
+      }
+      return unless(date.has_value(), birthday ? "birthday" : "anniversary", "not a date");
+    }
+    case kvCardPropertyBLOOD: {
+      std::uint32_t bloodType = 0;
+      vCard::ParseBloodType(text, len, &bloodType);
+      contact.SetBloodType(bloodType);
+      return unless(bloodType != 0, "bloodType", "not a blood type");
+    }
+    case kvCardPropertyTEL:
+      StoreTelephone(d);
+      return Read("telephones");
+    case kvCardPropertyEMAIL:
+      return decoded("emails", [&](auto v) { StoreEmail(d, std::move(v)); }, false);
+    case kvCardPropertyURL:
+      return decoded("urls",
+          [&](auto v) { contact.NewURL(ElementText(std::move(v)), d.typeFlags, -1); });
+    case kvCardPropertyADR: {
+      CPostalAddress* address = contact.NewAddress(
+          nullptr, d.typeFlags, -1,
+          (d.typeFlags & kAddressTypeCustom) != 0 ? d.customLabel : nullptr);
+      if (lenient) return vcard_reader::StoreAddressLenient(d, *address);
+      vCard::ParseAddress(text, len, d.charset, d.encoding, address);
+      return Read("addresses");
+    }
+    case kvCardPropertyNOTE:
+      return decoded("notes", [&](auto v) { contact.NewNotes(ElementText(std::move(v)), -1); });
+    case kvCardPropertyTITLE:
+      return decoded("title", [&](auto v) { contact.SetTitle(std::move(v)); });
+    case kvCardPropertyROLE:
+      return decoded("role", [&](auto v) { contact.SetRole(std::move(v)); });
+    case kvCardPropertyORG: {
+      COrganization* org = contact.NewOrg(nullptr, nullptr, nullptr, nullptr, d.typeFlags);
+      if (lenient) return vcard_reader::StoreOrgLenient(d, *org);
+      vCard::ParseOrg(text, len, d.charset, d.encoding, org);
+      return Read("organizations");
+    }
+    case kvCardPropertyHOBBY:
+      return decoded("hobby", [&](auto v) { contact.SetHobby(std::move(v)); });
+    case kvCardPropertyPHOTO: {
+      // A picture given by reference (TYPE=URL) is no BASE64 text.
+      if (lenient && d.encoding != kEncodingBase64) return vcard_reader::KeepAsExtension(d);
+      Bytes photo = lenient ? DecodeBase64Text(d.value)
+                            : vCard::ParsePhoto(text, len, d.charset, d.encoding);
+      const bool decoded = !photo.empty();
+      if (decoded || !lenient) contact.SetPhotoData(std::move(photo));
+      return unless(decoded, "photo", "no picture bytes in it");
+    }
+    case kvCardPropertyGN:
+      return decoded("groupName", [&](auto v) { contact.SetGroupName(std::move(v)); });
+    case kvCardPropertyGT: {
+      std::uint32_t groupType = 0;
+      vCard::ParseGroupType(text, len, &groupType);
+      contact.SetGroupType(groupType);
+      return unless(groupType != 0, "groupType", "not a group type");
+    }
+    case kvCardPropertyGROUP:
+      vCard::ParseGroups(text, len, &contact.Groups());
+      return Read("groups");
+    case kvCardPropertyIM:
+      return decoded("messengers",
+          [&](auto v) { contact.NewMessengerID(ElementText(std::move(v)), d.typeFlags, -1); });
+    case kvCardPropertySPEEDDIAL:
+      if (lenient && d.value.size() >= 256) return vcard_reader::KeepAsExtension(d);
+      StoreSpeedDial(d);
+      return Read("speedDials");
+    case kvCardPropertyACCOUNT:
+      return decoded("account", [&](auto v) { contact.SetAccount(std::move(v)); });
+    case kvCardPropertyACCOUNT_N:
+      return decoded("accountName", [&](auto v) { contact.SetAccountName(std::move(v)); });
+    case kvCardPropertyACCOUNT_TYPE:
+      return decoded("accountType", [&](auto v) { contact.SetAccountType(std::move(v)); });
+    case kvCardPropertyREV: {
+      std::optional<DateComponents> revision = vCard::ParseLastRevision(text, len);
+      if (revision) contact.SetLastRevision(revision);
+      return unless(revision.has_value(), "lastRevision", "not read: no date-time reader");
+    }
+    case kvCardPropertyGDISPN:
+      return decoded("groupDisplayName",
+          [&](auto v) { contact.SetGroupDisplayName(std::move(v)); });
+    case kvCardPropertySPOUSE:
+      return decoded("spouse", [&](auto v) { contact.setSpouse(std::move(v)); });
+    case kvCardPropertyCHILDREN:
+      return decoded("children", [&](auto v) { contact.setChildren(std::move(v)); });
+    case kvCardPropertyASSISTANT:
+      if (lenient) return vcard_reader::StoreAssistantLenient(d);
+      StoreAssistant(d);
+      return Read("assistant");
+    case kvCardPropertyUnknown:
+      if (gVCARD_DEBUGMODE) Log("[%s] Warning: Unknown vCard property.", "vCardDataHandler");
+      return unless(false, "", "unknown property");
+    default:  // BEGIN, END, X-GENDER: recognised, nothing to keep
+      return {PropertyFate::kByDesign, "recognised, nothing to keep"};
+  }
+}
+
 }  // namespace
 
-void vCard::Parse(CContact* contact, const vObject* object) {
+void vCard::Parse(CContact* contact, const vObject* object) { Parse(contact, object, nullptr); }
+
+void vCard::Parse(CContact* contact, const vObject* object, ReadAccount* account) {
   vCardParseData parseData(contact);
+  parseData.account = account;
   const LentValueBuffer lent(parseData.value);
   bool parsed = false;
   {
@@ -490,6 +681,7 @@ void vCard::Parse(CContact* contact, const vObject* object) {
     CARD_SetUserData(parser.get(), &parseData);
     CARD_SetPropHandler(parser.get(), &vCard::vCardPropHandler);
     CARD_SetDataHandler(parser.get(), &vCard::vCardDataHandler);
+    CARD_SetLenient(parser.get(), sm_fLenientReading ? 1 : 0);
     if (object != nullptr) {
       parsed = FeedAll(parser.get(), object->object()->GetData(), object->object()->GetSize());
     } else {
@@ -500,6 +692,11 @@ void vCard::Parse(CContact* contact, const vObject* object) {
   // (and even failed) only because the callbacks stopped storing.
   if (parseData.failure) std::rethrow_exception(parseData.failure);
   if (!parsed) throw kVersitParseError;
+  if (parseData.begun && !parseData.ended) {
+    // Cut short: what was read is not the whole card.
+    if (account != nullptr) account->truncated = true;
+    throw kVersitParseError;
+  }
 }
 
 void vCard::vCardPropHandler(void* data, const char* name, char** params) noexcept {
@@ -524,135 +721,10 @@ void vCard::vCardDataHandler(void* data, const char* value, int length) noexcept
       d.hasValue = true;
       return;
     }
-    if (d.hasValue) {
-      CContact& contact = *d.pContact;
-      const char* text = d.value.data();
-      const auto len = static_cast<int>(d.value.size());
-      switch (d.propertyID) {
-        case kvCardPropertyVERSION:
-          PHONEPIM_ASSERT(StrNEqual(text, d.value.size(), "2.1", d.value.size(), true),
-                          "_strnicmp(data, \"2.1\", len) == 0");
-          break;
-        case kvCardPropertyFN:
-          contact.SetFName(DecodeText(d, true));
-          break;
-        case kvCardPropertyN:
-          ParseName(text, len, d.charset, d.encoding, &contact.Name());
-          break;
-        case kvCardPropertyNICKNAME:
-          if (std::optional<String> nickname = DecodeText(d, true)) {
-            contact.NickNames().push_back(std::move(*nickname));
-          }
-          break;
-        case kvCardPropertySOUND:
-          StoreReadingName(d);
-          break;
-        case kvCardPropertyBDAY:
-        case kvCardPropertyANNIVERSARY: {
-          std::uint32_t dateType = 0;
-          if (std::optional<DateComponents> date = ParseBirthdate(text, len, &dateType)) {
-            if (d.propertyID == kvCardPropertyBDAY) {
-              contact.SetBirthDate(date);
-              contact.SetBirthDateType(dateType);
-            } else {
-              contact.SetAnniversary_Date(date);
-              contact.SetAnniversary_Luna(dateType);
-            }
-          }
-          break;
-        }
-        case kvCardPropertyBLOOD: {
-          std::uint32_t bloodType = 0;
-          ParseBloodType(text, len, &bloodType);
-          contact.SetBloodType(bloodType);
-          break;
-        }
-        case kvCardPropertyTEL:
-          StoreTelephone(d);
-          break;
-        case kvCardPropertyEMAIL:
-          StoreEmail(d);
-          break;
-        case kvCardPropertyURL:
-          contact.NewURL(ElementText(DecodeText(d, true)), d.typeFlags, -1);
-          break;
-        case kvCardPropertyADR: {
-          CPostalAddress* address = contact.NewAddress(
-              nullptr, d.typeFlags, -1,
-              (d.typeFlags & kAddressTypeCustom) != 0 ? d.customLabel : nullptr);
-          ParseAddress(text, len, d.charset, d.encoding, address);
-          break;
-        }
-        case kvCardPropertyNOTE:
-          contact.NewNotes(ElementText(DecodeText(d, true)), -1);
-          break;
-        case kvCardPropertyTITLE:
-          contact.SetTitle(DecodeText(d, true));
-          break;
-        case kvCardPropertyROLE:
-          contact.SetRole(DecodeText(d, true));
-          break;
-        case kvCardPropertyORG: {
-          COrganization* org = contact.NewOrg(nullptr, nullptr, nullptr, nullptr, d.typeFlags);
-          ParseOrg(text, len, d.charset, d.encoding, org);
-          break;
-        }
-        case kvCardPropertyHOBBY:
-          contact.SetHobby(DecodeText(d, true));
-          break;
-        case kvCardPropertyPHOTO:
-          contact.SetPhotoData(ParsePhoto(text, len, d.charset, d.encoding));
-          break;
-        case kvCardPropertyGN:
-          contact.SetGroupName(DecodeText(d, true));
-          break;
-        case kvCardPropertyGT: {
-          std::uint32_t groupType = 0;
-          ParseGroupType(text, len, &groupType);
-          contact.SetGroupType(groupType);
-          break;
-        }
-        case kvCardPropertyGROUP:
-          ParseGroups(text, len, &contact.Groups());
-          break;
-        case kvCardPropertyIM:
-          contact.NewMessengerID(ElementText(DecodeText(d, true)), d.typeFlags, -1);
-          break;
-        case kvCardPropertySPEEDDIAL:
-          StoreSpeedDial(d);
-          break;
-        case kvCardPropertyACCOUNT:
-          contact.SetAccount(DecodeText(d, true));
-          break;
-        case kvCardPropertyACCOUNT_N:
-          contact.SetAccountName(DecodeText(d, true));
-          break;
-        case kvCardPropertyACCOUNT_TYPE:
-          contact.SetAccountType(DecodeText(d, true));
-          break;
-        case kvCardPropertyREV:
-          if (std::optional<DateComponents> revision = ParseLastRevision(text, len)) {
-            contact.SetLastRevision(revision);
-          }
-          break;
-        case kvCardPropertyGDISPN:
-          contact.SetGroupDisplayName(DecodeText(d, true));
-          break;
-        case kvCardPropertySPOUSE:
-          contact.setSpouse(DecodeText(d, true));
-          break;
-        case kvCardPropertyCHILDREN:
-          contact.setChildren(DecodeText(d, true));
-          break;
-        case kvCardPropertyASSISTANT:
-          StoreAssistant(d);
-          break;
-        case kvCardPropertyUnknown:
-          if (gVCARD_DEBUGMODE) Log("[%s] Warning: Unknown vCard property.", __func__);
-          break;
-        default:  // BEGIN, END, X-GENDER: recognised, nothing to keep
-          break;
-      }
+    if (!vCard::sm_fLenientReading) {
+      vcard_reader::Note(d, d.hasValue ? StoreValue(d) : vcard_reader::Empty());
+    } else if (vcard_reader::BeginLenientStore(d)) {
+      vcard_reader::EndLenientStore(d, StoreValue(d));
     }
     d.propertyID = kvCardPropertyNone;
     d.typeFlags = 0;

@@ -11,8 +11,17 @@
 #include <string>
 #include <string_view>
 
+#include <array>
+#include <vector>
+
 #include "phonepim/platform/String.h"
 #include "phonepim/vcard/vCard.h"
+#include "phonepim/versit/ReadAccount.h"
+
+namespace phonepim {
+class CPostalAddress;
+class COrganization;
+}  // namespace phonepim
 
 namespace phonepim {
 
@@ -95,6 +104,31 @@ struct vCard::vCardParseData {
   /// The first exception a callback caught; once set, every callback does
   /// nothing and Parse rethrows it.
   std::exception_ptr failure;
+
+  /// The property name as the tokenizer gave it, and its CHARSET word.
+  std::string propertyName;
+  std::string charsetName;
+  /// Where Parse reports what became of each property; may be null.
+  ReadAccount* account = nullptr;
+  /// A remark on how the current value was decoded (lenient reading: bytes
+  /// not valid in their charset), added to its account.
+  std::string decodeNote;
+
+  // Lenient reading only.
+  /// BEGIN:VCARD lines open minus END lines seen; a property at depth 2 or
+  /// more belongs to a nested card and is left to that card's own reading.
+  int depth = 0;
+  bool begun = false;
+  bool ended = false;
+  /// Per single-value property: the text of the value its field holds now
+  /// and its account entry, so that a later value of the same property
+  /// can move it to an extension item instead of overwriting it. Made at
+  /// the first such value: the standard reading never needs it.
+  struct HeldValue {
+    std::optional<String> text;
+    std::size_t account = 0;
+  };
+  std::unique_ptr<std::array<HeldValue, kvCardPropertyEND + 1>> held;
 };
 
 /// True when `text[index]` is ';' and the byte before it (if any) is not a
@@ -147,6 +181,68 @@ void ForEachComponent(const char* text, int len, Visit&& visit) {
   }
   visit(index, text + start, static_cast<std::size_t>(len - start));
 }
+
+/// What became of one property: its fate and the field or reason (a
+/// literal; for an extension item, null: the item bears the property's
+/// name). No allocation: every property of every card makes one.
+struct Outcome {
+  PropertyFate fate;
+  const char* where;
+};
+inline Outcome Read(const char* field) { return {PropertyFate::kRead, field}; }
+inline Outcome Empty() { return {PropertyFate::kEmpty, "no value"}; }
+
+/// Appends the current property's outcome to the parse's account.
+void AddToAccount(vCard::vCardParseData& d, Outcome outcome);
+/// The same when there is an account; most reading has none.
+inline void Note(vCard::vCardParseData& d, Outcome outcome) {
+  if (d.account != nullptr) AddToAccount(d, outcome);
+}
+
+// --- Lenient reading (vCard::sm_fLenientReading) ---------------------------
+
+/// The CHARSET and ENCODING words in any case, with the spellings real
+/// exports use ("UTF8", "QUOTEDPRINTABLE", "B"); the charset word is kept
+/// for DecodeCharset. True when `parameter` was one of them.
+bool ClassifyEncodingWordLenient(vCard::vCardParseData& d, const char* parameter,
+                                 const char* value);
+
+/// Calls `visit` with each ','-separated word of a TYPE value, upper-cased
+/// and terminated.
+template <class Visit>
+void ForEachTypeValue(const char* value, Visit&& visit) {
+  std::string word;
+  for (const char* p = value;; ++p) {
+    if (*p == ',' || *p == '\0') {
+      if (!word.empty()) visit(word.c_str());
+      word.clear();
+      if (*p == '\0') return;
+    } else {
+      word.push_back(*p >= 'a' && *p <= 'z' ? static_cast<char>(*p - 'a' + 'A') : *p);
+    }
+  }
+}
+
+/// The value as text by its charset word (DecodeCharset, never nothing),
+/// escapes undone when `undoEscapes` and sm_fNonstandardEscChar are set.
+std::optional<String> DecodeTextLenient(vCard::vCardParseData& d, bool undoEscapes);
+
+/// The property's value kept whole as an extension item under its name.
+Outcome KeepAsExtension(vCard::vCardParseData& d);
+
+/// The structured values, split and unescaped after decoding.
+Outcome StoreNameLenient(vCard::vCardParseData& d);
+Outcome StoreReadingNameLenient(vCard::vCardParseData& d);
+Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address);
+Outcome StoreOrgLenient(vCard::vCardParseData& d, COrganization& org);
+Outcome StoreAssistantLenient(vCard::vCardParseData& d);
+
+/// Before a value is stored: follows BEGIN and END (nested cards), and
+/// accounts for empty values. False when there is nothing to store.
+bool BeginLenientStore(vCard::vCardParseData& d);
+/// After it: accounts for it, and moves the value a single-value field
+/// held before to an extension item.
+void EndLenientStore(vCard::vCardParseData& d, Outcome outcome);
 
 }  // namespace vcard_reader
 }  // namespace phonepim

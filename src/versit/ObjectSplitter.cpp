@@ -23,10 +23,13 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
-std::vector<VersitObjectSpan> FindVersitObjects(std::string_view buffer) {
+std::vector<VersitObjectSpan> FindVersitObjects(std::string_view buffer, NestedCards nested) {
+  constexpr std::size_t kInsideOnly = static_cast<std::size_t>(-1);
   std::vector<VersitObjectSpan> spans;
-  VersitObjectSpan current;
-  std::size_t depth = 0;
+  // Per open BEGIN: the span it started, or kInsideOnly for one that only
+  // nests inside the object around it.
+  std::vector<std::size_t> open;
+  bool outerIsCard = false;
   std::size_t lineNumber = 1;
   std::size_t pos = 0;
   if (buffer.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
@@ -37,28 +40,35 @@ std::vector<VersitObjectSpan> FindVersitObjects(std::string_view buffer) {
     const std::size_t next = lf == std::string_view::npos ? buffer.size() : lf + 1;
     const std::string_view line = buffer.substr(pos, next - pos);
     if (StartsWithNoCase(line, "BEGIN:")) {
-      if (depth == 0) current = VersitObjectSpan{pos, 0, lineNumber, true};
-      ++depth;
-    } else if (depth > 0 && StartsWithNoCase(line, "END:")) {
-      if (--depth == 0) {
-        current.length = next - current.offset;
-        spans.push_back(current);
+      const bool card = StartsWithNoCase(line, "BEGIN:VCARD");
+      if (open.empty()) outerIsCard = card;
+      if (open.empty() || (nested == NestedCards::kApart && outerIsCard && card)) {
+        open.push_back(spans.size());
+        spans.push_back(VersitObjectSpan{pos, 0, lineNumber, false});
+      } else {
+        open.push_back(kInsideOnly);
       }
+    } else if (!open.empty() && StartsWithNoCase(line, "END:")) {
+      if (open.back() != kInsideOnly) {
+        VersitObjectSpan& span = spans[open.back()];
+        span.length = next - span.offset;
+        span.terminated = true;
+      }
+      open.pop_back();
     }
     pos = next;
     ++lineNumber;
   }
-  if (depth > 0) {
-    current.length = buffer.size() - current.offset;
-    current.terminated = false;
-    spans.push_back(current);
+  // Objects still open when the buffer ends run to its end.
+  for (const std::size_t index : open) {
+    if (index != kInsideOnly) spans[index].length = buffer.size() - spans[index].offset;
   }
   return spans;
 }
 
-vObjectPtrArray SplitVersitObjects(std::string_view buffer) {
+vObjectPtrArray SplitVersitObjects(std::string_view buffer, NestedCards nested) {
   vObjectPtrArray objects;
-  for (const VersitObjectSpan& span : FindVersitObjects(buffer)) {
+  for (const VersitObjectSpan& span : FindVersitObjects(buffer, nested)) {
     auto object = std::make_shared<vObject>();
     object->object()->SetData(
         reinterpret_cast<const unsigned char*>(buffer.data() + span.offset), span.length);

@@ -160,6 +160,57 @@ static void vp_note_encoding(VP* vp, const char* name, const char* value) {
   }
 }
 
+/* `text` equals the upper-case `word`, ASCII letters in either case. */
+static int vp_same_word_blind(const char* text, const char* word) {
+  for (; *word != '\0'; ++text, ++word) {
+    char c = *text;
+    if (c >= 'a' && c <= 'z') c = (char)(c - 'a' + 'A');
+    if (c != *word) return 0;
+  }
+  return *text == '\0';
+}
+
+/* The lenient reading of the same: any case, and the spellings exports
+ * use, "QUOTEDPRINTABLE" and the vCard 3 "ENCODING=b". The name is upper
+ * case already. */
+static void vp_note_encoding_blind(VP* vp, const char* name, const char* value) {
+  const int named = strcmp(name, "ENCODING") == 0;
+  const char* text = named ? value : name;
+  if (text == NULL) return;
+  if (vp_same_word_blind(text, "QUOTED-PRINTABLE") ||
+      vp_same_word_blind(text, "QUOTEDPRINTABLE")) {
+    vp->encoding = VP_ENCODING_QUOTED_PRINTABLE;
+  } else if (vp_same_word_blind(text, "BASE64") || (named && vp_same_word_blind(text, "B"))) {
+    /* Not decoded here: the caller gets the text, however it is folded. */
+    vp->encoding = VP_ENCODING_BASE64_TEXT;
+  } else if (vp_same_word_blind(text, "8BIT")) {
+    vp->encoding = VP_ENCODING_8BIT;
+  }
+}
+
+/* Upper-cases a name in the line, up to its NUL or a '(' that opens a
+ * label: "X-CUSTOM(Night line)" keeps its label as written. */
+static void vp_upper_name(char* name) {
+  for (; *name != '\0' && *name != '('; ++name) {
+    if (*name >= 'a' && *name <= 'z') *name = (char)(*name - 'a' + 'A');
+  }
+}
+
+/* Lenient reading of the names of a property whose parameters are
+ * pointers now: upper case, and the encoding words in any case. Out of
+ * line: the standard reading's path through vcard_end_prop stays short. */
+#if defined(__GNUC__)
+__attribute__((noinline))
+#endif
+static void vp_lenient_names(VP* vp) {
+  int i;
+  vp_upper_name(vp->line);
+  for (i = 0; i < vp->paramCount; ++i) {
+    vp_upper_name(vp->params[2 * i]);
+    vp_note_encoding_blind(vp, vp->params[2 * i], vp->params[2 * i + 1]);
+  }
+}
+
 int vcard_end_prop(VP* vp) {
   if (vp->propHandler != NULL) {
     int i;
@@ -172,8 +223,9 @@ int vcard_end_prop(VP* vp) {
       int valueOffset = vp_word_offset(pair[1]);
       pair[0] = vp->line + nameOffset;
       pair[1] = valueOffset != 0 ? vp->line + valueOffset : NULL;
-      vp_note_encoding(vp, pair[0], pair[1]);
+      if (!vp->lenient) vp_note_encoding(vp, pair[0], pair[1]);
     }
+    if (vp->lenient) vp_lenient_names(vp);
     /* A handler must always be able to walk to the null pair. */
     if (!card_add_param(vp, 0)) return 0;
     vp->propHandler(vp->userData, vp->line, vp->params);
@@ -392,6 +444,7 @@ void CARD_SetUserData(VP* vp, void* userData) { vp->userData = userData; }
 void* CARD_GetUserData(VP* vp) { return vp->userData; }
 void CARD_SetPropHandler(VP* vp, CARD_PropHandler handler) { vp->propHandler = handler; }
 void CARD_SetDataHandler(VP* vp, CARD_DataHandler handler) { vp->dataHandler = handler; }
+void CARD_SetLenient(VP* vp, int lenient) { vp->lenient = lenient != 0; }
 
 /* Appends the run p..p+n (the input goes on to end) in one copy. The
  * buffer grows once, to the capacity the byte-by-byte rule would have
@@ -518,13 +571,18 @@ int CARD_Parse(VP* vp, const char* data, int length, int final) {
       if (c == '\n') {
         /* Empty LF lines are ignored, and so is the folding decision:
          * after "\r" (CRLF empty line) the next line continues. */
+        /* Lenient reading: a soft break followed by an empty line was the
+         * value's last line, and the next property must not join it. */
+        if (vp->lenient) vp->qpPending = 0;
         ++p;
         continue;
       }
       if (!vp->isContinuation && vp_isspace(c)) {
         /* One leading white-space byte folds the line and is removed; a
-         * CR here is the CR of an empty CRLF line. */
-        vp->isContinuation = 1;
+         * CR here is the CR of an empty CRLF line. Lenient reading skips
+         * that CR instead: Outlook and phones leave empty lines after
+         * photos and between properties, and they separate, never fold. */
+        if (c != '\r' || !vp->lenient) vp->isContinuation = 1;
         ++p;
         continue;
       }

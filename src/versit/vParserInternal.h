@@ -18,7 +18,10 @@ enum {
   VP_ENCODING_NONE = 0,
   VP_ENCODING_QUOTED_PRINTABLE = 1,
   VP_ENCODING_BASE64 = 2,
-  VP_ENCODING_8BIT = 3
+  VP_ENCODING_8BIT = 3,
+  /* Lenient reading's BASE64: passed on as text, like 8BIT, for the caller
+   * to decode whole. */
+  VP_ENCODING_BASE64_TEXT = 4
 };
 
 /* The line buffer grows in steps of this many bytes, so its capacity is
@@ -59,6 +62,7 @@ struct VP {
    * by one pair per parameter: a card has dozens of parameters, and a
    * realloc each would cost more than the bytes around them. */
   int paramCapacity;
+  int lenient;          /* CARD_SetLenient */
 };
 
 /* The internal steps, exposed for the tests; not part of the interface. */

@@ -2,6 +2,7 @@
 // and custom labels from X-CUSTOM parameters.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -150,14 +151,19 @@ TEST(read_custom_label, registers_the_joined_parameter_text) {
   }
 }
 
-TEST(read_custom_label, registers_once_per_property) {
-  CCustomType::Inst().DeleteAllItem();
-  std::string head = "TEL";
-  for (int i = 0; i < 2000; ++i) head += ";X-CUSTOM(" + std::to_string(i);
-  const auto contact = Read(Card(head + ":1\r\nTEL;X-CUSTOM(B):2\r\n"));
-  EXPECT_EQ(Describe(*contact), "TEL(100000)=1; TEL(100000)=2");
-  EXPECT_EQ(LabelOf(kFirstCustomType).size(), head.size() - 4);
-  EXPECT_EQ(LabelOf(kFirstCustomType + 1), "X-CUSTOM(B)");
+TEST(read_custom_label, every_parameter_registers_up_to_the_cap) {
+  // Each X-CUSTOM parameter registers the same joined text; past the cap the
+  // rest register nothing, and the next property's label takes the next code.
+  for (const int parameters : {2, 64, 2000}) {
+    CCustomType::Inst().DeleteAllItem();
+    std::string head = "TEL";
+    for (int i = 0; i < parameters; ++i) head += ";X-CUSTOM(" + std::to_string(i) + ")";
+    const auto contact = Read(Card(head + ":1\r\nTEL;X-CUSTOM(B):2\r\n"));
+    const auto registered = static_cast<std::uint32_t>(std::min(parameters, 64));
+    EXPECT_EQ(Describe(*contact), "TEL(100000)=1; TEL(100000)=2");
+    EXPECT_EQ(LabelOf(kFirstCustomType + registered - 1), "X-CUSTOM(0)");
+    EXPECT_EQ(LabelOf(kFirstCustomType + registered), "X-CUSTOM(B)");
+  }
 }
 
 TEST(read_custom_label, without_closing_parenthesis_runs_to_the_last_parameter) {

@@ -140,6 +140,9 @@ inline std::string Describe(const CContact& c) {
   text("CHILDREN", c.children());
   text("ASSISTANT", c.assistant());
   text("ASSISTANT#", c.assistantNumber());
+  for (int i = 0; i < c.GetXItemCount(); ++i) {
+    item("X:" + ToDisplayUTF8(c.GetXItem(i)->Name()), ToDisplayUTF8(c.GetXItem(i)->Data()));
+  }
   return out;
 }
 

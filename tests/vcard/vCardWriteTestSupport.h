@@ -1,4 +1,4 @@
-// Shared by the writer and round-trip tests: the codec's options and the
+// Shared by the writer, round-trip and reading-mode tests: the codec's options and the
 // custom-label table are process-wide, so every test starts from the
 // defaults and an empty table and leaves them so.
 #pragma once
@@ -19,13 +19,15 @@ class ScopedWriterDefaults {
   ScopedWriterDefaults()
       : escape_(vCard::sm_fNonstandardEscChar),
         reading_(vCard::sm_fUseReadingLastName),
-        url_(vCard::sm_fURLNotQPEncode) {
+        url_(vCard::sm_fURLNotQPEncode),
+        lenient_(vCard::sm_fLenientReading) {
     Reset();
   }
   ~ScopedWriterDefaults() {
     vCard::NonstandardEscChar(escape_);
     vCard::UseReadingLastName(reading_);
     vCard::URLNotQPEncode(url_);
+    vCard::LenientReading(lenient_);
     CCustomType::Inst().DeleteAllItem();
   }
   ScopedWriterDefaults(const ScopedWriterDefaults&) = delete;
@@ -35,6 +37,7 @@ class ScopedWriterDefaults {
     vCard::NonstandardEscChar(false);
     vCard::UseReadingLastName(false);
     vCard::URLNotQPEncode(false);
+    vCard::LenientReading(false);
     CCustomType::Inst().DeleteAllItem();
   }
 
@@ -42,6 +45,7 @@ class ScopedWriterDefaults {
   bool escape_;
   bool reading_;
   bool url_;
+  bool lenient_;
 };
 
 /// The text a writer appends to an empty string.

@@ -3,6 +3,7 @@
 // writers are in vCardWriteElements_test.cpp.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -29,44 +30,6 @@ class vcard_write : public ::testing::Test {
  protected:
   ScopedWriterDefaults defaults_;
 };
-
-// --- AddItem and AddItemEncoding -----------------------------------------
-
-TEST_F(vcard_write, AddItem_joins_name_parameters_and_value) {
-  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"TEL", u";HOME", u"123"); }),
-            u"TEL;HOME:123\r\n");
-  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"", u"", u""); }), u":\r\n");
-}
-
-TEST_F(vcard_write, AddItem_collapses_double_colons_over_the_whole_line) {
-  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"FN", u"", u"a::b"); }),
-            u"FN:a:b\r\n");
-  // The colon AddItem adds counts too.
-  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"FN", u"", u":x"); }),
-            u"FN:x\r\n");
-  // Left to right without overlaps.
-  EXPECT_EQ(Written([](String& out) { vCard::AddItem(out, u"FN", u"", u"a:::b::::c"); }),
-            u"FN:a::b::c\r\n");
-}
-
-TEST_F(vcard_write, AddItem_leaves_what_was_written_before) {
-  String out = u"NOTE:x::y\r\n";
-  vCard::AddItem(out, u"FN", u"", u"a::b");
-  EXPECT_EQ(out, u"NOTE:x::y\r\nFN:a:b\r\n");
-}
-
-TEST_F(vcard_write, AddItemEncoding_adds_no_colon_and_keeps_double_colons) {
-  EXPECT_EQ(Written([](String& out) {
-              vCard::AddItemEncoding(out, u"EMAIL", u";HOME", u";CHARSET=UTF-8:a::b");
-            }),
-            u"EMAIL;HOME;CHARSET=UTF-8:a::b\r\n");
-}
-
-TEST_F(vcard_write, AddSpeedDial_appends_prefix_and_value) {
-  String out = u"X";
-  vCard::AddSpeedDial(out, u",", u"7");
-  EXPECT_EQ(out, u"X,7");
-}
 
 // --- Ordinary text properties --------------------------------------------
 
@@ -131,14 +94,6 @@ INSTANTIATE_TEST_SUITE_P(
                       TextProperty{"X_GDISPN", u"X-GDISPN", vCard::AddGroupDisplayName}),
     [](const ::testing::TestParamInfo<TextProperty>& info) { return info.param.name; });
 
-TEST_F(vcard_write, a_soft_line_break_makes_a_value_quoted_printable) {
-  // 68 characters fit a quoted-printable line; the 69th is carried over.
-  const String fits(68, u'a');
-  EXPECT_EQ(Written([&](String& out) { vCard::AddNote(out, fits); }), u"NOTE:" + fits + u"\r\n");
-  EXPECT_EQ(Written([&](String& out) { vCard::AddNote(out, fits + u"b"); }),
-            u"NOTE;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:" + fits + u"=\r\nb\r\n");
-}
-
 // The writers encode without QPEncode's intermediate copies; the text must
 // be what QPEncode gives.
 TEST_F(vcard_write, values_are_encoded_as_QPEncode_does) {
@@ -161,11 +116,6 @@ TEST_F(vcard_write, values_are_encoded_as_QPEncode_does) {
   EXPECT_EQ(vcard_writer::EncodeText(lone, false), u"a=EF=BF=BD");
 }
 
-TEST_F(vcard_write, an_unpaired_surrogate_is_written_as_a_replacement_character) {
-  EXPECT_EQ(Written([](String& out) { vCard::AddFName(out, String(u"a") + char16_t(0xD800)); }),
-            u"FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=EF=BF=BD\r\n");
-}
-
 // --- N and SOUND ---------------------------------------------------------
 
 CName TwoPartName(const String& family, const String& given) {
@@ -173,27 +123,6 @@ CName TwoPartName(const String& family, const String& given) {
   name.SetName(family, 0);
   name.SetName(given, 1);
   return name;
-}
-
-TEST_F(vcard_write, AddName_writes_all_eight_parts) {
-  EXPECT_EQ(Written([](String& out) { vCard::AddName(out, CName()); }), u"");
-  EXPECT_EQ(Written([](String& out) { vCard::AddName(out, CName("Doe")); }),
-            u"N:Doe;;;;;;;\r\n");
-  EXPECT_EQ(Written([](String& out) {
-              vCard::AddName(out, CName("Doe", "John", "Q", "Dr.", "Jr.", "do", "jo", "q"));
-            }),
-            u"N:Doe;John;Q;Dr.;Jr.;do;jo;q\r\n");
-  EXPECT_EQ(Written([](String& out) { vCard::AddName(out, TwoPartName(u"", u"Mar\u00EDa")); }),
-            u"N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:;Mar=C3=ADa;;;;;;\r\n");
-}
-
-TEST_F(vcard_write, AddName_escapes_parts_only_with_the_nonstandard_escape_option) {
-  const CName name = TwoPartName(u"O;Brien", u"A\\B");
-  EXPECT_EQ(Written([&](String& out) { vCard::AddName(out, name); }),
-            u"N:O;Brien;A\\B;;;;;;\r\n");
-  vCard::NonstandardEscChar(true);
-  EXPECT_EQ(Written([&](String& out) { vCard::AddName(out, name); }),
-            u"N:O\\;Brien;A\\\\B;;;;;;\r\n");
 }
 
 struct ReadingNameCase {
@@ -291,72 +220,98 @@ INSTANTIATE_TEST_SUITE_P(
                                Day(2001, kUndefinedComponent, 9), 0, u"2001-109"}),
     [](const ::testing::TestParamInfo<DateCase>& info) { return info.param.name; });
 
-TEST(vcard_write_date_death, a_type_beyond_the_table_stops_the_birthday) {
+TEST(vcard_write_date_death, a_type_beyond_the_table_stops_the_writer) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
   String out;
   EXPECT_DEATH(vCard::AddBirtyDate(out, Day(2001, 2, 1), 4),
                AssertionPattern("(int)birthDateType <= _countof(chTypes)"));
-}
-
-TEST(vcard_write_date_death, a_type_beyond_the_table_stops_the_anniversary) {
-  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  String out;
   EXPECT_DEATH(vCard::AddAnnivesaryDate(out, Day(2001, 2, 1), 0x7FFFFFFF),
                AssertionPattern("(int)AnniversaryDateType <= _countof(chTypes)"));
 }
 
-// --- Enumerated and list values ------------------------------------------
+// --- Line builders and one-line writers ---------------------------------
 
-TEST_F(vcard_write, AddBloodType_knows_four_groups) {
-  const std::vector<std::pair<std::uint32_t, String>> cases = {
-      {0, u""}, {1, u"X-BLOOD:A\r\n"}, {2, u"X-BLOOD:B\r\n"}, {3, u"X-BLOOD:AB\r\n"},
-      {4, u"X-BLOOD:O\r\n"}, {5, u""}, {0xFFFFFFFFu, u""}};
-  for (const auto& [bits, expected] : cases) {
-    const std::uint32_t type = bits;
-    EXPECT_EQ(Written([&](String& out) { vCard::AddBloodType(out, type); }), expected) << type;
-  }
-}
+// One writer call on an empty text (or on the text `before`), with the
+// escape option set or not, and the exact text it appends.
+struct LineRow {
+  const char* what;
+  std::function<void(String&)> write;
+  String expected;
+  bool escape = false;
+};
 
-TEST_F(vcard_write, AddGroupType_knows_three_kinds) {
-  const std::vector<std::pair<std::uint32_t, String>> cases = {
-      {0, u""}, {1, u"GT:Normal\r\n"}, {2, u"GT:Smart\r\n"}, {3, u"GT:READ_ONLY\r\n"}, {4, u""}};
-  for (const auto& [bits, expected] : cases) {
-    const std::uint32_t type = bits;
-    EXPECT_EQ(Written([&](String& out) { vCard::AddGroupType(out, type); }), expected) << type;
-  }
-}
-
-TEST_F(vcard_write, AddGroups_joins_the_numbers) {
-  EXPECT_EQ(Written([](String& out) { vCard::AddGroups(out, {}); }), u"");
-  EXPECT_EQ(Written([](String& out) { vCard::AddGroups(out, {3}); }), u"X-GROUP:3\r\n");
-  EXPECT_EQ(Written([](String& out) { vCard::AddGroups(out, {1, -2, 30}); }),
-            u"X-GROUP:1,-2,30\r\n");
-}
-
-TEST_F(vcard_write, AddAssistant_escapes_both_parts_always) {
-  EXPECT_EQ(Written([](String& out) { vCard::AddAssistant(out, std::nullopt, u""); }), u"");
-  EXPECT_EQ(Written([](String& out) { vCard::AddAssistant(out, u"Jane", u"123"); }),
-            u"X-ASSISTANT:Jane;123\r\n");
-  EXPECT_EQ(Written([](String& out) { vCard::AddAssistant(out, u"a;b", std::nullopt); }),
-            u"X-ASSISTANT:a\\;b;\r\n");
-  EXPECT_EQ(Written([](String& out) { vCard::AddAssistant(out, std::nullopt, u"+1 2"); }),
-            u"X-ASSISTANT;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:;+1=202\r\n");
-}
-
-TEST_F(vcard_write, AddPhoto_puts_the_base64_text_on_its_own_line) {
+TEST_F(vcard_write, line_builders_and_one_line_writers) {
+  const CName full("Doe", "John", "Q", "Dr.", "Jr.", "do", "jo", "q");
+  const CName escaped = TwoPartName(u"O;Brien", u"A\\B");
   const Bytes man = {'M', 'a', 'n', 'M'};
-  EXPECT_EQ(Written([&](String& out) { vCard::AddPhoto(out, &man); }),
-            u"PHOTO;TYPE=JPEG;ENCODING=BASE64:\r\n TWFuTQ==\r\n \r\n");
-  const Bytes empty;
-  EXPECT_EQ(Written([&](String& out) { vCard::AddPhoto(out, &empty); }), u"");
-  EXPECT_EQ(Written([](String& out) { vCard::AddPhoto(out, nullptr); }), u"");
-}
-
-TEST_F(vcard_write, AddLastRevision_writes_nothing) {
-  EXPECT_EQ(Written([](String& out) {
-              vCard::AddLastRevision(out, MakeDateComponents(2020, 1, 2, 3, 4, 5));
-            }),
-            u"");
+  const Bytes none;
+  const String fits(68, u'a');
+  const LineRow rows[] = {
+      {"item", [](String& o) { vCard::AddItem(o, u"TEL", u";HOME", u"123"); }, u"TEL;HOME:123\r\n"},
+      {"empty item", [](String& o) { vCard::AddItem(o, u"", u"", u""); }, u":\r\n"},
+      {"'::' becomes ':'", [](String& o) { vCard::AddItem(o, u"FN", u"", u"a::b"); }, u"FN:a:b\r\n"},
+      // The colon AddItem adds counts too; left to right without overlaps.
+      {"its own colon", [](String& o) { vCard::AddItem(o, u"FN", u"", u":x"); }, u"FN:x\r\n"},
+      {"runs of colons", [](String& o) { vCard::AddItem(o, u"FN", u"", u"a:::b::::c"); },
+       u"FN:a::b::c\r\n"},
+      {"text before stays",
+       [](String& o) {
+         o = u"NOTE:x::y\r\n";
+         vCard::AddItem(o, u"FN", u"", u"a::b");
+       },
+       u"NOTE:x::y\r\nFN:a:b\r\n"},
+      {"encoding item keeps '::'",
+       [](String& o) { vCard::AddItemEncoding(o, u"EMAIL", u";HOME", u";CHARSET=UTF-8:a::b"); },
+       u"EMAIL;HOME;CHARSET=UTF-8:a::b\r\n"},
+      {"speed dial piece", [](String& o) { vCard::AddSpeedDial(o, u",", u"7"); }, u",7"},
+      // 68 characters fit a quoted-printable line; the 69th is carried over.
+      {"68 columns", [&](String& o) { vCard::AddNote(o, fits); }, u"NOTE:" + fits + u"\r\n"},
+      {"soft break", [&](String& o) { vCard::AddNote(o, fits + u"b"); },
+       u"NOTE;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:" + fits + u"=\r\nb\r\n"},
+      {"unpaired surrogate", [](String& o) { vCard::AddFName(o, String(u"a") + char16_t(0xD800)); },
+       u"FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=EF=BF=BD\r\n"},
+      {"empty name", [](String& o) { vCard::AddName(o, CName()); }, u""},
+      {"family name", [](String& o) { vCard::AddName(o, CName("Doe")); }, u"N:Doe;;;;;;;\r\n"},
+      {"eight parts", [&](String& o) { vCard::AddName(o, full); }, u"N:Doe;John;Q;Dr.;Jr.;do;jo;q\r\n"},
+      {"quoted-printable part", [](String& o) { vCard::AddName(o, TwoPartName(u"", u"Mar\u00EDa")); },
+       u"N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:;Mar=C3=ADa;;;;;;\r\n"},
+      {"name unescaped", [&](String& o) { vCard::AddName(o, escaped); }, u"N:O;Brien;A\\B;;;;;;\r\n"},
+      {"name escaped", [&](String& o) { vCard::AddName(o, escaped); }, u"N:O\\;Brien;A\\\\B;;;;;;\r\n",
+       true},
+      {"blood 0", [](String& o) { vCard::AddBloodType(o, 0); }, u""},
+      {"blood A", [](String& o) { vCard::AddBloodType(o, 1); }, u"X-BLOOD:A\r\n"},
+      {"blood B", [](String& o) { vCard::AddBloodType(o, 2); }, u"X-BLOOD:B\r\n"},
+      {"blood AB", [](String& o) { vCard::AddBloodType(o, 3); }, u"X-BLOOD:AB\r\n"},
+      {"blood O", [](String& o) { vCard::AddBloodType(o, 4); }, u"X-BLOOD:O\r\n"},
+      {"blood 5", [](String& o) { vCard::AddBloodType(o, 5); }, u""},
+      {"blood unknown", [](String& o) { vCard::AddBloodType(o, 0xFFFFFFFFu); }, u""},
+      {"group type 0", [](String& o) { vCard::AddGroupType(o, 0); }, u""},
+      {"Normal", [](String& o) { vCard::AddGroupType(o, 1); }, u"GT:Normal\r\n"},
+      {"Smart", [](String& o) { vCard::AddGroupType(o, 2); }, u"GT:Smart\r\n"},
+      {"READ_ONLY", [](String& o) { vCard::AddGroupType(o, 3); }, u"GT:READ_ONLY\r\n"},
+      {"group type 4", [](String& o) { vCard::AddGroupType(o, 4); }, u""},
+      {"no groups", [](String& o) { vCard::AddGroups(o, {}); }, u""},
+      {"one group", [](String& o) { vCard::AddGroups(o, {3}); }, u"X-GROUP:3\r\n"},
+      {"groups", [](String& o) { vCard::AddGroups(o, {1, -2, 30}); }, u"X-GROUP:1,-2,30\r\n"},
+      {"no assistant", [](String& o) { vCard::AddAssistant(o, std::nullopt, u""); }, u""},
+      {"assistant", [](String& o) { vCard::AddAssistant(o, u"Jane", u"123"); },
+       u"X-ASSISTANT:Jane;123\r\n"},
+      // Escaped always, whatever the option.
+      {"assistant escaped", [](String& o) { vCard::AddAssistant(o, u"a;b", std::nullopt); },
+       u"X-ASSISTANT:a\\;b;\r\n"},
+      {"assistant number", [](String& o) { vCard::AddAssistant(o, std::nullopt, u"+1 2"); },
+       u"X-ASSISTANT;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:;+1=202\r\n"},
+      {"photo", [&](String& o) { vCard::AddPhoto(o, &man); },
+       u"PHOTO;TYPE=JPEG;ENCODING=BASE64:\r\n TWFuTQ==\r\n \r\n"},
+      {"empty photo", [&](String& o) { vCard::AddPhoto(o, &none); }, u""},
+      {"no photo", [](String& o) { vCard::AddPhoto(o, nullptr); }, u""},
+      {"revision", [](String& o) { vCard::AddLastRevision(o, MakeDateComponents(2020, 1, 2, 3, 4, 5)); },
+       u""},
+  };
+  for (const LineRow& row : rows) {
+    vCard::NonstandardEscChar(row.escape);
+    EXPECT_EQ(Written(row.write), row.expected) << row.what;
+  }
 }
 
 // --- Speed dial ----------------------------------------------------------

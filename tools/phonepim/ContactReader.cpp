@@ -18,9 +18,10 @@ namespace phonepim::tool {
 namespace {
 
 std::unique_ptr<CContact> ParseAs(const vObject& object, std::uint32_t vCardID, const String& imei,
-                                  const String& kind) {
+                                  const String& kind, ReadAccount* account) {
   auto contact = std::make_unique<CContact>(vCardID, imei, std::nullopt, kind, nullptr);
-  vCard::Parse(contact.get(), &object);
+  if (account != nullptr) *account = ReadAccount();
+  vCard::Parse(contact.get(), &object, account);
   return contact;
 }
 
@@ -50,21 +51,26 @@ std::string RefusalReason(const std::string& assertion) {
 }  // namespace
 
 std::unique_ptr<CContact> ParseContact(std::string_view card, std::uint32_t vCardID,
-                                       const String& imei) {
+                                       const String& imei, ReadAccount* account) {
   vObject object;
   object.object()->SetData(reinterpret_cast<const unsigned char*>(card.data()), card.size());
-  std::unique_ptr<CContact> contact = ParseAs(object, vCardID, imei, u"Contact");
-  if (NamesAGroup(*contact)) contact = ParseAs(object, vCardID, imei, u"Group");
+  std::unique_ptr<CContact> contact = ParseAs(object, vCardID, imei, u"Contact", account);
+  if (NamesAGroup(*contact)) contact = ParseAs(object, vCardID, imei, u"Group", account);
   return contact;
 }
 
 std::unique_ptr<CContact> TryParseContact(std::string_view card, std::uint32_t vCardID,
-                                          const String& imei, std::string* error) {
+                                          const String& imei, std::string* error,
+                                          ReadAccount* account) {
   try {
-    return ParseContact(card, vCardID, imei);
+    return ParseContact(card, vCardID, imei, account);
   } catch (std::uint16_t code) {
-    *error = code == kVersitParseError ? "the tokenizer rejected it"
-                                       : "the reader failed with code " + std::to_string(code);
+    if (code == kVersitParseError && account != nullptr && account->truncated) {
+      *error = "cut short: its END line never came, so what was read of it is not shown";
+    } else {
+      *error = code == kVersitParseError ? "the tokenizer rejected it"
+                                         : "the reader failed with code " + std::to_string(code);
+    }
   } catch (const AssertionFailure& failure) {
     *error = "the reader refused it: " + RefusalReason(failure.text()) + " (assertion \"" +
              failure.text() + "\")";
@@ -79,7 +85,8 @@ int ForEachContact(const std::string& text, const std::string& sourceName,
                    const std::function<void(const CardInFile&, const CContact&)>& visit,
                    ContactTally* tally) {
   using Clock = std::chrono::steady_clock;
-  const std::vector<VersitObjectSpan> spans = FindVersitObjects(text);
+  const std::vector<VersitObjectSpan> spans =
+      FindVersitObjects(text, options.strict ? NestedCards::kInside : NestedCards::kApart);
   if (spans.empty()) {
     err << sourceName << ": no versit object (no BEGIN: line)\n";
     return 2;
@@ -101,14 +108,16 @@ int ForEachContact(const std::string& text, const std::string& sourceName,
   for (std::size_t index = 0; index < spans.size(); ++index) {
     progress.Update(index);
     const VersitObjectSpan& span = spans[index];
-    const CardInFile card{index, &span, std::string_view(text).substr(span.offset, span.length)};
+    ReadAccount account;
+    const CardInFile card{index, &span, std::string_view(text).substr(span.offset, span.length),
+                          &account};
     if (!IsVCard(card.text)) {
       ++tally->failed;
       progress.Clear();
       err << ObjectHeading(sourceName, index, span, card.text) << ": not a vCard, skipped\n";
       continue;
     }
-    if (!span.terminated) {
+    if (!span.terminated && options.strict) {
       progress.Clear();
       err << ShortObjectHeading(sourceName, index, span)
           << ": no END line before the end of the file\n";
@@ -117,7 +126,8 @@ int ForEachContact(const std::string& text, const std::string& sourceName,
     const Clock::time_point start = Clock::now();
     // The object's number is its vCard ID, so record IDs follow the file.
     const std::unique_ptr<CContact> contact =
-        TryParseContact(card.text, static_cast<std::uint32_t>(index + 1), options.imei, &error);
+        TryParseContact(card.text, static_cast<std::uint32_t>(index + 1), options.imei, &error,
+                        &account);
     const Clock::duration took = Clock::now() - start;
     total += took;
     if (took > slowest) {

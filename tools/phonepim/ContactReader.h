@@ -13,6 +13,7 @@
 #include <phonepim/model/CContact.h>
 #include <phonepim/platform/String.h>
 #include <phonepim/versit/ObjectSplitter.h>
+#include <phonepim/versit/ReadAccount.h>
 
 namespace phonepim::tool {
 
@@ -21,6 +22,10 @@ struct ContactReadOptions {
   String imei;           ///< ends every record ID ("%016d-Contact-IMEI")
   bool quiet = false;    ///< no progress line, no tally, no per-card output
   bool verbose = false;  ///< how long each card took, the slowest one
+  /// The reading rules as they stand (--strict); by default the tool reads
+  /// leniently (vCard::sm_fLenientReading), so that real exports lose
+  /// nothing, and a nested card is a contact of its own.
+  bool strict = false;
 };
 
 /// One card of the file and where it stands.
@@ -28,6 +33,8 @@ struct CardInFile {
   std::size_t index = 0;  ///< from 0; messages count from 1
   const VersitObjectSpan* span = nullptr;
   std::string_view text;
+  /// What reading did with each property of the card.
+  const ReadAccount* account = nullptr;
 };
 
 /// Reads `card` into a new contact whose vCard ID is `vCardID` (so its
@@ -35,15 +42,17 @@ struct CardInFile {
 /// X-GDISPN) is read again as a group: the kind must be known when the
 /// contact is made, and only the reader knows which properties it took.
 ///
-/// Throws what vCard::Parse throws.
+/// Throws what vCard::Parse throws. `account`, when given, receives the
+/// account of the reading that made the contact.
 std::unique_ptr<CContact> ParseContact(std::string_view card, std::uint32_t vCardID,
-                                       const String& imei);
+                                       const String& imei, ReadAccount* account = nullptr);
 
 /// ParseContact, with the failures that belong to the card (the tokenizer's
 /// rejection, a refused value, a label the table cannot register) turned
 /// into a message; anything else (memory exhausted) still propagates.
 std::unique_ptr<CContact> TryParseContact(std::string_view card, std::uint32_t vCardID,
-                                          const String& imei, std::string* error);
+                                          const String& imei, std::string* error,
+                                          ReadAccount* account = nullptr);
 
 /// The counts a command closes with.
 struct ContactTally {

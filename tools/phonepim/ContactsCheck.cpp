@@ -99,14 +99,52 @@ std::vector<std::string> DropUnwritten(const CContact& contact, Json& before,
     }
   }
   for (const char* field : kUnwrittenFields) reset(field);
+  // An address or organisation with no text ("ADR;HOME:;;;;;;") is read,
+  // and the writer has nothing to write for it.
+  for (const char* list : {"addresses", "organizations"}) {
+    Json& elements = before[list];
+    Json kept = Json::array();
+    for (const Json& element : elements) {
+      const auto items = element.items();
+      const bool empty = std::all_of(items.begin(), items.end(), [](const auto& item) {
+        return item.key() == "types" || item.key() == "customLabel" || item.key() == "label" ||
+               item.value() == "" || item.value() == Json::array();
+      });
+      if (!empty) kept.push_back(element);
+    }
+    elements = std::move(kept);
+  }
+  // Nor for an empty note or nickname.
+  for (const char* list : {"notes", "nicknames"}) {
+    Json& texts = before[list];
+    texts.erase(std::remove(texts.begin(), texts.end(), Json("")), texts.end());
+  }
   return JsonDifferences(original, before);
 }
 
-struct CheckTally {
-  std::size_t unchanged = 0;
-  std::size_t byDesignOnly = 0;
-  std::size_t lossy = 0;
+constexpr PropertyFate kFates[] = {PropertyFate::kRead, PropertyFate::kByDesign,
+                                   PropertyFate::kExtension, PropertyFate::kEmpty,
+                                   PropertyFate::kLost};
+
+// Property counts by fate, in kFates order.
+struct FateCounts {
+  std::size_t count[std::size(kFates)] = {};
+  std::size_t Total() const {
+    std::size_t total = 0;
+    for (const std::size_t n : count) total += n;
+    return total;
+  }
 };
+
+// "7 properties: 4 read, 2 dropped by design, 1 extension, 0 empty, 0 lost"
+std::string Summary(const FateCounts& counts) {
+  std::string text =
+      std::to_string(counts.Total()) + (counts.Total() == 1 ? " property" : " properties");
+  for (std::size_t i = 0; i < std::size(kFates); ++i) {
+    text += (i == 0 ? ": " : ", ") + std::to_string(counts.count[i]) + " " + FateWord(kFates[i]);
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -150,16 +188,34 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
                   const ContactReadOptions& readOptions, const WriterOptions& writer,
                   std::ostream& out, std::ostream& err) {
   ContactTally tally;
-  CheckTally check;
+  FateCounts total;
+  std::size_t lossy = 0;
   const int status = ForEachContact(
       text, sourceName, readOptions, err,
       [&](const CardInFile& card, const CContact& contact) {
+        FateCounts counts;
+        std::vector<std::string> lines;
+        for (const PropertyAccount& property : card.account->properties) {
+          const auto fate = static_cast<std::size_t>(
+              std::find(std::begin(kFates), std::end(kFates), property.fate) - std::begin(kFates));
+          ++counts.count[fate];
+          ++total.count[fate];
+          if (property.fate == PropertyFate::kLost) {
+            lines.push_back("  lost: " + property.name + ": " + property.where);
+          } else if (property.fate == PropertyFate::kExtension && !readOptions.quiet) {
+            lines.push_back("  kept: " + property.name + " as " + property.where);
+          }
+          if (!property.note.empty() && !readOptions.quiet) {
+            lines.push_back("  note: " + property.name + ": " + property.note);
+          }
+        }
+        // What writing the contact and reading it again would change.
         Json before = ContactToJson(contact, card.index + 1, card.span->firstLine);
         const std::vector<std::string> byDesign = DropUnwritten(contact, before, writer);
-        const std::string written = GenerateCard(contact, writer);
         std::string error;
-        const std::unique_ptr<CContact> again = TryParseContact(
-            written, static_cast<std::uint32_t>(card.index + 1), readOptions.imei, &error);
+        const std::unique_ptr<CContact> again =
+            TryParseContact(GenerateCard(contact, writer),
+                            static_cast<std::uint32_t>(card.index + 1), readOptions.imei, &error);
         std::vector<std::string> lost;
         if (!again) {
           lost.push_back("the written card cannot be read back: " + error);
@@ -167,27 +223,27 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
           lost =
               JsonDifferences(before, ContactToJson(*again, card.index + 1, card.span->firstLine));
         }
-        if (lost.empty() && byDesign.empty()) {
-          ++check.unchanged;
-          return;
-        }
-        ++(lost.empty() ? check.byDesignOnly : check.lossy);
-        if (lost.empty() && readOptions.quiet) return;
-        out << ObjectHeading(sourceName, card.index, *card.span, card.text) << ": "
-            << (lost.empty() ? "changed by design only" : std::to_string(lost.size()) + " lost")
-            << '\n';
-        for (const std::string& line : lost) out << "  lost: " << line << '\n';
+        for (const std::string& line : lost) lines.push_back("  lost on writing: " + line);
         if (!readOptions.quiet) {
-          for (const std::string& line : byDesign) out << "  by design: " << line << '\n';
+          for (const std::string& line : byDesign) {
+            lines.push_back("  by design on writing: " + line);
+          }
         }
+        const bool losses = counts.count[std::size(kFates) - 1] != 0 || !lost.empty();
+        lossy += losses ? 1 : 0;
+        // A card read whole and written back whole needs no line of its own.
+        if (!losses && (readOptions.quiet || lines.empty())) return;
+        out << ObjectHeading(sourceName, card.index, *card.span, card.text) << ": "
+            << Summary(counts) << (lost.empty() ? "" : ", " + std::to_string(lost.size()) +
+                                                           " lost on writing")
+            << '\n';
+        for (const std::string& line : lines) out << line << '\n';
       },
       &tally);
   if (status == 2) return status;
-  out << Counted(check.unchanged + check.byDesignOnly + check.lossy + tally.failed, "object")
-      << ": " << check.unchanged << " unchanged, " << check.byDesignOnly
-      << " changed by design only, " << check.lossy << " with losses, " << tally.failed
-      << " failed\n";
-  return check.lossy ? 4 : status;
+  out << Counted(tally.persons + tally.groups + tally.failed, "object") << ", " << Summary(total)
+      << "; " << lossy << " with losses, " << tally.failed << " failed\n";
+  return lossy ? 4 : status;
 }
 
 }  // namespace phonepim::tool

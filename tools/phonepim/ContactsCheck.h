@@ -1,7 +1,13 @@
-// `phonepim contacts check`: what a round trip through the library would
-// change, card by card and field by field.
+// `phonepim contacts check`: what reading lost of each card, and what a
+// round trip through the writer would lose on top.
 //
-// Each card is read, written with the writer options given, and read
+// Reading: every property of the card is accounted for by the reader
+// (vCard::Parse with a ReadAccount): read into a field, dropped by design
+// (BEGIN, END, VERSION, X-GENDER, a nested card's BEGIN: that card is read
+// as a contact of its own), kept as an extension item, empty (no value:
+// nothing to keep), or lost. Only "lost" counts as a loss.
+//
+// Writing: each card is written with the writer options given and read
 // again; the two contacts are compared as their JSON (ContactToJson). Some
 // changes are the writer's by design: it has no property for a field
 // (account name and type, LMT, extension items, the reading first name
@@ -33,9 +39,12 @@ std::vector<std::string> JsonDifferences(const nlohmann::ordered_json& before,
                                          const std::string& path = "");
 
 /// Reads, writes and reads again every card of `text`, and prints on `out`
-/// each card that changed with its differences, then a tally. Returns 0
-/// when nothing was lost, 4 when some card lost something, else 1 when some
-/// cards could not be read, 2 for no vCard at all.
+/// one line with its property account for each card that lost something or
+/// kept something as an extension item, those properties, and what the
+/// round trip changed; then the totals. Quiet prints only the cards with
+/// losses, and no "kept" or "by design" lines. Returns 0 when nothing was lost, 4 when some card lost something
+/// in reading or on writing, else 1 when some cards could not be read, 2
+/// for no vCard at all.
 int CheckContacts(const std::string& text, const std::string& sourceName,
                   const ContactReadOptions& readOptions, const WriterOptions& writer,
                   std::ostream& out, std::ostream& err);

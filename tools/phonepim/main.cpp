@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 
 #include <phonepim/platform/Assert.h>
+#include <phonepim/vcard/vCard.h>
 
 #include <functional>
 #include <iostream>
@@ -50,6 +51,9 @@ void AddReadOptions(CLI::App* command, ContactReadOptions* options, std::string*
   command->add_flag("-q,--quiet", options->quiet, "No progress line and no per-card output");
   command->add_flag("-v,--verbose", options->verbose, "How long each card took to read");
   command->add_option("--imei", *imei, "The phone's IMEI, the end of every record ID");
+  command->add_flag("--strict", options->strict,
+                    "The reading rules as they stand, without the lenient reading that keeps "
+                    "what real phone exports send");
 }
 
 void AddWriterOptions(CLI::App* command, WriterOptions* writer) {
@@ -120,6 +124,7 @@ int main(int argc, char** argv) {
     });
   }
   readOptions.imei = phonepim::StringFromASCII(imei);
+  phonepim::vCard::LenientReading(!readOptions.strict);
   // The escape option changes the reader too, so it is set before any card.
   phonepim::tool::ApplyWriterOptions(writer);
   if (show->parsed()) {

@@ -13,6 +13,7 @@ namespace phonepim {
 
 class CContact;
 class vObject;
+struct ReadAccount;
 
 class vCard {
  public:
@@ -68,6 +69,25 @@ class vCard {
   /// returned and been freed. The contact then keeps what was stored before.
   /// Nothing leaks on any of these paths.
   static void Parse(CContact* contact, const vObject* object);
+  /// Parse, and when `account` is not null, what became of each property
+  /// appended to it: read (into which field), dropped by design, kept as an
+  /// extension item, empty, or lost (ReadAccount.h).
+  ///
+  /// Lenient reading (sm_fLenientReading) differs only where real exports
+  /// lose data under the standard rules; see docs/vcard.md. Among others it
+  /// keeps what a field cannot take (an unknown property, a date it cannot
+  /// read, the earlier value of a repeated single-value property) as an
+  /// extension item, skips the properties of a nested card (a card of its
+  /// own: ObjectSplitter hands it out separately), and throws
+  /// kVersitParseError, with `account->truncated` set, for a card whose END
+  /// never came.
+  static void Parse(CContact* contact, const vObject* object, ReadAccount* account);
+
+  /// Each "X-CUSTOM" parameter of a property registers a custom label, up to
+  /// this many per property; beyond it (only hostile text has more) the
+  /// rest are read as the last one registered, so that one line cannot fill
+  /// the process-wide label table.
+  static constexpr int kMaxCustomLabelsPerProperty = 64;
 
   /// The tokenizer's user data for one Parse (defined in the library's
   /// private src/vcard/vCardReaderInternal.h).

@@ -18,6 +18,15 @@ struct VersitObjectSpan {
   bool terminated = true;     ///< false when the buffer ended before its END
 };
 
+/// What becomes of a vCard inside a vCard (BEGIN:VCARD before the outer
+/// card's END:VCARD, as some exports write agents and linked people).
+enum class NestedCards {
+  kInside,  ///< part of the outer object, like an event inside a calendar
+  kApart,   ///< also an object of its own, listed after the card it is in;
+            ///< the outer card's span still holds its text (lenient reading
+            ///< skips it there)
+};
+
 /// Finds the objects in `buffer`. An object starts at a line that begins
 /// "BEGIN:" (any case) outside another object and ends with the "END:" line
 /// that closes it; nested BEGIN/END pairs (an event inside a calendar, an
@@ -25,9 +34,11 @@ struct VersitObjectSpan {
 /// both work; text between objects is skipped, and so is a UTF-8 byte order
 /// mark at the start of the buffer. An object still open when the buffer
 /// ends runs to the end and is marked unterminated. Any bytes are accepted.
-std::vector<VersitObjectSpan> FindVersitObjects(std::string_view buffer);
+std::vector<VersitObjectSpan> FindVersitObjects(std::string_view buffer,
+                                               NestedCards nested = NestedCards::kInside);
 
 /// The objects of `buffer` as vObjects (their IDs unassigned), in order.
-vObjectPtrArray SplitVersitObjects(std::string_view buffer);
+vObjectPtrArray SplitVersitObjects(std::string_view buffer,
+                                   NestedCards nested = NestedCards::kInside);
 
 }  // namespace phonepim

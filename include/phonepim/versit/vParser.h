@@ -48,6 +48,21 @@ void CARD_SetPropHandler(VP* parser, CARD_PropHandler handler);
 void CARD_SetDataHandler(VP* parser, CARD_DataHandler handler);
 
 /**
+ * Lenient reading of real phone exports (off by default; set it before the
+ * first byte). It changes these decisions, and no others:
+ * - an empty line is only a line end, also in CRLF text (its CR does not
+ *   fold the next line into the property before it), and a
+ *   quoted-printable soft break followed by an empty line ends the value;
+ * - a BASE64 value is not decoded here: its text arrives whole, however
+ *   it is folded (DecodeBase64Text decodes it, white space and all);
+ * - the property name and each parameter name (up to a '(' that opens a
+ *   label) arrive in upper case, and the encoding words are recognised in
+ *   any case, with "QUOTEDPRINTABLE" and "B" as Outlook and vCard 3
+ *   exports write them.
+ */
+void CARD_SetLenient(VP* parser, int lenient);
+
+/**
  * Feeds `length` bytes. With `final` non-zero a line end is processed after
  * the last byte, completing the last property. Returns 1 on success and 0
  * when the text is rejected (an empty parameter such as "TEL;:", an empty

@@ -1,0 +1,205 @@
+// The vCard reader's decisions under lenient reading, where the standard
+// rules lose what real phones send, and the per-property account.
+#include <algorithm>
+#include <string_view>
+
+#include "phonepim/encoding/Charset.h"
+#include "phonepim/encoding/Encoding.h"
+#include "phonepim/model/CContact.h"
+#include "vcard/vCardReaderInternal.h"
+
+namespace phonepim::vcard_reader {
+namespace {
+
+bool SameWordNoCase(std::string_view text, std::string_view word) {
+  return std::equal(text.begin(), text.end(), word.begin(), word.end(), [](char a, char b) {
+    return (a >= 'a' && a <= 'z' ? static_cast<char>(a - 'a' + 'A') : a) == b;
+  });
+}
+
+// The properties whose field holds one value: a second one replaces it.
+bool HoldsOneValue(int propertyID) {
+  switch (propertyID) {
+    case kvCardPropertyFN: case kvCardPropertyN: case kvCardPropertySOUND:
+    case kvCardPropertyBDAY: case kvCardPropertyBLOOD: case kvCardPropertyTITLE:
+    case kvCardPropertyROLE: case kvCardPropertyHOBBY: case kvCardPropertyPHOTO:
+    case kvCardPropertyGN: case kvCardPropertyGT: case kvCardPropertyGROUP:
+    case kvCardPropertySPEEDDIAL: case kvCardPropertyACCOUNT: case kvCardPropertyACCOUNT_N:
+    case kvCardPropertyACCOUNT_TYPE: case kvCardPropertyREV: case kvCardPropertyANNIVERSARY:
+    case kvCardPropertyGDISPN: case kvCardPropertySPOUSE: case kvCardPropertyCHILDREN:
+    case kvCardPropertyASSISTANT:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// The value decoded by its charset word, with a note in the account when
+// that took a fallback.
+CharsetText DecodeNoted(vCard::vCardParseData& d) {
+  CharsetText decoded = DecodeCharset(d.value, d.charsetName, d.encoding);
+  if (decoded.unknownCharset) {
+    d.decodeNote = "charset " + d.charsetName + " unknown, read as UTF-8";
+  } else if (decoded.replaced) {
+    d.decodeNote = "bytes not valid in its charset kept as Latin-1 or U+FFFD";
+  }
+  return decoded;
+}
+
+std::vector<String> Components(vCard::vCardParseData& d) {
+  const CharsetText decoded = DecodeNoted(d);
+  // Escapes are one option both ways: the writer escapes only with it, so
+  // the reader undoes them only with it, and a value round-trips either way.
+  return SplitStructuredValue(decoded.text, vCard::sm_fNonstandardEscChar);
+}
+
+std::optional<String> NonEmpty(const std::vector<String>& parts, std::size_t index) {
+  if (index >= parts.size() || parts[index].empty()) return std::nullopt;
+  return parts[index];
+}
+
+}  // namespace
+
+void AddToAccount(vCard::vCardParseData& d, Outcome outcome) {
+  std::string where = outcome.where != nullptr ? outcome.where : "extension item " + d.propertyName;
+  d.account->properties.push_back({d.propertyName, outcome.fate, std::move(where), d.decodeNote});
+}
+
+bool ClassifyEncodingWordLenient(vCard::vCardParseData& d, const char* parameter,
+                                 const char* value) {
+  const std::string_view name = parameter;
+  if (name == "CHARSET") {
+    d.charsetName = value != nullptr ? value : "";
+    d.charset = NamesUTF8(d.charsetName)                 ? kCharsetUTF8
+                : SameWordNoCase(d.charsetName, "SHIFT_JIS") ? kCharsetShiftJIS
+                                                             : kCharsetOther;
+    return true;
+  }
+  if (name == "ENCODING") {
+    d.encoding = EncodingOfWord(value != nullptr ? value : "");
+    return true;
+  }
+  // A bare word names an encoding only when it is one ("B" alone is not).
+  if (value != nullptr || name == "B") return false;
+  const int encoding = EncodingOfWord(name);
+  if (encoding == kEncodingUnknown) return false;
+  d.encoding = encoding;
+  return true;
+}
+
+std::optional<String> DecodeTextLenient(vCard::vCardParseData& d, bool undoEscapes) {
+  CharsetText decoded = DecodeNoted(d);
+  if (undoEscapes && vCard::sm_fNonstandardEscChar) return UnescapeValue(decoded.text);
+  return std::move(decoded.text);
+}
+
+// The text an extension item keeps of the value: decoded, except BASE64,
+// which stays the text it came as (a picture is no text).
+String ItemText(vCard::vCardParseData& d) {
+  if (d.encoding == kEncodingBase64) return StringFromASCII(d.value);
+  return *DecodeTextLenient(d, false);
+}
+
+Outcome KeepAsExtension(vCard::vCardParseData& d) {
+  d.pContact->NewXItem(StringFromASCII(d.propertyName), ItemText(d), 0, -1);
+  return {PropertyFate::kExtension, nullptr};
+}
+
+Outcome StoreNameLenient(vCard::vCardParseData& d) {
+  const std::vector<String> parts = Components(d);
+  for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), 8); ++i) {
+    d.pContact->Name().SetName(parts[i], static_cast<unsigned int>(i));
+  }
+  return Read("name");
+}
+
+Outcome StoreReadingNameLenient(vCard::vCardParseData& d) {
+  const std::vector<String> parts = Components(d);
+  if ((d.typeFlags & kReadingNameTypeIrmcN) != 0) d.pContact->SetRFName(NonEmpty(parts, 1));
+  d.pContact->SetRLName(NonEmpty(parts, 0));
+  return Read("readingLastName");
+}
+
+Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address) {
+  const std::vector<String> parts = Components(d);
+  for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), kPostalAddressMax); ++i) {
+    address.SetAddress(parts[i], static_cast<unsigned int>(i));
+  }
+  return Read("addresses");
+}
+
+Outcome StoreOrgLenient(vCard::vCardParseData& d, COrganization& org) {
+  std::vector<String> parts = Components(d);
+  parts.resize(std::max<std::size_t>(parts.size(), 3));
+  org.SetName(parts[0]);
+  org.SetUnit(parts[1]);
+  org.SetPosition(parts[2]);
+  for (std::size_t i = 3; i < parts.size(); ++i) {
+    if (!parts[i].empty()) org.Additional().push_back(parts[i]);
+  }
+  return Read("organizations");
+}
+
+Outcome StoreAssistantLenient(vCard::vCardParseData& d) {
+  const std::vector<String> parts = Components(d);
+  d.pContact->setAssistant(parts[0]);
+  d.pContact->setAssistantNumber(parts.size() > 1 ? std::optional<String>(parts[1])
+                                                  : std::nullopt);
+  return Read("assistant");
+}
+
+namespace {
+// "VCARD" in any case; some exports leave blanks after it.
+bool NamesACard(std::string_view value) {
+  while (!value.empty() && (value.back() == ' ' || value.back() == '\t')) value.remove_suffix(1);
+  return SameWordNoCase(value, "VCARD");
+}
+}  // namespace
+
+bool BeginLenientStore(vCard::vCardParseData& d) {
+  d.decodeNote.clear();
+  if (d.propertyID == kvCardPropertyBEGIN && NamesACard(d.value)) {
+    d.begun = true;
+    if (++d.depth == 2) {
+      Note(d, {PropertyFate::kByDesign, "a nested card, read as a contact of its own"});
+    } else if (d.depth == 1) {
+      Note(d, {PropertyFate::kByDesign, "recognised, nothing to keep"});
+    }
+    return false;
+  }
+  if (d.propertyID == kvCardPropertyEND && NamesACard(d.value) && d.depth > 0) {
+    if (--d.depth == 0) {
+      d.ended = true;
+      Note(d, {PropertyFate::kByDesign, "recognised, nothing to keep"});
+    }
+    return false;
+  }
+  if (d.depth > 1) return false;
+  if (!d.hasValue) {
+    Note(d, Empty());
+    return false;
+  }
+  return true;
+}
+
+void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
+  Note(d, outcome);
+  if (outcome.fate != PropertyFate::kRead || !HoldsOneValue(d.propertyID)) return;
+  if (!d.held) d.held = std::make_unique<std::array<vCard::vCardParseData::HeldValue,
+                                                      kvCardPropertyEND + 1>>();
+  vCard::vCardParseData::HeldValue& held = (*d.held)[static_cast<std::size_t>(d.propertyID)];
+  if (held.text) {
+    // The field keeps its rule (the later value); the earlier one stays.
+    d.pContact->NewXItem(StringFromASCII(d.propertyName), *held.text, 0, -1);
+    if (d.account != nullptr) {
+      PropertyAccount& earlier = d.account->properties[held.account];
+      earlier.fate = PropertyFate::kExtension;
+      earlier.where = "extension item " + d.propertyName + " (a later one took the field)";
+    }
+  }
+  d.decodeNote.clear();
+  held.text = ItemText(d);
+  if (d.account != nullptr) held.account = d.account->properties.size() - 1;
+}
+
+}  // namespace phonepim::vcard_reader

@@ -1,0 +1,137 @@
+// The reader in both modes on the real-world cases lenient reading exists
+// for: what the standard rules make of each card, and what lenient reading
+// keeps. One row per case.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+#include "phonepim/model/CCustomType.h"
+#include "phonepim/platform/Errors.h"
+#include "phonepim/versit/ReadAccount.h"
+#include "vcard/vCardReadTestSupport.h"
+#include "vcard/vCardWriteTestSupport.h"
+
+namespace phonepim {
+namespace {
+
+using testing_vcard::Card;
+using testing_vcard::Describe;
+using testing_vcard::MakeObject;
+using testing_vcard::Read;
+
+struct Row {
+  const char* name;
+  std::string text;
+  std::string strict;
+  std::string lenient;
+};
+
+void PrintTo(const Row& row, std::ostream* os) { *os << row.name; }
+
+class read_both_ways : public ::testing::TestWithParam<Row> {};
+
+TEST_P(read_both_ways, gives_each_mode_its_fields) {
+  const Row& row = GetParam();
+  const testing_support::ScopedWriterDefaults defaults;
+  EXPECT_EQ(Describe(*Read(row.text)), row.strict) << "strict";
+  vCard::LenientReading(true);
+  EXPECT_EQ(Describe(*Read(row.text)), row.lenient) << "lenient";
+}
+
+const char kNested[] =
+    "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Parent\r\nBEGIN:VCARD\r\nVERSION:2.1\r\nN:Agent\r\n"
+    "TEL:9\r\nEND:VCARD\r\nTEL:1\r\nEND:VCARD\r\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    cases, read_both_ways,
+    ::testing::Values(
+        Row{"blank_crlf_line", Card("N:A;B\r\nNOTE:hello\r\n\r\nTEL;CELL:5551234\r\n"),
+            "N=A|B||||||; NOTE=helloTEL;CELL:5551234",
+            "N=A|B||||||; TEL(20)=5551234; NOTE=hello"},
+        Row{"base64_from_the_property_line",
+            Card("PHOTO;ENCODING=BASE64;TYPE=JPEG:/9j/\r\n 4AAQ\r\n\r\n"), "PHOTO=0:",
+            "PHOTO=6:ffd8ffe00010"},
+        Row{"soft_break_before_blank_line",
+            Card("NOTE;ENCODING=QUOTED-PRINTABLE:a=\r\n\r\nTEL:1\r\n"), "NOTE=aTEL:1",
+            "TEL(0)=1; NOTE=a"},
+        Row{"other_charsets",
+            Card("N;ENCODING=QUOTED-PRINTABLE;CHARSET=ISO-8859-1:M=FCller;J=FCrgen\r\n"
+                 "FN;CHARSET=UTF8:J\xC3\xBCrgen\r\nNOTE;CHARSET=UTF-8:bad \xFC\r\n"),
+            "FN=J\xC3\xBCrgen; NOTE=", "FN=J\xC3\xBCrgen; N=M\xC3\xBCller|J\xC3\xBCrgen||||||; NOTE=bad \xC3\xBC"},
+        Row{"names_in_any_case",
+            Card("tel;cell:1\r\nEmail;Internet:a@b\r\nTEL;TYPE=cell,home:2\r\n"
+                 "note;encoding=quotedprintable:a=3D\r\n"),
+            "TEL(0)=2", "TEL(20)=1; TEL(21)=2; EMAIL(0)=a@b; NOTE=a="},
+        Row{"escapes_in_structured_values", Card("N:Sales Dept.\\Manager;a\\;b;c\\\\;d\\,e\r\n"),
+            "N=Sales Dept.\\anager|a\\b|c\\;d\\e|||||",
+            "N=Sales Dept.\\Manager|a\\;b|c\\\\|d\\,e||||"},
+        Row{"underscore_in_quoted_printable", Card("FN;QUOTED-PRINTABLE:(nessa_flame)\r\n"),
+            "FN=(nessa flame)", "FN=(nessa_flame)"},
+        Row{"single_value_property_repeated",
+            Card("TITLE:Chief\r\nTITLE:Boss\r\nBDAY:19990101\r\nBDAY:20000202\r\n"),
+            "BDAY=2000-2-2/0; TITLE=Boss",
+            "BDAY=2000-2-2/0; TITLE=Boss; X:TITLE=Chief; X:BDAY=19990101"},
+        Row{"nested_card", kNested, "N=Agent|||||||; TEL(0)=9; TEL(0)=1",
+            "N=Parent|||||||; TEL(0)=1"},
+        Row{"what_no_field_takes",
+            Card("X-FOO:bar\r\nBDAY:1999/01/01\r\nPHOTO;VALUE=URL:http://x\r\n"
+                 "FN;ENCODING=BASE64:QUJD\r\n"),
+            "FN=ABC; PHOTO=3:86db69", "FN=ABC; X:X-FOO=bar; X:BDAY=1999/01/01; X:PHOTO=http://x"}),
+    [](const ::testing::TestParamInfo<Row>& info) { return info.param.name; });
+
+TEST(read_lenient, reports_a_card_cut_short_and_keeps_what_came) {
+  const std::string cut = "BEGIN:VCARD\r\nVERSION:2.1\r\nN:A;B\r\nTEL;CELL:55";
+  EXPECT_EQ(Describe(*Read(cut)), "N=A|B||||||; TEL(20)=55");
+  const testing_support::ScopedWriterDefaults defaults;
+  vCard::LenientReading(true);
+  CContact contact(u"Contact");
+  ReadAccount account;
+  const vObject object = MakeObject(cut);
+  EXPECT_THROW(vCard::Parse(&contact, &object, &account), std::uint16_t);
+  EXPECT_TRUE(account.truncated);
+  EXPECT_EQ(Describe(contact), "N=A|B||||||; TEL(20)=55");
+}
+
+TEST(read_lenient, accounts_for_every_property) {
+  const testing_support::ScopedWriterDefaults defaults;
+  vCard::LenientReading(true);
+  CContact contact(u"Contact");
+  ReadAccount account;
+  const vObject object =
+      MakeObject(Card("TITLE:a\r\nTITLE:b\r\nNOTE:\r\nX-A:1\r\nX-GENDER:f\r\n"));
+  vCard::Parse(&contact, &object, &account);
+  std::string lines;
+  for (const PropertyAccount& p : account.properties) {
+    lines += p.name + " " + FateWord(p.fate) + " " + p.where + "\n";
+  }
+  EXPECT_EQ(lines,
+            "BEGIN dropped by design recognised, nothing to keep\n"
+            "VERSION dropped by design the version, checked\n"
+            "TITLE extension extension item TITLE (a later one took the field)\n"
+            "TITLE read title\n"
+            "NOTE empty no value\n"
+            "X-A extension extension item X-A\n"
+            "X-GENDER dropped by design recognised, nothing to keep\n"
+            "END dropped by design recognised, nothing to keep\n");
+}
+
+TEST(read_lenient, escaped_values_settle_on_the_first_pass) {
+  const testing_support::ScopedWriterDefaults defaults;
+  vCard::LenientReading(true);
+  vCard::NonstandardEscChar(true);
+  std::string text = Card("N:Sales Dept.\\Manager;a\\;b\\\\;;;\r\n");
+  std::string first;
+  for (int pass = 0; pass < 3; ++pass) {
+    const auto contact = Read(text);
+    EXPECT_EQ(ToDisplayUTF8(contact->Name().Given()), "a;b\\");
+    vObject out;
+    vCard::Generate(contact.get(), &out);
+    text = testing_support::BytesOf(out);
+    if (pass == 0) first = text;
+    EXPECT_EQ(text, first) << "pass " << pass;
+  }
+}
+
+}  // namespace
+}  // namespace phonepim
