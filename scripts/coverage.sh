@@ -17,11 +17,12 @@ ctest --test-dir "$build" -j2 -LE install --output-on-failure "$@" || status=$?
 # Exceptions add a branch to every call that may throw; counting them would
 # drown the decisions the code makes.
 gcovr_args=(--root . --object-directory "$build" --filter 'src/'
-            --exclude-throw-branches --exclude-unreachable-branches -j 2)
+            --exclude-directories '.*/CMakeFiles/[0-9.]+' --exclude-throw-branches
+            --exclude-unreachable-branches -j 2)
 if [ -n "${COVERAGE_REPORT:-}" ]; then
   mkdir -p "$COVERAGE_REPORT"
   gcovr "${gcovr_args[@]}" --txt "$COVERAGE_REPORT/lines.txt" \
-        --json-summary-pretty "$COVERAGE_REPORT/summary.json"
+        --json-summary "$COVERAGE_REPORT/summary.json" --json-summary-pretty
   gcovr "${gcovr_args[@]}" --branches --txt "$COVERAGE_REPORT/branches.txt"
 fi
 gcovr "${gcovr_args[@]}" --print-summary --txt /dev/null | grep -E '^(lines|branches):'

@@ -73,8 +73,9 @@ INSTANTIATE_TEST_SUITE_P(parameters, tokenizer, ::testing::Values(
           "E", "R:1"}},
     // The escape waits for the next ';' or '\', whatever comes between,
     // white space and line ends included; at the colon it is dropped.
-    Case{"D;P=a\\:v\r\nA;P=a\\b;c:v\r\nB;P=a\\\\;b:v\r\nC;P=a\\\r\n;b:v\r\n",
-         {"P:D;P=a", "D:v", "E", "P:A;P=ab\\x3Bc", "D:v", "E", "P:B;P=a\\x5C;b", "D:v", "E", "P:C;P=a\\x3Bb",
+    // An escape is used up by the byte it escapes.
+    Case{"D;P=a\\:v\r\nA;P=a\\b;c:v\r\nB;P=a\\\\;b:v\r\nC;P=a\\\r\n;b;c:v\r\n",
+         {"P:D;P=a", "D:v", "E", "P:A;P=ab\\x3Bc", "D:v", "E", "P:B;P=a\\x5C;b", "D:v", "E", "P:C;P=a\\x3Bb;c",
           "D:v", "E", "R:1"}},
     // White space, LF included, is skipped inside the parameter list, so
     // the next line carries on with it.
