@@ -19,6 +19,7 @@ class custom_type : public ::testing::Test {
 };
 
 TEST_F(custom_type, codes_count_up_from_0x10000001_and_start_again_after_delete_all) {
+  EXPECT_EQ(&CCustomType::Inst(), &table);
   EXPECT_EQ(CCcustomTypeT().CustomType_T(), 0x10000000u);
   EXPECT_EQ(table.ConvertStringValFromCustomType(0x10000001u), std::nullopt);
   EXPECT_EQ(table.ConvertCustomTypeFromString(u"X-CUSTOM(Home)"), 0x10000001u);
