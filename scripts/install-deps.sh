@@ -12,6 +12,7 @@ packages=(
   libgtest-dev libgmock-dev                           # tests
   libbenchmark-dev                                    # benchmarks
   libcli11-dev nlohmann-json3-dev                     # command-line tool
+  gcovr                                               # coverage (scripts/coverage.sh)
 )
 
 missing=()

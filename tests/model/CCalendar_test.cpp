@@ -1,3 +1,5 @@
+// CCalendar: identity texts, kinds, priority and status words, extension
+// values, the current elements, change detection and Clone.
 #include "phonepim/model/CCalendar.h"
 
 #include <gtest/gtest.h>
@@ -5,12 +7,13 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <functional>
 #include <memory>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "datetime/DateTimeFixtures.h"
 #include "model/AssertionPattern.h"
 
 namespace phonepim {
@@ -18,22 +21,11 @@ namespace {
 
 using testing_support::AssertionPattern;
 
-// Lists kinds in ds_arrCalendar for the lifetime of the object.
-struct ScopedSupportedKinds {
-  explicit ScopedSupportedKinds(const std::vector<std::int32_t>& kinds) {
-    ds_arrCalendar.fill(0);
-    std::copy_n(kinds.begin(), std::min<std::size_t>(kinds.size(), 32), ds_arrCalendar.begin());
-  }
-  ~ScopedSupportedKinds() { ds_arrCalendar = previous; }
-  const std::array<std::int32_t, 32> previous = ds_arrCalendar;
-};
-
-TEST(CCalendar, new_record_defaults_status_and_identity) {
+TEST(calendar, identity_defaults_and_vcal_ids) {
   CCalendar entry;
   EXPECT_EQ(entry.mUserID, u"1234567890ID");
   EXPECT_EQ(entry.mDBRecordID, u"123456789ID_Calendar");
-  EXPECT_TRUE(entry.GetStatus());  // status 10
-  EXPECT_EQ(entry.GetPriority(), 10);
+  EXPECT_TRUE(entry.GetStatus());
   EXPECT_EQ(entry.GetAlarmTone(), -1);
   entry.SetStatus(false);
   EXPECT_EQ(entry.status, 0);
@@ -44,170 +36,271 @@ TEST(CCalendar, new_record_defaults_status_and_identity) {
   entry.setUserIDWithType(2, u"rec-9");
   EXPECT_EQ(entry.mUserID, u"rec-9");
   EXPECT_EQ(entry.mDBRecordID, u"rec-9");
-}
-
-TEST(CCalendar, vcal_ids_pad_the_number_and_name_the_kind) {
   const String imei = u"356938035643809";
-  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(42, imei, 1),
-            u"0000000000000042-Calendar-356938035643809_Appointment");
-  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(0, imei, 2),
-            u"0000000000000000-Calendar-356938035643809_Anniversary");
-  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(INT_MAX, imei, 7),
-            u"0000002147483647-Calendar-356938035643809_Task");
-  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(-42, imei, 3),
-            u"-000000000000042-Calendar-356938035643809_temp");
-  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(5, imei, 0),
-            u"0000000000000005-Calendar-356938035643809_temp");
+  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(42, imei, 1), u"0000000000000042-Calendar-356938035643809_Appointment");
+  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(0, imei, 2), u"0000000000000000-Calendar-356938035643809_Anniversary");
+  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(INT_MAX, imei, 7), u"0000002147483647-Calendar-356938035643809_Task");
+  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(-42, imei, 3), u"-000000000000042-Calendar-356938035643809_temp");
+  EXPECT_EQ(CCalendar::generateNewVCalIDWithNewLUID(5, imei, 0), u"0000000000000005-Calendar-356938035643809_temp");
   EXPECT_EQ(CCalendar::generateNewVCalID(1234), u"1234");
   EXPECT_EQ(CCalendar::generateNewVCalIDWithType(-5, 2), u"-5");
 }
 
-struct KindCase {
-  std::int32_t mask;
-  std::vector<std::int32_t> supported;
-  std::int32_t kind;
-  std::int32_t orgType;
-};
-
-void PrintTo(const KindCase& c, std::ostream* os) {
-  *os << "mask 0x" << std::hex << c.mask << std::dec << ", " << c.supported.size() << " listed";
-}
-
-class Kind : public ::testing::TestWithParam<KindCase> {};
-
-TEST_P(Kind, maps_the_type_mask_and_the_phone_numbering) {
-  const ScopedSupportedKinds supported(GetParam().supported);
-  CCalendar entry;
-  entry.vCalendarType = GetParam().mask;
-  EXPECT_EQ(CalendarType(GetParam().mask), GetParam().kind);
-  EXPECT_EQ(entry.GetType(), GetParam().kind);
-  EXPECT_EQ(entry.GetOrgType(), GetParam().orgType);
-}
-
-std::vector<std::int32_t> ThirtyTwoEntriesEndingWithNine() {
-  std::vector<std::int32_t> kinds(32, 5);
-  kinds.back() = 9;
-  return kinds;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    table, Kind,
-    ::testing::Values(KindCase{0x0, {}, 1, 0}, KindCase{0x1, {}, 1, 0}, KindCase{0x2, {}, 2, 1},
-                      KindCase{0x4, {}, 3, 5}, KindCase{0x8, {}, 4, 6}, KindCase{0x10, {}, 5, 7},
-                      KindCase{0x20, {}, 6, 3}, KindCase{0x40, {}, 7, 2}, KindCase{0x80, {}, 8, 4},
-                      KindCase{0x20000, {}, 9, 0}, KindCase{0x100, {}, 1, 0},
-                      // The lowest tested bit wins.
-                      KindCase{0x6, {}, 2, 1}, KindCase{0x20040, {}, 7, 2}, KindCase{-1, {}, 2, 1},
-                      // Kinds missing from a list become appointments; the list ends at
-                      // its first 0 or after 32 entries.
-                      KindCase{0x40, {1, 2, 7}, 7, 2}, KindCase{0x4, {1, 2, 7}, 1, 0},
-                      KindCase{0x20000, {1, 2, 7}, 1, 0}, KindCase{0x20000, {9}, 9, 0},
-                      KindCase{0x4, {2, 0, 3}, 1, 0},
-                      KindCase{0x20000, ThirtyTwoEntriesEndingWithNine(), 9, 0}));
-
-TEST(CCalendar, priority_reads_three_levels) {
-  const std::vector<std::pair<std::int32_t, std::int32_t>> table = {
-      {0, 10}, {1, 1}, {2, 5}, {3, 10}, {-1, 10}, {INT_MIN, 10}};
-  CCalendar entry;
-  for (const auto& [stored, level] : table) {
-    entry.SetPriority(stored);
-    EXPECT_EQ(entry.GetPriority(), level) << "stored " << stored;
+TEST(calendar, kind_maps_the_type_mask_and_the_phone_numbering) {
+  std::vector<std::int32_t> thirtyTwo(32, 5);
+  thirtyTwo.back() = 9;
+  const struct {
+    std::int32_t mask;
+    std::vector<std::int32_t> supported;
+    std::int32_t kind, orgType;
+  } rows[] = {
+      {0x0, {}, 1, 0},   {0x2, {}, 2, 1},     {0x4, {}, 3, 5},     {0x8, {}, 4, 6},    {0x10, {}, 5, 7},
+      {0x20, {}, 6, 3},  {0x40, {}, 7, 2},    {0x80, {}, 8, 4},    {0x20000, {}, 9, 0}, {0x100, {}, 1, 0},
+      // The lowest tested bit wins.
+      {0x20040, {}, 7, 2}, {-1, {}, 2, 1},
+      // Kinds missing from a list become appointments; the list ends at its
+      // first 0 or after 32 entries.
+      {0x40, {1, 2, 7}, 7, 2}, {0x4, {1, 2, 7}, 1, 0}, {0x4, {2, 0, 3}, 1, 0}, {0x20000, thirtyTwo, 9, 0},
+  };
+  const std::array<std::int32_t, 32> previous = ds_arrCalendar;
+  for (const auto& r : rows) {
+    ds_arrCalendar.fill(0);
+    std::copy(r.supported.begin(), r.supported.end(), ds_arrCalendar.begin());
+    CCalendar entry;
+    entry.vCalendarType = r.mask;
+    EXPECT_EQ(CalendarType(r.mask), r.kind) << &r - rows;
+    EXPECT_EQ(entry.GetType(), r.kind) << &r - rows;
+    EXPECT_EQ(entry.GetOrgType(), r.orgType) << &r - rows;
   }
+  ds_arrCalendar = previous;
 }
 
-TEST(CCalendar, status_words_number_the_status_and_the_classification) {
-  // Exact and case-sensitive; classification words are not in the table.
-  const std::vector<std::pair<std::u16string, std::int32_t>> table = {
-      {u"needsaction", 0}, {u"complete", 1},  {u"accepted", 2},  {u"sent", 3},
-      {u"tentative", 4},   {u"Confirmed", 5}, {u"Declined", 6},  {u"Delegated", 7},
-      {u"Canceled", 8},    {u"Accepted", 0},  {u"confirmed", 0}, {u"sent ", 0},
-      {u"Cancelled", 0},   {u"public", 0},    {u"PRIVATE", 0},   {u"", 0}};
+TEST(calendar, priority_levels_and_status_words) {
   CCalendar entry;
-  for (const auto& [word, number] : table) {
+  const std::pair<int, int> levels[] = {{0, 10}, {1, 1}, {2, 5}, {3, 10}, {INT_MIN, 10}};
+  for (const auto& [stored, level] : levels) {
+    entry.SetPriority(stored);
+    EXPECT_EQ(entry.GetPriority(), level) << stored;
+  }
+  // Exact and case-sensitive; classification words are not in the table.
+  const std::pair<std::u16string, std::int32_t> words[] = {
+      {u"needsaction", 0}, {u"complete", 1},  {u"accepted", 2},  {u"sent", 3},     {u"tentative", 4},
+      {u"Confirmed", 5},   {u"Declined", 6},  {u"Delegated", 7}, {u"Canceled", 8}, {u"Accepted", 0},
+      {u"sent ", 0},       {u"Cancelled", 0}, {u"public", 0}};
+  for (const auto& [word, number] : words) {
     entry.classification = -7;
     entry.setclassification(word);
-    EXPECT_EQ(CCalendar::findStatus(word), number) << std::string(word.begin(), word.end());
-    EXPECT_EQ(entry.classification, number) << std::string(word.begin(), word.end());
+    EXPECT_EQ(CCalendar::findStatus(word), number) << number;
+    EXPECT_EQ(entry.classification, number) << number;
   }
 }
 
-TEST(CCalendar, extension_values_are_items_read_from_the_first_of_their_name) {
+TEST(calendar, extension_values_are_items_read_from_the_first_of_their_name) {
   CCalendar entry;
   entry.SetExpiry(30);
   entry.SetAlarmTone(0);
   entry.SetAlarmTonePath(u"/sounds/\u00e9t\u00e9.wav");
   entry.SetExpiry(-5);  // added behind the first: it does not show
   ASSERT_EQ(entry.GetXItemCount(), 4);
-  const CXItem* expiry = entry.GetXItem(0);
-  EXPECT_EQ(expiry->Name(), u"X-EXPIRY");
-  EXPECT_EQ(expiry->Data(), u"30");
-  EXPECT_EQ(expiry->Param(), 0u);
-  EXPECT_EQ(expiry->thisID(), -1);
-  EXPECT_EQ(entry.GetXItem(1)->Name(), u"X-ALARMTONE");
-  EXPECT_EQ(entry.GetXItem(2)->Name(), u"X-ALARMTONEPATH");
-  EXPECT_EQ(entry.GetXItem(3)->Data(), u"-5");
+  EXPECT_EQ((std::vector<String>{entry.GetXItem(0)->Name(), entry.GetXItem(0)->Data(), entry.GetXItem(1)->Name(),
+                                 entry.GetXItem(2)->Name(), entry.GetXItem(3)->Data()}),
+            (std::vector<String>{u"X-EXPIRY", u"30", u"X-ALARMTONE", u"X-ALARMTONEPATH", u"-5"}));
+  EXPECT_EQ(entry.GetXItem(0)->thisID(), -1);
   EXPECT_EQ(entry.GetExpiry(), 30);
   EXPECT_EQ(entry.GetAlarmTone(), 0);
   EXPECT_EQ(entry.GetAlarmTonePath(), u"/sounds/\u00e9t\u00e9.wav");
-}
-
-TEST(CCalendar, extension_numbers_read_the_leading_integer_of_received_text) {
-  const std::vector<std::pair<const char*, int>> table = {{"  +12days", 12},
-                                                          {"\t-3", -3},
-                                                          {"abc", 0},
-                                                          {"- 4", 0},
-                                                          {"1 2", 1},
-                                                          {"99999999999999999999", INT_MAX},
-                                                          {"-99999999999999999999", INT_MIN}};
-  for (const auto& [text, value] : table) {
-    CCalendar entry;
-    entry.NewXItem("X-EXPIRY", text, 0, -1);
-    entry.NewXItem("X-ALARMTONE", text, 0, -1);
-    EXPECT_EQ(entry.GetExpiry(), value) << text;
-    EXPECT_EQ(entry.GetAlarmTone(), value) << text;
+  // Received text is read for its leading integer.
+  const std::pair<const char*, int> received[] = {
+      {"  +12days", 12}, {"- 4", 0}, {"1 2", 1}, {"99999999999999999999", INT_MAX}, {"-99999999999999999999", INT_MIN}};
+  for (const auto& [text, value] : received) {
+    CCalendar fromPhone;
+    fromPhone.NewXItem("X-EXPIRY", text, 0, -1);
+    fromPhone.NewXItem("X-ALARMTONE", text, 0, -1);
+    EXPECT_EQ(fromPhone.GetExpiry(), value) << text;
+    EXPECT_EQ(fromPhone.GetAlarmTone(), value) << text;
   }
 }
 
-TEST(CCalendar, the_last_added_element_is_current_and_null_adds_nothing) {
+TEST(calendar, the_last_added_element_is_current_and_getters_check_the_index) {
   CCalendar entry;
   CAttendee* first = entry.NewAttendee(u"a@example.com", 1, 2, 4);
   CAttendee* second = entry.addAttendee(std::make_unique<CAttendee>());
   CReminder* alarm = entry.addAlarm(std::make_unique<CReminder>());
   CRecurrence* rule = entry.addRecurrence(std::make_unique<CRecurrence>());
+  entry.addAlarm(std::make_unique<CReminder>());
   EXPECT_EQ(entry.addAttendee(nullptr), nullptr);
   EXPECT_EQ(entry.addAlarm(nullptr), nullptr);
   EXPECT_EQ(entry.addRecurrence(nullptr), nullptr);
-  ASSERT_EQ(entry.GetAttendeecount(), 2);
+  EXPECT_EQ((std::vector<int>{entry.GetAttendeecount(), entry.GetAlarmcount(), entry.GetRecurrencecount()}),
+            (std::vector<int>{2, 2, 1}));
   EXPECT_EQ(entry.GetAttendee(0), first);
   EXPECT_EQ(entry.Attendee(), second);
-  EXPECT_EQ(entry.GetAlarmcount(), 1);
-  EXPECT_EQ(entry.AudioReminder(), alarm);
-  EXPECT_EQ(entry.GetRecurrencecount(), 1);
+  EXPECT_EQ(entry.GetAlarm(0), alarm);
   EXPECT_EQ(entry.Recurrence(), rule);
-}
-
-class CCalendarDeathTest : public ::testing::TestWithParam<int> {};
-
-// Two elements in each list; an empty record is the same case as index 2.
-TEST_P(CCalendarDeathTest, list_getters_fail_outside_the_list) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  CCalendar entry;
-  for (int i = 0; i < 2; ++i) {
-    entry.NewAttendee(u"x", 0, 0, i);
-    entry.addAlarm(std::make_unique<CReminder>());
-    entry.addRecurrence(std::make_unique<CRecurrence>());
-  }
-  const int index = GetParam();
   const CCalendar& view = entry;
-  EXPECT_DEATH(entry.GetAttendee(index), AssertionPattern("nIndex < [self GetAttendeecount]"));
-  EXPECT_DEATH(view.GetAttendee(index), AssertionPattern("nIndex < [self GetAttendeecount]"));
-  EXPECT_DEATH(entry.GetAlarm(index), AssertionPattern("nIndex < [self GetAlarmcount]"));
-  EXPECT_DEATH(view.GetAlarm(index), AssertionPattern("nIndex < [self GetAlarmcount]"));
-  EXPECT_DEATH(entry.GetRecurrence(index), AssertionPattern("nIndex < [self GetRecurrencecount]"));
-  EXPECT_DEATH(view.GetRecurrence(index), AssertionPattern("nIndex < [self GetRecurrencecount]"));
+  for (int index : {2, -1}) {
+    EXPECT_DEATH(entry.GetAttendee(index), AssertionPattern("nIndex < [self GetAttendeecount]"));
+    EXPECT_DEATH(view.GetAttendee(index), AssertionPattern("nIndex < [self GetAttendeecount]"));
+    EXPECT_DEATH(entry.GetAlarm(index), AssertionPattern("nIndex < [self GetAlarmcount]"));
+    EXPECT_DEATH(view.GetAlarm(index), AssertionPattern("nIndex < [self GetAlarmcount]"));
+  }
+  EXPECT_DEATH(entry.GetRecurrence(1), AssertionPattern("nIndex < [self GetRecurrencecount]"));
+  EXPECT_DEATH(view.GetRecurrence(-1), AssertionPattern("nIndex < [self GetRecurrencecount]"));
 }
 
-INSTANTIATE_TEST_SUITE_P(indexes, CCalendarDeathTest, ::testing::Values(2, INT_MAX, -1, INT_MIN));
+constexpr double kStart = 1235210400.0;  // 2009-02-21 10:00:00 UTC
+CDateTime At(double offset) { return CDateTime(kStart + offset, CDateTime::kTimeZoneTypeGMT); }
+CalendarDate DayAt(double offset) { return CalendarDate{kStart + offset, u"GMT"}; }
+const Array kMonday = {Value(1)};
+
+// Every deciding field set, except strLocation and the extension values,
+// which rows add.
+void Fill(CCalendar& e) {
+  e.vCalendarType = 0x2;
+  e.categories = 0x500;
+  e.classification = 1;
+  e.priority = 2;
+  e.status = 2;
+  e.bIsAllDay = true;
+  e.strSummary = u"Planning";
+  e.strDescription = u"Room 4";
+  e.setStartDate(At(0));
+  e.setEndDate(At(3600));
+  e.setDueDate(At(7200));
+  e.dtCompleted.emplace(At(5400));
+  e.dtStartComp = DayAt(0);
+  e.dtEndComp = DayAt(3600);
+  e.dtDueComp = DayAt(7200);
+  CReminder* alarm = e.addAlarm(std::make_unique<CReminder>());
+  alarm->SetRunTime(At(-900));
+  alarm->SetType(CReminder::kTypePCM);
+  e.NewAttendee(u"ann@example.com", ATTENDEE_ROLE_ATTENDEE, ATTENDEE_STATUS_ACCEPTED, 0);
+  e.NewAttendee(u"bob@example.com", ATTENDEE_ROLE_ATTENDEE, ATTENDEE_STATUS_TENTATIVE, 1);
+  e.addRecurrence(std::make_unique<CRecurrence>())->SetWeekly(1, 10, nullptr, &kMonday);
+  e.ExceptRule.emplace().SetDaily(2, 3, nullptr);
+}
+
+TEST(calendar, is_equal_decides_by_the_documented_fields) {
+  const testing::ScopedDefaultZone zone("Europe/Berlin");
+  using Change = std::function<void(CCalendar&)>;
+  const Change decides[] = {
+      [](CCalendar& e) { e.vCalendarType = 0x40; },   [](CCalendar& e) { e.categories = 0x400; },
+      [](CCalendar& e) { e.classification = 2; },     [](CCalendar& e) { e.priority = 1; },
+      [](CCalendar& e) { e.status = 5; },             [](CCalendar& e) { e.bIsAllDay = false; },
+      [](CCalendar& e) { e.bIsHoliday = true; },      [](CCalendar& e) { e.bIsNoTime = true; },
+      [](CCalendar& e) { e.bIsLunar = true; },        [](CCalendar& e) { e.strSummary = u"planning"; },
+      [](CCalendar& e) { e.strDescription.reset(); }, [](CCalendar& e) { e.strLocation = u"Berlin"; },
+      [](CCalendar& e) { e.setStartDate(At(60)); },   [](CCalendar& e) { e.dtStart.reset(); },
+      [](CCalendar& e) { e.dtEnd->Null(); },          [](CCalendar& e) { e.setDueDate(At(7201)); },
+      [](CCalendar& e) { e.dtCompleted.reset(); },    [](CCalendar& e) { e.dtStartComp = DayAt(1); },
+      [](CCalendar& e) { e.dtEndComp.reset(); },      [](CCalendar& e) { e.dtDueComp = DayAt(-86400); },
+      [](CCalendar& e) { e.GetAlarm(0)->SetRunTime(At(-600)); },
+      [](CCalendar& e) { e.GetAlarm(0)->SetType(CReminder::kTypeWAVE); },
+      [](CCalendar& e) { e.addAlarm(std::make_unique<CReminder>()); },
+      [](CCalendar& e) { e.GetAttendee(1)->setDataWithString(u"bo"); },
+      [](CCalendar& e) { e.GetAttendee(0)->setStatus(6); },
+      [](CCalendar& e) { e.NewAttendee(u"cy@example.com", 1, 0, 2); },
+      [](CCalendar& e) { e.Recurrence()->SetWeekly(2, 10, nullptr, &kMonday); },
+      [](CCalendar& e) { e.addRecurrence(std::make_unique<CRecurrence>()); },
+      [](CCalendar& e) { e.ExceptRule.reset(); },     [](CCalendar& e) { e.ExceptRule->SetDaily(2, 4, nullptr); },
+      [](CCalendar& e) { e.SetExpiry(30); },          [](CCalendar& e) { e.SetAlarmTone(2); },
+      [](CCalendar& e) { e.SetAlarmTonePath(u"/a.wav"); },
+  };
+  const Change ignores[] = {
+      [](CCalendar& e) { e.strLocation = u""; },
+      [](CCalendar& e) { e.setStartDate(CDateTime(kStart, 0)); },
+      [](CCalendar& e) { e.dtStartComp->timeZone = u"Japan"; },
+      [](CCalendar& e) { e.SetAlarmTone(-1); },
+      [](CCalendar& e) { e.SetAlarmTonePath(u""); },
+      [](CCalendar& e) {
+        e.GetAttendee(0)->setThisID(7);
+        e.GetAttendee(0)->setParam(3);
+        e.GetAlarm(0)->SetAlarmTime(DayAt(9));
+      },
+      [](CCalendar& e) {
+        e.setUserID(u"acct");
+        e.mVcalID = 12;
+        e.UID = u"uid-1";
+        e.setThisID(4);
+        e.mState = 3;
+        e.LMT = u"20090221T100000Z";
+        e.dtModified.emplace(At(1));
+        e.dtCreate.emplace(At(2));
+        e.dtStartOrg.emplace(At(3));
+        e.Originaldate.emplace(At(5));
+        e.isdtStartisUTC = true;
+        e.TimeZoneInfo.emplace();
+        e.Account = u"work";
+        e.NewXItem("X-PBOEXTENSION", "1", 0, -1);
+        e.strAttendees = u"ann";
+        e.setAttendeeArray(Array{});
+        e.setAlarmTriggerduration(-900);
+        e.setRecurrenceFrequency(u"weekly");
+        e.mMetaDictionary.emplace_back(1);
+      },
+  };
+  const auto compare = [](const Change& change) {
+    CCalendar filled, changed;
+    Fill(filled);
+    Fill(changed);
+    EXPECT_TRUE(filled.IsEqual(&changed));
+    change(changed);
+    return std::pair{filled.IsEqual(&changed), changed.IsEqual(&filled)};
+  };
+  for (const Change& change : decides) EXPECT_EQ(compare(change), std::pair(false, false)) << &change - decides;
+  for (const Change& change : ignores) EXPECT_EQ(compare(change), std::pair(true, true)) << &change - ignores;
+  // The rules compare their day lists one-sidedly, and so does the entry.
+  const Array mondayWednesday = {Value(1), Value(3)};
+  EXPECT_EQ(compare([&](CCalendar& e) { e.Recurrence()->SetWeekly(1, 10, nullptr, &mondayWednesday); }),
+            std::pair(true, false));
+  EXPECT_FALSE(CCalendar().IsEqual(nullptr));
+}
+
+TEST(calendar, clone_copies_every_field_and_shares_nothing) {
+  const testing::ScopedDefaultZone zone("Europe/Berlin");
+  CCalendar original;
+  Fill(original);
+  original.setUserID(u"acct");
+  original.UID = u"uid-1";
+  original.setThisID(4);
+  original.TimeZoneInfo.emplace().StandardName = u"CET";
+  original.setAlarmTriggerduration(-900);
+  original.SetExpiry(30);
+  original.NewXItem("X-PBOEXTENSION", "1", 5, 2);
+  const std::unique_ptr<CCalendar> copy = original.Clone();
+  EXPECT_TRUE(copy->IsEqual(&original));
+  EXPECT_TRUE(original.IsEqual(copy.get()));
+  EXPECT_EQ(copy->mDBRecordID, u"acct_Calendar");
+  EXPECT_EQ(copy->UID, u"uid-1");
+  EXPECT_EQ(copy->thisID(), 4);
+  EXPECT_EQ(copy->TimeZoneInfo->StandardName, u"CET");
+  EXPECT_EQ(copy->AlarmTriggerduration, -900);
+  ASSERT_EQ(copy->GetXItemCount(), 2);
+  EXPECT_EQ(copy->GetXItem(1)->Param(), 5u);
+  // The copy's current elements are its own.
+  EXPECT_EQ(copy->Attendee(), copy->GetAttendee(1));
+  EXPECT_EQ(copy->AudioReminder(), copy->GetAlarm(0));
+  EXPECT_EQ(copy->Recurrence(), copy->GetRecurrence(0));
+  original.GetAttendee(0)->setDataWithString(u"changed");
+  original.AudioReminder()->SetRunTime(At(-60));
+  original.Recurrence()->SetDaily(1, 0, nullptr);
+  original.ExceptRule->ResetRecurrenceData();
+  original.dtStart->Null();
+  original.GetXItem(0)->setDataWithString(u"99");
+  original.NewAttendee(u"new", 0, 0, 3);
+  EXPECT_EQ(copy->GetAttendee(0)->Data(), u"ann@example.com");
+  EXPECT_EQ(copy->AudioReminder()->RunTime()->date(), kStart - 900);
+  EXPECT_EQ(copy->Recurrence()->GetRecurrenceData()->Type(), RecurrenceData::kWeekly);
+  EXPECT_NE(copy->ExceptRule->GetRecurrenceData(), nullptr);
+  EXPECT_EQ(copy->dtStart->GetStatus(), CDateTime::kStatusValid);
+  EXPECT_EQ(copy->GetExpiry(), 30);
+  EXPECT_EQ(copy->GetAttendeecount(), 2);
+  const std::unique_ptr<CCalendar> empty = CCalendar().Clone();
+  EXPECT_EQ(empty->Attendee(), nullptr);
+  EXPECT_EQ(empty->AudioReminder(), nullptr);
+  EXPECT_EQ(empty->Recurrence(), nullptr);
+}
 
 }  // namespace
 }  // namespace phonepim

@@ -1,3 +1,5 @@
+// The single-value elements: CItem's text and value object, and each
+// subclass's own equality and emptiness rule.
 #include "phonepim/model/CItem.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +9,8 @@
 #include <memory>
 #include <string>
 
+#include "model/AssertionPattern.h"
+#include "phonepim/model/CAttendee.h"
 #include "phonepim/model/CEmail.h"
 #include "phonepim/model/CMessengerID.h"
 #include "phonepim/model/CNote.h"
@@ -17,57 +21,31 @@
 namespace phonepim {
 namespace {
 
-TEST(CItem, init_gives_no_id_no_type_and_empty_text) {
-  const CItem item;
-  EXPECT_EQ(item.thisID(), -1);
-  EXPECT_EQ(item.Param(), 0u);
-  EXPECT_EQ(item.Data(), u"");
-  ASSERT_NE(item.DataObject(), nullptr);
-}
-
-struct TextCase {
-  const char* name;
-  const char* utf8;
-  String expected;
-};
-
-// Initialisers and setters take UTF-8 C strings.
-const TextCase kTexts[] = {
-    {"ascii", "+49 30 1234", u"+49 30 1234"},
-    {"two_byte", "Caf\xC3\xA9", u"Caf\u00E9"},
-    {"three_byte", "\xE8\x87\xAA\xE5\xAE\x85", u"\u81EA\u5B85"},
-    {"four_byte", "\xF0\x9F\x93\x9E", u"\U0001F4DE"},
-    {"empty", "", u""},
-    {"null", nullptr, u""},
-    {"truncated_sequence", "ab\xC3", u""},
-    {"latin1_byte", "Caf\xE9", u""},
-};
-
-class item_text : public ::testing::TestWithParam<TextCase> {};
-
-TEST_P(item_text, init_parameter_theID_reads_utf8) {
-  const CItem item(GetParam().utf8, 0x12345678u, 42);
-  EXPECT_EQ(item.Data(), GetParam().expected);
-  EXPECT_EQ(item.GetValue(), GetParam().expected);
-  EXPECT_EQ(item.Param(), 0x12345678u);
-  EXPECT_EQ(item.thisID(), 42);
-}
-
-TEST_P(item_text, setters_read_utf8) {
-  CItem item("old", 0, 0);
-  item.SetValue(GetParam().utf8);
-  EXPECT_EQ(item.Data(), GetParam().expected);
-  item.setDataWithString(u"old");
-  item.setData(GetParam().utf8);
-  EXPECT_EQ(item.Data(), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(all, item_text, ::testing::ValuesIn(kTexts),
-                         [](const auto& info) { return std::string(info.param.name); });
-
-TEST(CItem, every_setter_puts_in_a_new_value_object) {
+TEST(item, reads_utf8_and_puts_in_a_new_value_object_each_time) {
+  const struct {
+    const char* utf8;
+    String expected;
+  } rows[] = {{"Caf\xC3\xA9 \xE8\x87\xAA \xF0\x9F\x93\x9E", u"Caf\u00E9 \u81EA \U0001F4DE"},
+              {nullptr, u""},
+              {"ab\xC3", u""},
+              {"Caf\xE9", u""}};
+  for (const auto& r : rows) {
+    CItem item(r.utf8, 0x12345678u, 42);
+    EXPECT_EQ(item.Data(), r.expected);
+    EXPECT_EQ(item.Param(), 0x12345678u);
+    EXPECT_EQ(item.thisID(), 42);
+    item.setDataWithString(u"old");
+    item.SetValue(r.utf8);
+    EXPECT_EQ(item.GetValue(), r.expected);
+    item.setDataWithString(u"old");
+    item.setData(r.utf8);
+    EXPECT_EQ(item.Data(), r.expected);
+  }
+  EXPECT_EQ(CItem().thisID(), -1);
   CItem item("555", 0, 0);
+  const CItem copy = item;
   const std::shared_ptr<const String> before = item.DataObject();
+  EXPECT_EQ(copy.DataObject(), before);
   item.SetValue("555");
   EXPECT_NE(item.DataObject(), before);
   const std::shared_ptr<const String> afterSetValue = item.DataObject();
@@ -76,108 +54,164 @@ TEST(CItem, every_setter_puts_in_a_new_value_object) {
   const std::shared_ptr<const String> afterSetData = item.DataObject();
   item.setDataWithString(u"555");
   EXPECT_NE(item.DataObject(), afterSetData);
-  EXPECT_EQ(*before, u"555");
+  EXPECT_EQ(*copy.DataObject(), u"555");
 }
 
-TEST(CItem, copy_shares_the_value_object_until_set_again) {
-  CItem original("555", 3, 4);
-  CItem copy = original;
-  EXPECT_EQ(copy.DataObject(), original.DataObject());
-  copy.setDataWithString(u"666");
-  EXPECT_EQ(original.Data(), u"555");
-  EXPECT_NE(copy.DataObject(), original.DataObject());
-}
+std::shared_ptr<const String> Label(const char16_t* text) { return std::make_shared<const String>(text); }
 
-struct ItemEqualityCase {
+// Each row: two elements and whether each finds the other equal.
+struct EqualityRow {
   const char* name;
-  const char* data;
-  std::uint32_t param;
-  std::int32_t id;
-  bool expected;
+  std::function<std::unique_ptr<CItem>()> a, b;
+  bool aEqualsB, bEqualsA;
 };
 
-// Compared with CItem("Text", 5, 7).
-const ItemEqualityCase kItemEquality[] = {
-    {"same", "Text", 5, 7, true},
-    {"other_text", "Text2", 5, 7, false},
-    {"other_case", "text", 5, 7, false},
-    {"other_id", "Text", 5, 8, false},
-    {"other_type", "Text", 4, 7, false},
-    {"pref_added", "Text", 5 | 0x10000000, 7, false},
-};
-
-class item_equality : public ::testing::TestWithParam<ItemEqualityCase> {};
-
-TEST_P(item_equality, compares_text_id_and_type_both_ways) {
-  const CItem base("Text", 5, 7);
-  const CItem other(GetParam().data, GetParam().param, GetParam().id);
-  EXPECT_EQ(base.isEqual(&other), GetParam().expected);
-  EXPECT_EQ(other.isEqual(&base), GetParam().expected);
+template <class T, class... Args>
+std::function<std::unique_ptr<CItem>()> Make(Args... args) {
+  return [=] { return std::unique_ptr<CItem>(std::make_unique<T>(args...)); };
 }
 
-INSTANTIATE_TEST_SUITE_P(all, item_equality, ::testing::ValuesIn(kItemEquality),
-                         [](const auto& info) { return std::string(info.param.name); });
-
-TEST(CItem, is_unequal_to_null) {
-  const CItem item;
-  EXPECT_FALSE(item.isEqual(nullptr));
+TEST(item, equality_rules_of_each_element) {
+  const auto text = Make<CItem>("Text", 5u, 7);
+  const auto email = Make<CEmail>("user@example.org", kEmailTypeHome, 1);
+  const auto messenger = Make<CMessengerID>("someone", kMessengerTypeSkype, 1);
+  const auto url = Make<CURL>("http://a.example/", kURLTypeWork, 1);
+  const auto ann = Make<CAttendee>(u"ann@example.com", ATTENDEE_ROLE_ATTENDEE, ATTENDEE_STATUS_ACCEPTED, 1);
+  const EqualityRow rows[] = {
+      // CItem: text, ID and type, all exactly.
+      {"item_same", text, Make<CItem>("Text", 5u, 7), true, true},
+      {"item_case", text, Make<CItem>("text", 5u, 7), false, false},
+      {"item_id", text, Make<CItem>("Text", 5u, 8), false, false},
+      {"item_pref", text, Make<CItem>("Text", 5u | 0x10000000u, 7), false, false},
+      // E-mail: PREF cleared, ID ignored, labels not compared; a custom-label
+      // code keeps only its low bits once PREF is cleared.
+      {"email_pref_and_id", email, Make<CEmail>("user@example.org", 0x10000001u, 77), true, true},
+      {"email_custom_code", email, Make<CEmail>("user@example.org", 0x10000002u, 1), false, false},
+      {"email_type_added", email, Make<CEmail>("user@example.org", 0x3u, 1), false, false},
+      {"email_case", email, Make<CEmail>("User@example.org", kEmailTypeHome, 1), false, false},
+      {"email_pref_alone", Make<CEmail>("a@b", kEmailTypePref, 1), Make<CEmail>("a@b", 0u, 1), true, true},
+      {"email_labels", Make<CEmail>("a@b", kEmailTypeCustom, 1, Label(u"One")),
+       Make<CEmail>("a@b", kEmailTypeCustom, 1, Label(u"Two")), true, true},
+      // Messenger: exactly equal types, ID ignored.
+      {"messenger_id", messenger, Make<CMessengerID>("someone", kMessengerTypeSkype, 2), true, true},
+      {"messenger_pref", messenger, Make<CMessengerID>("someone", 0x10000008u, 1), false, false},
+      {"messenger_case", messenger, Make<CMessengerID>("Someone", kMessengerTypeSkype, 1), false, false},
+      // URL: PREF cleared, ID ignored.
+      {"url_pref_and_id", url, Make<CURL>("http://a.example/", 0x10000002u, 3), true, true},
+      {"url_no_type", url, Make<CURL>("http://a.example/", 0u, 1), false, false},
+      {"url_text", url, Make<CURL>("http://a.example", kURLTypeWork, 1), false, false},
+      // Attendee: text, role and status; a plain item of the same text is no
+      // attendee, while the item's own rule (text, ID, mask) finds it equal.
+      {"attendee_id_and_mask", ann,
+       [] {
+         auto renumbered = std::make_unique<CAttendee>(u"ann@example.com", ATTENDEE_ROLE_ATTENDEE,
+                                                       ATTENDEE_STATUS_ACCEPTED, 9);
+         renumbered->setParam(0x10000000u);
+         return std::unique_ptr<CItem>(std::move(renumbered));
+       },
+       true, true},
+      {"attendee_case", ann,
+       Make<CAttendee>(u"Ann@example.com", ATTENDEE_ROLE_ATTENDEE, ATTENDEE_STATUS_ACCEPTED, 1), false, false},
+      {"attendee_role", ann, Make<CAttendee>(u"ann@example.com", ATTENDEE_ROLE_NONE, ATTENDEE_STATUS_ACCEPTED, 1),
+       false, false},
+      {"attendee_status", ann, Make<CAttendee>(u"ann@example.com", 1, ATTENDEE_STATUS_DECLIENED, 1), false, false},
+      {"attendee_against_item", Make<CAttendee>(u"ann", 0, 0, -1), Make<CItem>("ann", 0u, -1), false, true},
+  };
+  for (const auto& r : rows) {
+    const auto a = r.a(), b = r.b();
+    EXPECT_EQ(a->isEqual(b.get()), r.aEqualsB) << r.name;
+    EXPECT_EQ(b->isEqual(a.get()), r.bEqualsA) << r.name;
+  }
+  for (const auto& make : {text, messenger, url, ann}) EXPECT_FALSE(make()->isEqual(nullptr));
+  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+  const CEmail email2("a@b", 0, 1);
+  EXPECT_DEATH(email2.isEqual(nullptr), testing_support::AssertionPattern("email != nil"));
 }
 
-TEST(CItem, equality_goes_by_text_not_by_value_object) {
-  const CItem a("555", 1, 1);
-  const CItem b("555", 1, 1);
-  ASSERT_NE(a.DataObject(), b.DataObject());
-  EXPECT_TRUE(a.isEqual(&b));
+TEST(item, note_compares_text_and_exact_type_but_not_the_id) {
+  const CNote base("Note", 1);
+  EXPECT_EQ(base.GetType(), 0u);
+  const struct {
+    const char* text;
+    std::uint32_t type;
+    bool expected;
+  } rows[] = {{"Note", 0, true}, {"Note", 0x10000000u, false}, {"Note ", 0, false}};
+  for (const auto& r : rows) {
+    CNote other(r.text, 2);
+    other.SetType(r.type);
+    EXPECT_EQ(base.IsEqual(&other), r.expected) << r.text;
+    EXPECT_EQ(other.IsEqual(&base), r.expected) << r.text;
+  }
+  // The inherited rule still compares the ID.
+  const CNote renumbered("Note", 2);
+  EXPECT_FALSE(base.isEqual(&renumbered));
+  EXPECT_FALSE(base.IsEqual(nullptr));
 }
 
-struct EmptinessCase {
-  const char* name;
-  std::function<std::unique_ptr<CItem>()> make;
-  bool expected;
-};
-
-// Emptiness of every single-value element looks at the text only.
-const EmptinessCase kEmptiness[] = {
-    {"item_init", [] { return std::make_unique<CItem>(); }, true},
-    {"item_text", [] { return std::make_unique<CItem>("x", 0, -1); }, false},
-    {"item_type_and_id_only", [] { return std::make_unique<CItem>(nullptr, 0xFF, 9); }, true},
-    {"item_space", [] { return std::make_unique<CItem>(" ", 0, -1); }, false},
-    {"item_invalid_utf8", [] { return std::make_unique<CItem>("\xFF", 0, -1); }, true},
-    {"telephone_init", [] { return std::make_unique<CTelephoneNumber>(); }, true},
-    {"telephone_label_only",
-     [] {
-       return std::make_unique<CTelephoneNumber>("", kTelephoneTypeCustom, 1,
-                                                 std::make_shared<const String>(u"Main"));
-     },
-     true},
-    {"telephone_number", [] { return std::make_unique<CTelephoneNumber>("0"); }, false},
-    {"email_label_only",
-     [] {
-       return std::make_unique<CEmail>(nullptr, kEmailTypeCustom, 1,
-                                       std::make_shared<const String>(u"Private"));
-     },
-     true},
-    {"email_address", [] { return std::make_unique<CEmail>("a@b"); }, false},
-    {"url_type_only", [] { return std::make_unique<CURL>(nullptr, kURLTypeWork, 2); }, true},
-    {"url_address", [] { return std::make_unique<CURL>("http://x"); }, false},
-    {"messenger_type_only",
-     [] { return std::make_unique<CMessengerID>("", kMessengerTypeSkype, 2); }, true},
-    {"messenger_account", [] { return std::make_unique<CMessengerID>("me"); }, false},
-    {"note_id_only", [] { return std::make_unique<CNote>(nullptr, 4); }, true},
-    {"note_text", [] { return std::make_unique<CNote>("\n"); }, false},
-    {"xitem_name_only",
-     [] { return std::make_unique<CXItem>(u"X-EXPIRY", nullptr, 0, -1); }, true},
-    {"xitem_text", [] { return std::make_unique<CXItem>(u"X-EXPIRY", "5", 0, -1); }, false},
-};
-
-class item_emptiness : public ::testing::TestWithParam<EmptinessCase> {};
-
-TEST_P(item_emptiness, looks_at_the_text_only) {
-  EXPECT_EQ(GetParam().make()->IsEmpty(), GetParam().expected);
+// A number is equal only through a shared value object; then the types must
+// match exactly or be CELL against CELL|HOME. ID and label are ignored.
+TEST(item, telephone_equality_needs_the_same_value_object) {
+  const struct {
+    std::uint32_t mine, theirs;
+    bool expected;
+  } rows[] = {{0x20, 0x21, true},        {0x21, 0x20, true},  {0x10000001, 0x10000001, true},
+              {0x20, 0x22, false},       {0x22, 0x20, false}, {0x20, 0x10000020, false},
+              {0x1, 0x21, false},        {0x21, 0x1, false},  {0x4, 0x5, false}};
+  for (const auto& r : rows) {
+    const CTelephoneNumber mine("+1 555 0100", r.mine, 1, Label(u"A"));
+    CTelephoneNumber theirs = mine;
+    theirs.SetType(r.theirs);
+    theirs.setThisID(99);
+    EXPECT_EQ(mine.isEqual(&theirs), r.expected) << std::hex << r.mine << " " << r.theirs;
+  }
+  const CTelephoneNumber a("0", kTelephoneTypeCell, 1);
+  EXPECT_TRUE(a.isEqual(&a));
+  EXPECT_FALSE(a.isEqual(nullptr));
+  const CTelephoneNumber sameDigits("0", kTelephoneTypeCell, 1);
+  EXPECT_FALSE(a.isEqual(&sameDigits));
+  CTelephoneNumber b = a;
+  b.SetNumber(u"0");
+  EXPECT_FALSE(b.isEqual(&a));
+  // The number's rule applies even when called through CItem, while the
+  // base rule, text-based, finds the two equal.
+  const CItem item("0", kTelephoneTypeCell, 1);
+  EXPECT_FALSE(static_cast<const CItem&>(a).isEqual(&item));
+  EXPECT_TRUE(item.isEqual(&a));
+  // A copy keeps the label alive.
+  auto label = Label(u"Main");
+  const std::weak_ptr<const String> watch = label;
+  auto number = std::make_unique<CTelephoneNumber>("1", kTelephoneTypeCustom, 1, std::move(label));
+  {
+    const CTelephoneNumber copy = *number;
+    number.reset();
+    EXPECT_EQ(*copy.GetLabel(), u"Main");
+  }
+  EXPECT_TRUE(watch.expired());
 }
 
-INSTANTIATE_TEST_SUITE_P(all, item_emptiness, ::testing::ValuesIn(kEmptiness),
-                         [](const auto& info) { return std::string(info.param.name); });
+TEST(item, emptiness_looks_at_the_text_only) {
+  const struct {
+    std::function<std::unique_ptr<CItem>()> make;
+    bool expected;
+  } rows[] = {
+      {Make<CItem>(nullptr, 0xFFu, 9), true},
+      {Make<CItem>(" ", 0u, -1), false},
+      {Make<CItem>("\xFF", 0u, -1), true},
+      {Make<CTelephoneNumber>("", kTelephoneTypeCustom, 1, Label(u"Main")), true},
+      {Make<CTelephoneNumber>("0"), false},
+      {Make<CEmail>(nullptr, kEmailTypeCustom, 1, Label(u"Private")), true},
+      {Make<CURL>(nullptr, kURLTypeWork, 2), true},
+      {Make<CMessengerID>("", kMessengerTypeSkype, 2), true},
+      {Make<CNote>("\n"), false},
+      {Make<CXItem>(u"X-EXPIRY", nullptr, 0u, -1), true},
+      {Make<CXItem>(u"X-EXPIRY", "5", 0u, -1), false},
+      // The default and one-text initialisers of each kind.
+      {Make<CEmail>(), true},         {Make<CEmail>("a@b"), false},  {Make<CMessengerID>(), true},
+      {Make<CMessengerID>("me"), false}, {Make<CNote>(), true},      {Make<CTelephoneNumber>(), true},
+      {Make<CURL>(), true},           {Make<CURL>("http://x"), false},
+  };
+  for (const auto& r : rows) EXPECT_EQ(r.make()->IsEmpty(), r.expected) << &r - rows;
+}
 
 }  // namespace
 }  // namespace phonepim

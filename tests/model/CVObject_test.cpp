@@ -1,147 +1,98 @@
+// CVObject's extension items, and the element list's storage behind them:
+// four pointers inline, the rest in a vector.
 #include "phonepim/model/CVObject.h"
 
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "model/AssertionPattern.h"
+#include "phonepim/model/ElementVector.h"
 
 namespace phonepim {
 namespace {
 
-using testing_support::AssertionPattern;
-
-TEST(CVObject, starts_without_items) {
-  const CVObject record;
-  EXPECT_EQ(record.storage(), 0);
-  EXPECT_EQ(record.thisID(), 0);
-  EXPECT_EQ(record.GetXItemCount(), 0);
-  EXPECT_EQ(record.FindXItem("X-EXPIRY"), nullptr);
-}
-
-TEST(CVObject, storage_and_id) {
+TEST(vobject, appends_finds_the_first_of_a_name_and_deletes_items) {
   CVObject record;
-  record.setStorage(5);
-  record.setThisID(-3);
-  EXPECT_EQ(record.storage(), 5);
-  EXPECT_EQ(record.thisID(), -3);
-}
-
-TEST(CVObject, NewXItem_appends_items_in_order) {
-  CVObject record;
-  CXItem* expiry = record.NewXItem("X-EXPIRY", "30", 0, -1);
+  EXPECT_EQ((std::vector<int>{record.storage(), record.thisID(), record.GetXItemCount()}), std::vector<int>(3, 0));
   CXItem* group = record.NewXItem("X-GROUP", "\xE5\xAE\xB6", 7, 2);
-  CXItem* extension = record.NewXItem(u"X-PBOEXTENSION", u"ext;1", 0x10000000u, 9);
-
+  CXItem* second = record.NewXItem(u"X-GROUP", u"ext;1", 0x10000000u, 9);
+  CXItem* unnamed = record.NewXItem(nullptr, nullptr, 0, -1);
   ASSERT_EQ(record.GetXItemCount(), 3);
-  EXPECT_EQ(record.GetXItem(0), expiry);
-  EXPECT_EQ(record.GetXItem(1), group);
-  EXPECT_EQ(record.GetXItem(2), extension);
-
-  EXPECT_EQ(expiry->Name(), u"X-EXPIRY");
-  EXPECT_EQ(expiry->Data(), u"30");
-  EXPECT_EQ(expiry->Param(), 0u);
-  EXPECT_EQ(expiry->thisID(), -1);
-  EXPECT_EQ(group->Name(), u"X-GROUP");
-  EXPECT_EQ(group->Data(), u"\u5BB6");
-  EXPECT_EQ(group->Param(), 7u);
-  EXPECT_EQ(group->thisID(), 2);
-  EXPECT_EQ(extension->Name(), u"X-PBOEXTENSION");
-  EXPECT_EQ(extension->GetValue(), u"ext;1");
-  EXPECT_EQ(extension->Param(), 0x10000000u);
-  EXPECT_EQ(extension->thisID(), 9);
-}
-
-TEST(CVObject, null_name_and_text_read_empty) {
-  CVObject record;
-  CXItem* item = record.NewXItem(nullptr, nullptr, 0, -1);
-  EXPECT_EQ(item->Name(), u"");
-  EXPECT_TRUE(item->IsEmpty());
-  EXPECT_EQ(record.FindXItem(u""), item);
-}
-
-TEST(CVObject, FindXItem_returns_the_first_of_a_name_exactly) {
-  CVObject record;
-  record.NewXItem("X-OTHER", "0", 0, -1);
-  CXItem* first = record.NewXItem("X-GROUP", "1", 0, -1);
-  record.NewXItem("X-GROUP", "2", 0, -1);
-
-  EXPECT_EQ(record.FindXItem("X-GROUP"), first);
-  EXPECT_EQ(record.FindXItem(u"X-GROUP"), first);
-  EXPECT_EQ(std::as_const(record).FindXItem("X-GROUP"), first);
-  EXPECT_EQ(record.FindXItem("x-group"), nullptr);
-  EXPECT_EQ(record.FindXItem("X-GROUP "), nullptr);
-  EXPECT_EQ(record.FindXItem("X-GROU"), nullptr);
-  EXPECT_EQ(record.FindXItem("X-EXPIRY"), nullptr);
-}
-
-TEST(CVObject, DeleteXItemAtIndex_removes_one_and_uncovers_the_next_of_its_name) {
-  CVObject record;
-  record.NewXItem("X-GROUP", "1", 0, -1);
-  CXItem* second = record.NewXItem("X-GROUP", "2", 0, -1);
-  CXItem* other = record.NewXItem("X-OTHER", "3", 0, -1);
-
+  EXPECT_EQ(record.GetXItem(1), second);
+  EXPECT_EQ((std::vector<String>{group->Name(), group->Data(), second->GetValue(), unnamed->Name()}),
+            (std::vector<String>{u"X-GROUP", u"\u5BB6", u"ext;1", u""}));
+  EXPECT_EQ((std::vector<std::int64_t>{group->Param(), group->thisID(), second->Param(), second->thisID()}),
+            (std::vector<std::int64_t>{7, 2, 0x10000000, 9}));
+  EXPECT_EQ(record.FindXItem("X-GROUP"), group);
+  EXPECT_EQ(std::as_const(record).FindXItem(u"X-GROUP"), group);
+  EXPECT_EQ(record.FindXItem(u""), unnamed);
+  for (const char* other : {"x-group", "X-GROUP ", "X-GROU"}) EXPECT_EQ(record.FindXItem(other), nullptr) << other;
   record.DeleteXItemAtIndex(0);
-  ASSERT_EQ(record.GetXItemCount(), 2);
-  EXPECT_EQ(record.GetXItem(0), second);
-  EXPECT_EQ(record.GetXItem(1), other);
   EXPECT_EQ(record.FindXItem("X-GROUP"), second);
-
-  record.DeleteXItemAtIndex(1);
-  ASSERT_EQ(record.GetXItemCount(), 1);
-  EXPECT_EQ(record.FindXItem("X-OTHER"), nullptr);
-}
-
-TEST(CVObject, DeleteXItemAtIndex_outside_the_list_throws_range_error) {
-  CVObject record;
-  EXPECT_THROW(record.DeleteXItemAtIndex(0), std::out_of_range);
-  record.NewXItem("X-A", "", 0, -1);
-  EXPECT_THROW(record.DeleteXItemAtIndex(1), std::out_of_range);
+  EXPECT_THROW(record.DeleteXItemAtIndex(2), std::out_of_range);
   EXPECT_THROW(record.DeleteXItemAtIndex(-1), std::out_of_range);
-  EXPECT_EQ(record.GetXItemCount(), 1);
-}
-
-TEST(CVObject, DeleteAllXItem_empties_the_list_and_creators_still_work) {
-  CVObject record;
-  record.NewXItem("X-A", "1", 0, -1);
-  record.NewXItem("X-B", "2", 0, -1);
+  EXPECT_EQ(record.GetXItemCount(), 2);
   record.DeleteAllXItem();
-  EXPECT_EQ(record.GetXItemCount(), 0);
-  EXPECT_EQ(record.FindXItem("X-A"), nullptr);
-
+  EXPECT_EQ(record.FindXItem("X-GROUP"), nullptr);
+  EXPECT_THROW(record.DeleteXItemAtIndex(0), std::out_of_range);
   CXItem* again = record.NewXItem("X-A", "3", 0, -1);
-  ASSERT_EQ(record.GetXItemCount(), 1);
   EXPECT_EQ(record.GetXItem(0), again);
-  EXPECT_EQ(record.FindXItem("X-A")->Data(), u"3");
-
-  record.DeleteAllXItem();
-  record.DeleteAllXItem();
-  EXPECT_EQ(record.GetXItemCount(), 0);
 }
 
-class CVObjectDeathTest : public ::testing::TestWithParam<int> {};
-
-// Index -1, the count, and far past it, on a record holding two items.
-TEST_P(CVObjectDeathTest, GetXItem_outside_the_list_fails_the_assertion) {
+TEST(vobject, get_x_item_outside_the_list_fails_the_assertion) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
   CVObject record;
+  const std::string pattern = testing_support::AssertionPattern("index >= 0 && index < [m_arrXItem count]");
+  EXPECT_DEATH(record.GetXItem(0), pattern);
   record.NewXItem("X-A", "1", 0, -1);
   record.NewXItem("X-B", "2", 0, -1);
-  const std::string pattern = AssertionPattern("index >= 0 && index < [m_arrXItem count]");
-  EXPECT_DEATH(record.GetXItem(GetParam()), pattern);
-  EXPECT_DEATH(std::as_const(record).GetXItem(GetParam()), pattern);
+  for (int index : {-1, 2, INT_MIN}) {
+    EXPECT_DEATH(record.GetXItem(index), pattern);
+    EXPECT_DEATH(std::as_const(record).GetXItem(index), pattern);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(all, CVObjectDeathTest, ::testing::Values(-1, 2, 1000, INT_MIN));
+struct Counted {
+  Counted(int v, int* alive) : value(v), alive(alive) { ++*alive; }
+  ~Counted() { --*alive; }
+  int value;
+  int* alive;
+};
 
-TEST(CVObjectDeathTest, GetXItem_on_an_empty_list_fails_the_assertion) {
-  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  CVObject record;
-  EXPECT_DEATH(record.GetXItem(0),
-               AssertionPattern("index >= 0 && index < [m_arrXItem count]"));
+// Erasing keeps the order across the seam and destroys exactly one element:
+// inline only, at the seam (four and five elements), and beyond it.
+TEST(element_vector, erase_keeps_order_and_destroys_one) {
+  const std::pair<int, std::size_t> rows[] = {{4, 3}, {5, 3}, {5, 4}, {5, 0}, {7, 2}, {7, 6}};
+  for (const auto& [count, erased] : rows) {
+    int alive = 0;
+    {
+      model_detail::ElementVector<Counted> list;
+      std::vector<int> expected, values;
+      for (int i = 0; i < count; ++i) {
+        list.push_back(std::make_unique<Counted>(i, &alive));
+        expected.push_back(i);
+      }
+      list.erase(erased);
+      expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(erased));
+      list.push_back(std::make_unique<Counted>(99, &alive));
+      expected.push_back(99);
+      for (std::size_t i = 0; i < list.size(); ++i) values.push_back(list[i]->value);
+      EXPECT_EQ(values, expected) << count << " " << erased;
+      EXPECT_EQ(alive, count);
+      if (count == 7) {
+        list.clear();
+        EXPECT_EQ(list.size(), 0u);
+        EXPECT_EQ(alive, 0);
+      }
+    }
+    EXPECT_EQ(alive, 0);
+  }
 }
 
 }  // namespace

@@ -1,75 +1,106 @@
-// The log, its replaceable sink and the debug switch.
+// The log, its replaceable sink and the debug switch; where the library's
+// files go.
 #include "phonepim/platform/Log.h"
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "phonepim/platform/AppDataFolder.h"
 
 namespace phonepim {
 namespace {
 
-std::vector<std::string>& Captured() {
-  static std::vector<std::string> messages;
-  return messages;
-}
+namespace fs = std::filesystem;
 
-void CaptureSink(std::string_view message) { Captured().emplace_back(message); }
+std::vector<std::string> captured;
+void CaptureSink(std::string_view message) { captured.emplace_back(message); }
 
-class log_sink : public ::testing::Test {
- protected:
-  void SetUp() override {
-    Captured().clear();
-    previous_ = SetLogSink(&CaptureSink);
-  }
-  void TearDown() override { SetLogSink(previous_); }
-
- private:
-  LogSink previous_ = nullptr;
-};
-
-TEST(debug_mode, is_off_by_default) { EXPECT_FALSE(gVCARD_DEBUGMODE); }
-
-TEST_F(log_sink, receives_each_formatted_message_without_a_line_end) {
+TEST(log, formats_each_message_whole_for_the_installed_sink) {
+  EXPECT_FALSE(gVCARD_DEBUGMODE);
+  captured.clear();
+  EXPECT_EQ(SetLogSink(&CaptureSink), &StderrLogSink);
   Log("[%s] Warning: Unknown vCard property.", "ParseProperty");
   Log("%d|%05.1f|%x|%c|%s", -12, 3.14159, 255u, 'Z', "\xE6\x97\xA5");
-  EXPECT_EQ(Captured(),
-            (std::vector<std::string>{"[ParseProperty] Warning: Unknown vCard property.",
-                                      "-12|003.1|ff|Z|\xE6\x97\xA5"}));
-}
-
-TEST_F(log_sink, passes_empty_and_long_messages_whole) {
-  const std::string long_text(10000, 'x');
   Log("%s", "");
-  Log("%s!", long_text.c_str());
-  ASSERT_EQ(Captured().size(), 2u);
-  EXPECT_EQ(Captured()[0], "");
-  EXPECT_EQ(Captured()[1], long_text + "!");
-}
-
-TEST_F(log_sink, keeps_a_nul_written_by_the_format) {
-  Log("a%cb", '\0');
-  ASSERT_EQ(Captured().size(), 1u);
-  EXPECT_EQ(Captured()[0], std::string("a\0b", 3));
-}
-
-TEST(log_sink_install, returns_the_previous_sink_and_null_restores_stderr) {
-  const LogSink original = SetLogSink(&CaptureSink);
+  Log("%s!a%cb", std::string(10000, 'x').c_str(), '\0');
+  // Null puts the stderr sink back.
   EXPECT_EQ(SetLogSink(nullptr), &CaptureSink);
-  EXPECT_EQ(SetLogSink(original), &StderrLogSink);
-}
-
-TEST(log_default_sink, writes_one_line_on_stderr) {
+  EXPECT_EQ(captured, (std::vector<std::string>{
+                          "[ParseProperty] Warning: Unknown vCard property.",
+                          "-12|003.1|ff|Z|\xE6\x97\xA5", "", std::string(10000, 'x') + std::string("!a\0b", 4)}));
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
   EXPECT_EXIT(
       {
-        SetLogSink(nullptr);
         Log("[%s] line %d", "Parse", 1);
-        Log("second");
         std::exit(0);
       },
-      ::testing::ExitedWithCode(0), "^\\[Parse\\] line 1\nsecond\n$");
+      ::testing::ExitedWithCode(0), "^\\[Parse\\] line 1\n$");
+}
+
+TEST(application_data_folder, follows_an_absolute_xdg_then_home) {
+  const struct {
+    const char* xdg;
+    const char* home;
+    std::optional<std::string> expected;  // nothing: it throws
+  } rows[] = {
+      {"/tmp/xdg-data", nullptr, "/tmp/xdg-data"},
+      // A relative XDG_DATA_HOME is invalid and ignored.
+      {"relative/data", "/home/tester", "/home/tester/.local/share"},
+      {"", "/home/tester", "/home/tester/.local/share"},
+      {nullptr, "", std::nullopt},
+      {"relative", nullptr, std::nullopt},
+  };
+  auto saved = [](const char* name) {
+    const char* value = std::getenv(name);
+    return value ? std::optional<std::string>(value) : std::nullopt;
+  };
+  const std::optional<std::string> xdg = saved("XDG_DATA_HOME"), home = saved("HOME");
+  for (const auto& r : rows) {
+    r.xdg ? ::setenv("XDG_DATA_HOME", r.xdg, 1) : ::unsetenv("XDG_DATA_HOME");
+    r.home ? ::setenv("HOME", r.home, 1) : ::unsetenv("HOME");
+    if (r.expected) {
+      EXPECT_EQ(ApplicationDataFolder(), fs::path(*r.expected)) << &r - rows;
+    } else {
+      EXPECT_THROW(ApplicationDataFolder(), std::runtime_error);
+    }
+  }
+  xdg ? ::setenv("XDG_DATA_HOME", xdg->c_str(), 1) : ::unsetenv("XDG_DATA_HOME");
+  home ? ::setenv("HOME", home->c_str(), 1) : ::unsetenv("HOME");
+}
+
+TEST(create_folder_chain, makes_missing_folders_and_logs_a_failure_in_debug_mode) {
+  std::string pattern = (fs::temp_directory_path() / "phonepim-folders-XXXXXX").string();
+  ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+  const fs::path base = pattern;
+  EXPECT_TRUE(CreateFolderChain(base / "a" / "b" / ""));
+  EXPECT_TRUE(CreateFolderChain(base / "a"));
+  EXPECT_TRUE(fs::is_directory(base / "a" / "b"));
+  EXPECT_FALSE(CreateFolderChain(""));
+  std::ofstream(base / "file") << "in the way";
+  captured.clear();
+  const LogSink previous = SetLogSink(&CaptureSink);
+  EXPECT_FALSE(CreateFolderChain(base / "file"));
+  EXPECT_TRUE(captured.empty());
+  gVCARD_DEBUGMODE = true;
+  EXPECT_FALSE(CreateFolderChain(base / "file"));
+  EXPECT_FALSE(CreateFolderChain(base / "file" / "sub"));
+  gVCARD_DEBUGMODE = false;
+  SetLogSink(previous);
+  const std::string prefix = "[CreateFolderChain] Cannot create folder " + (base / "file").string();
+  ASSERT_EQ(captured.size(), 2u);
+  EXPECT_EQ(captured[0].substr(0, prefix.size() + 2), prefix + ": ");
+  EXPECT_EQ(captured[1].substr(0, prefix.size() + 6), prefix + "/sub: ");
+  EXPECT_GT(captured[1].size(), prefix.size() + 6);
+  EXPECT_TRUE(fs::is_regular_file(base / "file"));
+  fs::remove_all(base);
 }
 
 }  // namespace

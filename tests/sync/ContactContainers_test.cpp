@@ -1,6 +1,5 @@
 // The e-mail, URL, street-address, date, related-name and IM containers:
 // their vocabularies, records, counters and reconciliation keys.
-
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -20,6 +19,7 @@ namespace phonepim {
 namespace {
 
 using testing_support::TableFixture;
+using Opt = std::optional<String>;
 
 // One row: a record built by some container, the keys it must hold besides
 // the entity name and "contact", and the counter that must have counted it.
@@ -30,110 +30,66 @@ struct VocabularyRow {
   Dictionary expected;
 };
 
-void PrintTo(const VocabularyRow& row, std::ostream* os) { *os << row.name; }
-
-using Opt = std::optional<String>;
-
-VocabularyRow Email(const char* name, std::uint32_t type, Opt label, Dictionary expected,
-                    EmailContainer::Kind kind) {
-  return {name, u"com.apple.contacts.Email Address",
+template <class Container, class Kind, class Make>
+VocabularyRow Row(const char* name, const char16_t* entity, Kind kind, Make make, Dictionary expected) {
+  return {name, entity,
           [=](const String& parent, int* counted) {
-            EmailContainer container(parent, nullptr);
-            Dictionary record = container.createEmailDataForDB(u"a@b.jp", type, label);
+            Container container(parent, nullptr);
+            Dictionary record = make(container);
             *counted = container.TypeCount(kind);
             return record;
           },
           expected};
 }
-
-VocabularyRow Url(const char* name, std::uint32_t type, Dictionary expected,
-                  URLContainer::Kind kind) {
-  return {name, u"com.apple.contacts.URL",
-          [=](const String& parent, int* counted) {
-            URLContainer container(parent, nullptr);
-            Dictionary record = container.createURLDataForDB(u"http://x.jp/", type);
-            *counted = container.TypeCount(kind);
-            return record;
-          },
-          expected};
+VocabularyRow Email(const char* name, std::uint32_t type, Opt label, Dictionary expected, EmailContainer::Kind kind) {
+  return Row<EmailContainer>(name, u"com.apple.contacts.Email Address", kind,
+                             [=](EmailContainer& c) { return c.createEmailDataForDB(u"a@b.jp", type, label); }, expected);
+}
+VocabularyRow Url(const char* name, std::uint32_t type, Dictionary expected, URLContainer::Kind kind) {
+  return Row<URLContainer>(name, u"com.apple.contacts.URL", kind,
+                           [=](URLContainer& c) { return c.createURLDataForDB(u"http://x.jp/", type); }, expected);
+}
+VocabularyRow DateRow(const char* name, std::uint32_t type, Dictionary expected, DateContainer::Kind kind) {
+  return Row<DateContainer>(name, u"com.apple.contacts.Date", kind,
+                            [=](DateContainer& c) { return c.createDateDataForDB(Date{946684800}, type); }, expected);
+}
+VocabularyRow Related(const char* name, std::uint32_t type, Dictionary expected, RelatedNameContainer::Kind kind) {
+  return Row<RelatedNameContainer>(name, u"com.apple.contacts.Related Name", kind,
+                                   [=](RelatedNameContainer& c) { return c.createRelatedNameDataForDB(u"Hanako", type); },
+                                   expected);
+}
+VocabularyRow IM(const char* name, std::uint32_t type, Dictionary expected, IMContainer::Kind kind) {
+  return Row<IMContainer>(name, u"com.apple.contacts.IM", kind,
+                          [=](IMContainer& c) { return c.createIMDataForDB(u"taro", type); }, expected);
+}
+VocabularyRow Street(const char* name, const char16_t* street, const char16_t* extended, std::uint32_t type,
+                     Opt label, Dictionary expected, StreetAddressContainer::Kind kind) {
+  return Row<StreetAddressContainer>(name, u"com.apple.contacts.Street Address", kind,
+                                     [=](StreetAddressContainer& c) {
+                                       return c.createStreetAddressDataForDB(street, extended, u"Tokyo", u"Kanto",
+                                                                             u"100-0001", u"Japan", type, label);
+                                     },
+                                     expected);
 }
 
-VocabularyRow DateRow(const char* name, std::uint32_t type, Dictionary expected,
-                      DateContainer::Kind kind) {
-  return {name, u"com.apple.contacts.Date",
-          [=](const String& parent, int* counted) {
-            DateContainer container(parent, nullptr);
-            Dictionary record = container.createDateDataForDB(Date{946684800}, type);
-            *counted = container.TypeCount(kind);
-            return record;
-          },
-          expected};
-}
-
-VocabularyRow Related(const char* name, std::uint32_t type, Dictionary expected,
-                      RelatedNameContainer::Kind kind) {
-  return {name, u"com.apple.contacts.Related Name",
-          [=](const String& parent, int* counted) {
-            RelatedNameContainer container(parent, nullptr);
-            Dictionary record = container.createRelatedNameDataForDB(u"Hanako", type);
-            *counted = container.TypeCount(kind);
-            return record;
-          },
-          expected};
-}
-
-VocabularyRow IM(const char* name, std::uint32_t type, Dictionary expected,
-                 IMContainer::Kind kind) {
-  return {name, u"com.apple.contacts.IM",
-          [=](const String& parent, int* counted) {
-            IMContainer container(parent, nullptr);
-            Dictionary record = container.createIMDataForDB(u"taro", type);
-            *counted = container.TypeCount(kind);
-            return record;
-          },
-          expected};
-}
-
-VocabularyRow Street(const char* name, const char16_t* street, const char16_t* extended,
-                     std::uint32_t type, Opt label, Dictionary expected,
-                     StreetAddressContainer::Kind kind) {
-  return {name, u"com.apple.contacts.Street Address",
-          [=](const String& parent, int* counted) {
-            StreetAddressContainer container(parent, nullptr);
-            Dictionary record = container.createStreetAddressDataForDB(
-                street, extended, u"Tokyo", u"Kanto", u"100-0001", u"Japan", type, label);
-            *counted = container.TypeCount(kind);
-            return record;
-          },
-          expected};
-}
-
-Dictionary Typed(const char16_t* type, const char16_t* value) {
-  return Dictionary{{u"type", type}, {u"value", value}};
-}
-
+Dictionary Typed(const char16_t* type, const char16_t* value) { return Dictionary{{u"type", type}, {u"value", value}}; }
 Dictionary Labelled(const char16_t* type, const char16_t* label, const char16_t* value) {
   return Dictionary{{u"type", type}, {u"label", label}, {u"value", value}};
 }
-
+Dictionary With(Dictionary record, const char16_t* label) {
+  if (label != nullptr) record.emplace(u"label", label);
+  return record;
+}
 Dictionary DateRecord(const char16_t* type, const char16_t* label) {
-  Dictionary record{{u"type", type}, {u"value", Date{946684800}}};
-  if (label != nullptr) record.emplace(u"label", label);
-  return record;
+  return With(Dictionary{{u"type", type}, {u"value", Date{946684800}}}, label);
 }
-
 Dictionary IMRecord(const char16_t* service, const char16_t* label) {
-  Dictionary record{{u"service", service}, {u"type", u"other"}, {u"user", u"taro"}};
-  if (label != nullptr) record.emplace(u"label", label);
-  return record;
+  return With(Dictionary{{u"service", service}, {u"type", u"other"}, {u"user", u"taro"}}, label);
 }
-
 Dictionary Address(const char16_t* type, const char16_t* label, const char16_t* street) {
-  Dictionary record{{u"type", type},          {u"street", street},
-                    {u"city", u"Tokyo"},      {u"state", u"Kanto"},
-                    {u"postal code", u"100-0001"}, {u"country", u"Japan"}};
-  if (label != nullptr) record.emplace(u"label", label);
-  return record;
+  return With(Dictionary{{u"type", type}, {u"street", street}, {u"city", u"Tokyo"}, {u"state", u"Kanto"},
+                         {u"postal code", u"100-0001"}, {u"country", u"Japan"}},
+              label);
 }
 
 using E = EmailContainer::Kind;
@@ -203,83 +159,66 @@ const VocabularyRow kRows[] = {
            S::Etc),
 };
 
-class contact_container_vocabulary : public ::testing::TestWithParam<VocabularyRow> {};
-
-TEST_P(contact_container_vocabulary, records_carry_the_stores_words) {
-  const VocabularyRow& row = GetParam();
-  int counted = 0;
-  const Dictionary record = row.build(u"PARENT", &counted);
-  Dictionary expected = row.expected;
-  expected.emplace(ISyncRecordEntityNameKey, row.entity);
-  expected.emplace(u"contact", Array{Value(u"PARENT")});
-  EXPECT_EQ(record, expected);
-  EXPECT_EQ(counted, 1);
+TEST(contact_container_records, carry_the_stores_words) {
+  for (const VocabularyRow& row : kRows) {
+    int counted = 0;
+    Dictionary expected = row.expected;
+    expected.emplace(ISyncRecordEntityNameKey, row.entity);
+    expected.emplace(u"contact", Array{Value(u"PARENT")});
+    EXPECT_EQ(row.build(u"PARENT", &counted), expected) << row.name;
+    EXPECT_EQ(counted, 1) << row.name;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(rows, contact_container_vocabulary, ::testing::ValuesIn(kRows),
-                         [](const auto& info) { return std::string(info.param.name); });
 
 // Each container files its entries under its own key and matches on its own
 // value key: a second sync claims the entry only through that key.
-class contact_container_keys : public TableFixture {};
+class contact_containers : public TableFixture {};
 
-TEST_F(contact_container_keys, each_container_reconciles_under_its_key_and_value_key) {
+TEST_F(contact_containers, each_reconciles_under_its_key_and_value_key) {
   auto table = NewTable();
   table->addMeta(Dictionary{{u"Contact Data", Dictionary{}}}, u"P");
-
-  struct Case {
-    const char16_t* key;
-    std::function<std::vector<String>(const String& changing)> sync;
-  };
-  const Case cases[] = {
-      {u"email addresses",
-       [&](const String& v) {
+  const std::pair<const char16_t*, std::function<std::vector<String>(const String&)>> cases[] = {
+      {u"email addresses", [&](const String& v) {
          EmailContainer c(u"P", table);
          c.addEmail(u"a@b", 1, std::nullopt);
          c.addEmail(v, 1, std::nullopt);
          return c.createMetaData();
        }},
-      {u"URLs",
-       [&](const String& v) {
+      {u"URLs", [&](const String& v) {
          URLContainer c(u"P", table);
          c.addURL(u"http://a", 1);
          c.addURL(v, 1);
          return c.createMetaData();
        }},
-      {u"street addresses",
-       [&](const String& v) {
+      {u"street addresses", [&](const String& v) {
          StreetAddressContainer c(u"P", table);
          c.addStreetAddress(u"S", u"", u"same", u"", u"", u"", 1, std::nullopt);
          c.addStreetAddress(v, u"", u"same", u"", u"", u"", 1, std::nullopt);
          return c.createMetaData();
        }},
-      {u"related names",
-       [&](const String& v) {
+      {u"related names", [&](const String& v) {
          RelatedNameContainer c(u"P", table);
          c.addRelatedName(u"Hanako", 0);
          c.addRelatedName(v, 1);
          return c.createMetaData();
        }},
-      {u"IMs",
-       [&](const String& v) {
+      {u"IMs", [&](const String& v) {
          IMContainer c(u"P", table);
          c.addIM(u"taro", 1);
          c.addIM(v, 1);
          return c.createMetaData();
        }},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(ToDisplayUTF8(c.key));
-    const std::vector<String> first = c.sync(u"one");
-    const std::vector<String> second = c.sync(u"two");
+  for (const auto& [key, sync] : cases) {
+    SCOPED_TRACE(ToDisplayUTF8(key));
+    const std::vector<String> first = sync(u"one"), second = sync(u"two");
     ASSERT_EQ(first.size(), 2u);
     ASSERT_EQ(second.size(), 2u);
     EXPECT_EQ(second[0], first[0]);
     EXPECT_NE(second[1], first[1]);
-    EXPECT_EQ(StatesOf(Entries(*table, u"P", c.key)),
+    EXPECT_EQ(StatesOf(Entries(*table, u"P", key)),
               (std::vector<std::string>{"NoChange/Linked", "Delete/Unlinked", "New/Linked"}));
-    EXPECT_EQ(Strings(Find(table->meta(u"P")->at(u"Contact Data").get<Dictionary>(), c.key)),
-              second);
+    EXPECT_EQ(Strings(Find(table->meta(u"P")->at(u"Contact Data").get<Dictionary>(), key)), second);
   }
 }
 

@@ -72,15 +72,16 @@ std::string RenderBytes(std::string_view bytes, bool inParameter) {
 }
 
 Transcript Tokenize(std::string_view input, const std::vector<std::size_t>& cuts,
-                    Handlers handlers) {
+                    Handlers handlers, void (*afterEachCall)(const VP*)) {
   Transcript transcript;
   ParserPtr parser = MakeParser(&transcript, handlers);
   std::size_t start = 0;
   for (std::size_t i = 0; i <= cuts.size(); ++i) {
     const std::size_t stop = i < cuts.size() ? cuts[i] : input.size();
     const int final = i == cuts.size() ? 1 : 0;
-    if (CARD_Parse(parser.get(), input.data() + start, static_cast<int>(stop - start),
-                   final) == 0) {
+    const int ok = CARD_Parse(parser.get(), input.data() + start, static_cast<int>(stop - start), final);
+    if (afterEachCall != nullptr) afterEachCall(parser.get());
+    if (ok == 0) {
       transcript.push_back("R:0");
       return transcript;
     }

@@ -1,0 +1,109 @@
+// The two elements of eight indexed parts, CName (N) and CPostalAddress
+// (ADR): initialisers, one setter per index, equality and emptiness.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/AssertionPattern.h"
+#include "phonepim/model/CName.h"
+#include "phonepim/model/CPostalAddress.h"
+
+namespace phonepim {
+namespace {
+
+using testing_support::AssertionPattern;
+
+std::vector<String> Parts(const CName& n) {
+  return {n.Family(), n.Given(), n.Middle(), n.Prefix(), n.Suffix(), n.Phonetic_Family(), n.Phonetic_Given(),
+          n.Phonetic_Middle()};
+}
+std::vector<String> Parts(const CPostalAddress& a) {
+  return {a.POBox(), a.ExtAddr(), a.Street(), a.Locality(), a.Region(), a.PostalCode(), a.Country(), a.Neighbor()};
+}
+
+TEST(eight_parts, initialisers_keep_the_order_and_empty_nulls) {
+  EXPECT_EQ(Parts(CName("Yamada")), (std::vector<String>{u"Yamada", u"", u"", u"", u"", u"", u"", u""}));
+  EXPECT_EQ(Parts(CName("\xE5\xB1\xB1", nullptr, "M", "Dr.", nullptr, "yamada", "taro", "em")),
+            (std::vector<String>{u"\u5C71", u"", u"M", u"Dr.", u"", u"yamada", u"taro", u"em"}));
+  EXPECT_EQ(Parts(CName(static_cast<const char*>(nullptr))), std::vector<String>(8));
+  const auto label = std::make_shared<const String>(u"Cottage");
+  const CPostalAddress street("1 Main St", kAddressTypeCustom, 4, label);
+  EXPECT_EQ(Parts(street), (std::vector<String>{u"", u"", u"1 Main St", u"", u"", u"", u"", u""}));
+  EXPECT_EQ((std::vector<std::int64_t>{street.AddressID(), street.Type()}), (std::vector<std::int64_t>{4, 0x10}));
+  EXPECT_EQ(street.Label(), label);
+  const CPostalAddress full("PO 1", nullptr, "Street 3", "Town", "Region", "12345", "\xE6\x97\xA5", "Quarter",
+                            kAddressTypeWork | kAddressTypePref, 9);
+  EXPECT_EQ(Parts(full), (std::vector<String>{u"PO 1", u"", u"Street 3", u"Town", u"Region", u"12345", u"\u65E5",
+                                              u"Quarter"}));
+  EXPECT_EQ((std::vector<std::int64_t>{full.AddressID(), full.Type()}), (std::vector<std::int64_t>{9, 0x10000002}));
+  EXPECT_EQ(full.Label(), nullptr);
+  EXPECT_EQ(CPostalAddress().AddressID(), -1);
+}
+
+TEST(eight_parts, each_index_sets_its_part_only_and_decides_equality_and_emptiness) {
+  for (unsigned index = 0; index < 8; ++index) {
+    std::vector<String> expected(8);
+    expected[index] = u"value";
+    CName name;
+    name.SetName(u"value", index);
+    EXPECT_EQ(Parts(name), expected) << index;
+    EXPECT_FALSE(name.IsEmpty()) << index;
+    CPostalAddress address;
+    address.SetAddress(u"value", index);
+    EXPECT_EQ(Parts(address), expected) << index;
+    EXPECT_FALSE(address.IsEmpty()) << index;
+    CName a("F", "G", "M", "P", "S", "pf", "pg", "pm");
+    CName b = a;
+    b.SetName(u"x", index);
+    EXPECT_FALSE(a.IsEqual(&b)) << index;
+    EXPECT_FALSE(b.IsEqual(&a)) << index;
+    const CPostalAddress c("a", "b", "c", "d", "e", "f", "g", "h", 1, 1);
+    CPostalAddress d = c;
+    ASSERT_TRUE(c.isEqual(&d));
+    d.SetAddress(u"z", index);
+    EXPECT_FALSE(c.isEqual(&d)) << index;
+    EXPECT_FALSE(d.isEqual(&c)) << index;
+  }
+}
+
+TEST(eight_parts, name_equality_is_case_sensitive) {
+  const CName smith("Smith"), lower("smith"), same("Smith");
+  EXPECT_FALSE(smith.IsEqual(&lower));
+  EXPECT_TRUE(smith.IsEqual(&same));
+  EXPECT_FALSE(smith.IsEqual(nullptr));
+  EXPECT_TRUE(CName().IsEmpty());
+}
+
+TEST(eight_parts, address_equality_takes_id_and_type_without_pref_not_the_label) {
+  const CPostalAddress base("Street", kAddressTypeHome, 3);
+  const struct {
+    std::uint32_t type;
+    std::int32_t id;
+    bool labelled, expected;
+  } rows[] = {{0x10000001, 3, true, true}, {0x1, 4, false, false}, {0x1, -1, false, false}, {0x9, 3, false, false}};
+  for (const auto& r : rows) {
+    const CPostalAddress other("Street", r.type, r.id,
+                               r.labelled ? std::make_shared<const String>(u"Cottage") : nullptr);
+    EXPECT_EQ(base.isEqual(&other), r.expected) << &r - rows;
+    EXPECT_EQ(other.isEqual(&base), r.expected) << &r - rows;
+  }
+  EXPECT_FALSE(base.isEqual(nullptr));
+  EXPECT_TRUE(CPostalAddress("", "", "", "", "", "", "", "", kAddressTypeWork, 2).IsEmpty());
+  EXPECT_TRUE(CPostalAddress(nullptr, kAddressTypeCustom, 12, std::make_shared<const String>(u"x")).IsEmpty());
+}
+
+TEST(eight_parts, an_index_past_seven_fails_the_assertion) {
+  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+  CName name;
+  CPostalAddress address;
+  for (unsigned index : {8u, UINT_MAX}) {
+    EXPECT_DEATH(name.SetName(u"x", index), AssertionPattern("nIndex < 8"));
+    EXPECT_DEATH(address.SetAddress(u"x", index), AssertionPattern("nIndex < kPostalAddressMax"));
+  }
+}
+
+}  // namespace
+}  // namespace phonepim
