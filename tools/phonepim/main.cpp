@@ -2,11 +2,15 @@
 #include <CLI/CLI.hpp>
 
 #include <phonepim/platform/Assert.h>
+#include <phonepim/vcard/vCard.h>
 
 #include <functional>
 #include <iostream>
 #include <string>
 
+#include "CalendarCheck.h"
+#include "CalendarConvert.h"
+#include "CalendarShow.h"
 #include "CardWriter.h"
 #include "ContactReader.h"
 #include "ContactsCheck.h"
@@ -41,9 +45,9 @@ int RunOnFile(
   return 3;
 }
 
-void AddFileArgument(CLI::App* command, std::string* file) {
-  command->add_option("FILE", *file, "vCard file (a phone's address book), or - for standard input")
-      ->required();
+void AddFileArgument(CLI::App* command, std::string* file,
+                     const std::string& what = "vCard file (a phone's address book)") {
+  command->add_option("FILE", *file, what + ", or - for standard input")->required();
 }
 
 void AddReadOptions(CLI::App* command, ContactReadOptions* options, std::string* imei) {
@@ -61,6 +65,43 @@ void AddWriterOptions(CLI::App* command, WriterOptions* writer) {
   command->add_flag("--escape", writer->escape, "Backslash escapes for \\ and ; in text values");
   command->add_flag("--reading-last-name", writer->readingLastName,
                     "Both reading names on SOUND;X-IRMC-N (else only the last, on SOUND)");
+}
+
+// Real phone exports need the lenient reading; --strict keeps to the
+// letter of the format, dropping what it does not name.
+void AddStrictOption(CLI::App* command, bool* strict) {
+  command->add_flag("--strict", *strict,
+                    "Read by the letter: drop what the format does not name, match names "
+                    "exactly");
+}
+
+using phonepim::tool::CalendarOptions;
+
+void AddCalendarReaderOptions(CLI::App* command, CalendarOptions* codec) {
+  command->add_flag("--local-time", codec->localTime,
+                    "Times without Z kept as they stand (else converted to GMT)");
+  command->add_flag("--carriage-return", codec->carriageReturn,
+                    "Quoted-printable line ends as the phones that send CR write them");
+  command->add_flag("--weekday-correction", codec->weekdayCorrection,
+                    "Move recurrence weekdays across the TZ offset when it is this machine's");
+  command->add_flag("--special-occasion", codec->specialOccasion,
+                    "SPECIAL OCCASION is an anniversary; empty CATEGORIES none");
+  command->add_flag("--escape", codec->escape, "Backslash escapes in text values");
+}
+
+void AddCalendarWriterOptions(CLI::App* command, CalendarOptions* codec) {
+  command->add_flag("--holiday", codec->holiday, "Write X-TYPE:HOLIDAY for holidays");
+  command->add_flag("--task-local-time", codec->taskLocalTime, "To-dos in local time");
+  command->add_flag("--alarm-local-time", codec->alarmLocalTime, "Alarms in local time");
+  command->add_flag("--holiday-local-time", codec->holidayLocalTime, "Holidays in local time");
+  command->add_flag("--anniversary-local-time", codec->anniversaryLocalTime,
+                    "Anniversaries in local time");
+  command->add_option("--timezone-bias", codec->timezoneBias,
+                      "The phone's offset from GMT in minutes, written as TZ (0: none)");
+  command->add_flag("--w0", codec->w0, "Rules without an end written with #0");
+  command->add_flag("--category-words", codec->categoryWords,
+                    "Categories written by their words (else only APPOINTMENT, for none)");
+  command->add_flag("--reduced", codec->reduced, "No CLASS, CATEGORIES, STATUS or PRIORITY");
 }
 
 }  // namespace
@@ -112,6 +153,32 @@ int main(int argc, char** argv) {
   AddWriterOptions(check, &writer);
   AddReadOptions(check, &readOptions, &imei);
 
+  CLI::App* calendar = app.add_subcommand("calendar", "A phone's calendar (vCalendar 1.0)");
+  calendar->require_subcommand(1);
+  const std::string calendarFile = "vCalendar file (a phone's events and to-dos)";
+  phonepim::tool::CalendarConvertOptions calendarOptions;
+  bool strict = false;
+  CLI::App* calendarShow =
+      calendar->add_subcommand("show", "Summarise every entry, or print them as JSON");
+  CLI::App* calendarConvert =
+      calendar->add_subcommand("convert", "Write the entries back as vCalendar 1.0, or as JSON");
+  CLI::App* calendarCheck = calendar->add_subcommand(
+      "check", "Report what writing each entry and reading it again would change");
+  for (CLI::App* command : {calendarShow, calendarConvert, calendarCheck}) {
+    AddFileArgument(command, &file, calendarFile);
+    AddCalendarReaderOptions(command, &calendarOptions.codec);
+    AddStrictOption(command, &strict);
+    AddReadOptions(command, &readOptions, &imei);
+  }
+  calendarShow->add_flag("--json", json, "The entries as one JSON document");
+  calendarConvert->add_option("--to", calendarOptions.format, "Output format")
+      ->required()
+      ->check(CLI::IsMember({"vcs", "json"}));
+  calendarConvert->add_option("-o,--output", calendarOptions.output,
+                              "Write to this file (whole or not at all) instead of standard output");
+  AddCalendarWriterOptions(calendarConvert, &calendarOptions.codec);
+  AddCalendarWriterOptions(calendarCheck, &calendarOptions.codec);
+
   CLI11_PARSE(app, argc, argv);
 
   if (dump->parsed()) {
@@ -120,6 +187,21 @@ int main(int argc, char** argv) {
     });
   }
   readOptions.imei = phonepim::StringFromASCII(imei);
+  if (calendar->parsed()) {
+    phonepim::vCard::LenientReading(!strict);
+    phonepim::tool::ApplyCalendarOptions(calendarOptions.codec);
+    return RunOnFile(file, [&](const std::string& text, const std::string& source) {
+      if (calendarShow->parsed()) {
+        return phonepim::tool::ShowCalendar(text, source, readOptions, json, std::cout, std::cerr);
+      }
+      if (calendarConvert->parsed()) {
+        return phonepim::tool::ConvertCalendar(text, source, readOptions, calendarOptions,
+                                               std::cout, std::cerr);
+      }
+      return phonepim::tool::CheckCalendar(text, source, readOptions, calendarOptions.codec,
+                                           std::cout, std::cerr);
+    });
+  }
   // The escape option changes the reader too, so it is set before any card.
   phonepim::tool::ApplyWriterOptions(writer);
   if (show->parsed()) {
