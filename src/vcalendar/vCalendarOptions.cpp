@@ -12,7 +12,7 @@ bool vCalendar::sm_fMemoUseLocalTime = false;
 int vCalendar::sm_nTimezoneBias = 0;
 bool vCalendar::sm_fUseCarrageReturn = false;
 bool vCalendar::sm_fTimezone = false;
-int vCalendar::sm_nUseW0 = 0;
+int vCalendar::sm_nUseW0 = 1;
 bool vCalendar::sm_fAnniversaryConvertToSpecialOccasion = false;
 bool vCalendar::sm_fScheduleUseCategoryType = false;
 

@@ -13,6 +13,7 @@
 #include "phonepim/datetime/CDateTimeSpan.h"
 #include "phonepim/datetime/CTimeZoneInfo.h"
 #include "phonepim/datetime/CalendarDate.h"
+#include "phonepim/model/CReminder.h"
 #include "phonepim/platform/String.h"
 
 namespace phonepim {
@@ -32,7 +33,7 @@ class vCalendar {
   static constexpr unsigned int kKindToDo = 7;
   static constexpr unsigned int kKindMemo = 8;
 
-  // --- Class-wide options (all off or 0 by default) ---
+  // --- Class-wide options (all off or 0 by default, but sm_nUseW0) ---
   //
   // Backslash escaping of text values follows the vCard codec's
   // vCard::sm_fNonstandardEscChar, and lenient reading its
@@ -63,7 +64,8 @@ class vCalendar {
   /// other than the phone's (see Parse).
   static bool sm_fTimezone;
   /// Writer: an open rule (no count, no end date) is written with "#0"
-  /// when non-zero, with no duration at all when 0 (see RecurrenceRule.h).
+  /// when non-zero (the default), with no duration at all when 0, for the
+  /// phones that refuse "#0" (see RecurrenceRule.h).
   static int sm_nUseW0;
   /// Reader: "SPECIAL OCCASION" (any case) is an anniversary, and an empty
   /// CATEGORIES value means no category (0x200000).
@@ -153,9 +155,10 @@ class vCalendar {
                             CTimeZoneInfo* info);
   /// "h" or "h:mm" (sign from the hours) as a span of minutes.
   static CDateTimeSpan ParseBias(std::string_view text);
-  /// "AALARM"/"DALARM" value: runtime;snooze;repeat;content. Sets the run
-  /// time of `calendar`'s current alarm and its UTC flag.
-  static void ParseReminder(std::string_view text, CCalendar* calendar);
+  /// An "AALARM" value (run time;snooze;repeat count;content): a new alarm
+  /// whose run time is ParseDateTime and whose AlarmTime is
+  /// ParseDateTimeComponent of the first field; `isUTC` as there.
+  static CReminder ParseReminder(std::string_view text, bool* isUTC);
   /// One RRULE or XRULE value into `rule`. False when the recurrence model
   /// cannot hold it (the rule is then left empty).
   static bool ParseRecurrence(std::string_view text, CRecurrence* rule);
@@ -206,8 +209,9 @@ class vCalendar {
   /// start (the due date less 12 hours for a to-do), else from the first
   /// alarm's run time.
   static void addAlarm(String& out, const CCalendar& cal, unsigned int kind);
-  /// "AALARM;ENCODING=QUOTED-PRINTABLE:<time>;;;".
-  static void AddAudioReminder(String& out, const CalendarDate& runTime);
+  /// "AALARM;ENCODING=QUOTED-PRINTABLE:<time>;;;", the time's fields in its
+  /// zone, "Z" added when `utc`.
+  static void AddAudioReminder(String& out, const CalendarDate& runTime, bool utc);
   /// "TZ:+hh:mm" / "TZ:-hh:mm" of `biasMinutes`.
   static void AddTimeZone(String& out, int biasMinutes);
   /// One "ATTENDEE;ROLE=ATTENDEE;STATUS=..." line per attendee of the

@@ -1,0 +1,51 @@
+// Small text helpers the vCalendar reader's files share. Private to the
+// library.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "phonepim/vcard/vCard.h"
+
+namespace phonepim::vcalendar_text {
+
+/// Whether names and parameter words are matched in any case: the lenient
+/// reading of both codecs.
+inline bool LenientNames() { return vCard::sm_fLenientReading; }
+
+inline bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+inline std::string_view Trim(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+/// The ';'-separated piece of `text` that starts at `pos`, moving `pos`
+/// past it: a value with n separators has n + 1 pieces, and pieces asked
+/// for beyond them are empty.
+inline std::string_view Field(std::string_view text, std::size_t& pos) {
+  if (pos > text.size()) return {};
+  const std::size_t end = text.find(';', pos);
+  const std::size_t stop = end == std::string_view::npos ? text.size() : end;
+  const std::string_view piece = text.substr(pos, stop - pos);
+  pos = stop + 1;
+  return piece;
+}
+
+/// atoi of the text: blanks, a sign, digits; 0 without digits. Digits
+/// beyond the eighteenth are not read, so nothing overflows.
+inline std::int64_t LeadingInt(std::string_view text) {
+  std::size_t i = 0;
+  while (i < text.size() && IsBlank(text[i])) ++i;
+  bool negative = false;
+  if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+  std::int64_t n = 0;
+  for (int digits = 0; i < text.size() && text[i] >= '0' && text[i] <= '9' && digits < 18;
+       ++i, ++digits) {
+    n = n * 10 + (text[i] - '0');
+  }
+  return negative ? -n : n;
+}
+
+}  // namespace phonepim::vcalendar_text
