@@ -14,6 +14,21 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+// The value at a path of JsonDifferences ("alarms[0].type"); null when
+// there is none.
+Json At(const Json& json, const std::string& path) {
+  std::string pointer = "/";
+  for (char c : path) {
+    if (c == '.' || c == '[') {
+      pointer += '/';
+    } else if (c != ']') {
+      pointer += c;
+    }
+  }
+  const Json::json_pointer at(pointer);
+  return json.contains(at) ? json.at(at) : Json();
+}
+
 // Whether `path` is `field` or lies inside it.
 bool Within(const std::string& path, const std::string& field) {
   return path.compare(0, field.size(), field) == 0 &&
@@ -28,15 +43,22 @@ struct CheckTally {
 
 }  // namespace
 
-const char* ByDesignReason(const std::string& path, unsigned int kind, bool allDay,
-                           const CalendarOptions& options) {
+const char* ByDesignReason(const std::string& path, const Json& before, const Json& after,
+                           unsigned int kind, bool allDay, const CalendarOptions& options) {
+  if (Within(path, "end") && allDay) return "an all-day end is written as the day before";
+  // The writer picks UTC or local time by the kind and its options, not by
+  // the form the time was read in.
+  if (before.is_string() && after.is_string()) {
+    const std::string a = before.get<std::string>();
+    const std::string b = after.get<std::string>();
+    if (a + "Z" == b || a == b + "Z") return "UTC or local time by the writer's options";
+  }
   // Fields no property of the writer carries.
   for (const char* field : {"uid", "created", "completed", "lastModified", "timeZone",
                             "exceptRule", "account", "accountName", "accountType"}) {
     if (Within(path, field)) return "not written";
   }
   if (Within(path, "due") && kind != vCalendar::kKindToDo) return "DUE only for a to-do";
-  if (Within(path, "end") && allDay) return "an all-day end is written as the day before";
   const bool categoriesWritten = options.categoryWords && !options.reduced;
   if (!categoriesWritten &&
       (Within(path, "categories") || Within(path, "kind") || Within(path, "recordId"))) {
@@ -80,8 +102,8 @@ int CheckCalendar(const std::string& text, const std::string& sourceName,
           const Json after = CalendarToJson(*again, kindAgain, number, line, readOptions.imei);
           for (std::string& difference : JsonDifferences(before, after)) {
             const std::string path = difference.substr(0, difference.find(": "));
-            if (const char* reason =
-                    ByDesignReason(path, entry.kind, calendar.bIsAllDay, options)) {
+            if (const char* reason = ByDesignReason(path, At(before, path), At(after, path),
+                                                    entry.kind, calendar.bIsAllDay, options)) {
               byDesign.push_back(difference + " (" + reason + ")");
             } else {
               lost.push_back(std::move(difference));

@@ -11,15 +11,18 @@
 #include <iosfwd>
 #include <string>
 
+#include <nlohmann/json.hpp>
+
 #include "CalendarReader.h"
 #include "CalendarWriter.h"
 
 namespace phonepim::tool {
 
-/// Why the writer cannot carry the field at JSON `path` ("alarms[0].type")
-/// of an entry of `kind`, with `options`; null when it can, so that a
-/// difference there is a loss.
-const char* ByDesignReason(const std::string& path, unsigned int kind, bool allDay,
+/// Why the writer cannot carry the change of the field at JSON `path`
+/// ("alarms[0].type") from `before` to `after`, for an entry of `kind`
+/// with `options`; null when it could, so that the change is a loss.
+const char* ByDesignReason(const std::string& path, const nlohmann::ordered_json& before,
+                           const nlohmann::ordered_json& after, unsigned int kind, bool allDay,
                            const CalendarOptions& options);
 
 /// Reads, writes and reads again every entry of `text`, and prints on `out`

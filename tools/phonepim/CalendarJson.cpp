@@ -182,7 +182,12 @@ Json CalendarToJson(const CCalendar& c, unsigned int kind, std::size_t objectNum
   j["due"] = EntryDate(c.dtDueComp, c.isdtDueisUTC, c.dtDue);
   j["allDay"] = c.bIsAllDay;
   j["holiday"] = c.bIsHoliday;
-  j["categories"] = TypeWords(ElementKind::kCalendarCategory, c.categories);
+  // The reader marks a to-do with 0x40, which is no category word: the
+  // kind says it.
+  constexpr std::uint32_t kToDoMark = 0x40;
+  j["categories"] = TypeWords(ElementKind::kCalendarCategory,
+                              kind == vCalendar::kKindToDo ? c.categories & ~kToDoMark
+                                                           : c.categories);
   j["classification"] = CodeWord(kClassWords, c.classification);
   j["status"] = CodeWord(kStatusWords, c.status);
   j["priority"] = c.priority;

@@ -20,31 +20,25 @@
 
 namespace phonepim::tool {
 
-/// One event or to-do of a file: where it stands, and the text the reader
-/// gets, a VCALENDAR of its own.
-struct CalendarEntry {
-  VersitObjectSpan span;  ///< of its BEGIN:VEVENT ... END:VEVENT lines
-  std::string_view own;   ///< those lines
-  std::string text;       ///< the VCALENDAR to read; empty when skipped
+/// One event or to-do of a file, as the commands number them.
+struct CalendarFileEntry {
+  VersitObjectSpan span;  ///< from its BEGIN line to the end of its calendar
+  std::string_view own;   ///< the file from its BEGIN line on, for messages
+  std::string text;       ///< a VCALENDAR of its own, for the reader; empty when skipped
+  bool todo = false;      ///< a VTODO
   const char* skipped = nullptr;
 };
 
-/// The entries of `text`, in file order. A phone's export holds either one
-/// VCALENDAR per entry or one VCALENDAR around them all; the reader takes
-/// one entry at a time, so each entry gets its calendar's own lines (BEGIN,
-/// VERSION, TZ, DAYLIGHT, ...) around it. A top-level object that is no
-/// VCALENDAR, a calendar with no entry in it and a nested object that is
-/// no VEVENT or VTODO are entries marked skipped, so that they are
-/// reported.
-std::vector<CalendarEntry> FindCalendarEntries(std::string_view text);
+/// The entries of `text`, in file order: a phone's export holds either one
+/// VCALENDAR per entry or one around them all (SplitCalendarEntries). A
+/// top-level object that is no VCALENDAR, and a calendar with no entry in
+/// it, are entries marked skipped, so that they are reported.
+std::vector<CalendarFileEntry> FindCalendarEntries(std::string_view text);
 
 /// The kind an entry is written as (vCalendar::Generate's kind): a to-do
 /// (read from a VTODO), an anniversary (category ANNIVERSARY), a holiday
 /// (X-TYPE:HOLIDAY or category HOLIDAY), else an appointment (1).
 unsigned int CalendarKind(const CCalendar& calendar, bool todo);
-
-/// Whether the entry's text is a to-do (its own BEGIN line is VTODO).
-bool IsToDo(std::string_view own);
 
 /// Reads `text` (one VCALENDAR with one entry) into a new record whose
 /// phone record number is `vcalID`. Throws what vCalendar::Parse throws.
@@ -71,7 +65,7 @@ std::string CalendarTallyLine(const CalendarTally& tally);
 /// its text as read.
 struct EntryInFile {
   const ObjectInFile& object;
-  const CalendarEntry& entry;
+  const CalendarFileEntry& entry;
   unsigned int kind;
 };
 

@@ -19,7 +19,7 @@ void ApplyCalendarOptions(const CalendarOptions& options) {
   vCalendar::HolidayUseLocalTime(options.holidayLocalTime);
   vCalendar::AnniversaryUseLocalTime(options.anniversaryLocalTime ? 1 : 0);
   vCalendar::SetTimezoneBias(options.timezoneBias);
-  vCalendar::UseW0(options.w0 ? 1 : 0);
+  vCalendar::UseW0(options.noW0 ? 0 : 1);
   vCalendar::ScheduleUseCategoryType(options.categoryWords);
 }
 

@@ -22,7 +22,7 @@ struct CalendarOptions {
   bool holidayLocalTime = false;     ///< holidays in local time
   bool anniversaryLocalTime = false; ///< anniversaries in local time
   int timezoneBias = 0;              ///< minutes from GMT, written as TZ; 0 none
-  bool w0 = false;                   ///< open rules with "#0"
+  bool noW0 = false;                 ///< open rules without "#0", for phones that refuse it
   bool categoryWords = false;        ///< categories by their words
   bool reduced = false;              ///< no CLASS, CATEGORIES, STATUS or PRIORITY
 };

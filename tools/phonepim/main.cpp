@@ -98,7 +98,8 @@ void AddCalendarWriterOptions(CLI::App* command, CalendarOptions* codec) {
                     "Anniversaries in local time");
   command->add_option("--timezone-bias", codec->timezoneBias,
                       "The phone's offset from GMT in minutes, written as TZ (0: none)");
-  command->add_flag("--w0", codec->w0, "Rules without an end written with #0");
+  command->add_flag("--no-w0", codec->noW0,
+                    "Rules without an end written without #0, for the phones that refuse it");
   command->add_flag("--category-words", codec->categoryWords,
                     "Categories written by their words (else only APPOINTMENT, for none)");
   command->add_flag("--reduced", codec->reduced, "No CLASS, CATEGORIES, STATUS or PRIORITY");
