@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <ostream>
 #include <vector>
 
 namespace phonepim::tool {
@@ -50,18 +49,6 @@ bool WriteFileAtomically(const std::filesystem::path& path, std::string_view byt
   if (close(fd) != 0) return fail(errno);
   if (std::rename(name.data(), path.c_str()) != 0) return fail(errno);
   return true;
-}
-
-bool WriteOutput(const std::string& path, std::string_view bytes, std::ostream& out,
-                 std::ostream& err) {
-  if (path.empty()) {
-    out << bytes << std::flush;
-    return true;
-  }
-  std::string error;
-  if (WriteFileAtomically(path, bytes, &error)) return true;
-  err << error << '\n';
-  return false;
 }
 
 }  // namespace phonepim::tool

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <filesystem>
-#include <iosfwd>
 #include <string>
 #include <string_view>
 
@@ -14,11 +13,5 @@ namespace phonepim::tool {
 /// `path` as it was, sets `error` (naming `path`) and returns false.
 bool WriteFileAtomically(const std::filesystem::path& path, std::string_view bytes,
                          std::string* error);
-
-/// A command's output: on `out` when `path` is empty, else into the file
-/// with WriteFileAtomically. A failure is reported on `err`; returns false
-/// then.
-bool WriteOutput(const std::string& path, std::string_view bytes, std::ostream& out,
-                 std::ostream& err);
 
 }  // namespace phonepim::tool

@@ -30,7 +30,12 @@ int ConvertCalendar(const std::string& text, const std::string& sourceName,
       &tally);
   if (status == 2) return status;
   if (json) written = CalendarFileJson(sourceName, std::move(entries), tally).dump(2) + "\n";
-  if (!WriteOutput(options.output, written, out, err)) return 2;
+  if (options.output.empty()) {
+    out << written << std::flush;
+  } else if (std::string error; !WriteFileAtomically(options.output, written, &error)) {
+    err << error << '\n';
+    return 2;
+  }
   if (!readOptions.quiet) err << CalendarTallyLine(tally) << '\n';
   return status;
 }

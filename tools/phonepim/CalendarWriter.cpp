@@ -7,6 +7,9 @@
 namespace phonepim::tool {
 
 void ApplyCalendarOptions(const CalendarOptions& options) {
+  // Real phone exports need the lenient reading, which keeps what the
+  // reading rules would drop.
+  vCard::LenientReading(!options.strict);
   vCalendar::UseLocalTime(options.localTime);
   vCalendar::UseCarrageReturn(options.carriageReturn);
   vCalendar::UseTimezone(options.weekdayCorrection);

@@ -10,6 +10,7 @@ namespace phonepim::tool {
 
 struct CalendarOptions {
   // Reading.
+  bool strict = false;             ///< the reading rules as they stand, not lenient
   bool localTime = false;          ///< times without "Z" kept as they stand
   bool carriageReturn = false;     ///< quoted-printable line ends as the phones with CR send them
   bool weekdayCorrection = false;  ///< recurrence weekdays moved across the TZ offset

@@ -1,13 +1,18 @@
 #include "ContactReader.h"
 
+#include <phonepim/platform/Assert.h>
+#include <phonepim/platform/Errors.h>
 #include <phonepim/vcard/vCard.h>
 #include <phonepim/versit/vObject.h>
 
+#include <chrono>
 #include <cstdint>
 #include <ostream>
+#include <stdexcept>
 #include <vector>
 
 #include "ObjectReport.h"
+#include "Progress.h"
 
 namespace phonepim::tool {
 namespace {
@@ -23,6 +28,25 @@ bool NamesAGroup(const CContact& contact) {
   return contact.GroupName() || contact.GroupDisplayName() || contact.GroupType() != 0;
 }
 
+// The BEGIN line decides, as it does for a phone: "BEGIN:VCARD" in any case.
+bool IsVCard(std::string_view object) {
+  static constexpr std::string_view kBegin = "BEGIN:VCARD";
+  if (object.size() < kBegin.size()) return false;
+  for (std::size_t i = 0; i < kBegin.size(); ++i) {
+    const char c = object[i];
+    if ((c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) != kBegin[i]) return false;
+  }
+  const std::string_view rest = object.substr(kBegin.size());
+  return rest.empty() || rest[0] == '\r' || rest[0] == '\n';
+}
+
+// The assertions bad phone data can trip, in words a person can act on.
+std::string RefusalReason(const std::string& assertion) {
+  if (assertion.find("\"2.1\"") != std::string::npos) return "its VERSION is not 2.1";
+  if (assertion == "len < 256") return "its X-SPEEDDIAL value is 256 bytes or longer";
+  return "a value it cannot take";
+}
+
 }  // namespace
 
 std::unique_ptr<CContact> ParseContact(std::string_view card, std::uint32_t vCardID,
@@ -36,48 +60,98 @@ std::unique_ptr<CContact> ParseContact(std::string_view card, std::uint32_t vCar
 
 std::unique_ptr<CContact> TryParseContact(std::string_view card, std::uint32_t vCardID,
                                           const String& imei, std::string* error) {
-  std::unique_ptr<CContact> contact;
-  CatchReadFailure([&] { contact = ParseContact(card, vCardID, imei); }, "2.1", error);
-  return contact;
+  try {
+    return ParseContact(card, vCardID, imei);
+  } catch (std::uint16_t code) {
+    *error = code == kVersitParseError ? "the tokenizer rejected it"
+                                       : "the reader failed with code " + std::to_string(code);
+  } catch (const AssertionFailure& failure) {
+    *error = "the reader refused it: " + RefusalReason(failure.text()) + " (assertion \"" +
+             failure.text() + "\")";
+  } catch (const std::out_of_range& e) {
+    *error = std::string("a custom label the label table cannot register (") + e.what() + ")";
+  }
+  return nullptr;
 }
 
 int ForEachContact(const std::string& text, const std::string& sourceName,
                    const ContactReadOptions& options, std::ostream& err,
                    const std::function<void(const CardInFile&, const CContact&)>& visit,
                    ContactTally* tally) {
+  using Clock = std::chrono::steady_clock;
   const std::vector<VersitObjectSpan> spans = FindVersitObjects(text);
   if (spans.empty()) {
     err << sourceName << ": no versit object (no BEGIN: line)\n";
     return 2;
   }
-  std::vector<CardInFile> objects;
   std::size_t cards = 0;
   for (const VersitObjectSpan& span : spans) {
-    const std::string_view object = std::string_view(text).substr(span.offset, span.length);
-    const bool isCard = BeginsWith(object, "VCARD");
-    cards += isCard ? 1 : 0;
-    objects.push_back({objects.size(), &span, object, isCard ? nullptr : "not a vCard, skipped"});
+    if (IsVCard(std::string_view(text).substr(span.offset, span.length))) ++cards;
   }
   if (cards == 0) {
     err << sourceName << ": no vCard among its " << Counted(spans.size(), "object")
         << " (no BEGIN:VCARD line)\n";
     return 2;
   }
-  std::unique_ptr<CContact> contact;
-  return ForEachObject(
-      objects, sourceName, options, {"contacts", "card"}, err,
-      [&](const CardInFile& card, std::string* error) {
-        // The object's number is its vCard ID, so record IDs follow the file.
-        contact = TryParseContact(card.text, static_cast<std::uint32_t>(card.index + 1),
-                                  options.imei, error);
-        return contact != nullptr;
-      },
-      [&](const CardInFile& card) {
-        ++(contact->ContactType() == 1 ? tally->groups : tally->persons);
-        if (contact->GetPhotoRef() && !contact->GetPhotoRef()->empty()) ++tally->withPhotos;
-        visit(card, *contact);
-      },
-      &tally->failed);
+
+  Progress progress(err, "contacts", spans.size(), options.quiet);
+  Clock::duration total{};
+  Clock::duration slowest{};
+  std::size_t slowestIndex = 0;
+  for (std::size_t index = 0; index < spans.size(); ++index) {
+    progress.Update(index);
+    const VersitObjectSpan& span = spans[index];
+    const CardInFile card{index, &span, std::string_view(text).substr(span.offset, span.length)};
+    if (!IsVCard(card.text)) {
+      ++tally->failed;
+      progress.Clear();
+      err << ObjectHeading(sourceName, index, span, card.text) << ": not a vCard, skipped\n";
+      continue;
+    }
+    if (!span.terminated) {
+      progress.Clear();
+      err << ShortObjectHeading(sourceName, index, span)
+          << ": no END line before the end of the file\n";
+    }
+    std::string error;
+    const Clock::time_point start = Clock::now();
+    // The object's number is its vCard ID, so record IDs follow the file.
+    const std::unique_ptr<CContact> contact =
+        TryParseContact(card.text, static_cast<std::uint32_t>(index + 1), options.imei, &error);
+    const Clock::duration took = Clock::now() - start;
+    total += took;
+    if (took > slowest) {
+      slowest = took;
+      slowestIndex = index;
+    }
+    if (!contact) {
+      ++tally->failed;
+      progress.Clear();
+      err << ObjectHeading(sourceName, index, span, card.text) << ": " << error << '\n';
+      continue;
+    }
+    if (contact->ContactType() == 1) {
+      ++tally->groups;
+    } else {
+      ++tally->persons;
+    }
+    if (contact->GetPhotoRef() && !contact->GetPhotoRef()->empty()) ++tally->withPhotos;
+    if (options.verbose) {
+      progress.Clear();
+      err << ShortObjectHeading(sourceName, index, span) << ": read in "
+          << std::chrono::duration<double, std::micro>(took).count() << " us\n";
+    }
+    visit(card, *contact);
+  }
+  progress.Clear();
+  if (options.verbose) {
+    err << sourceName << ": " << Counted(cards, "card") << " read in "
+        << std::chrono::duration<double, std::milli>(total).count() << " ms, the slowest "
+        << ShortObjectHeading(sourceName, slowestIndex, spans[slowestIndex])
+               .substr(sourceName.size() + 2)
+        << " in " << std::chrono::duration<double, std::micro>(slowest).count() << " us\n";
+  }
+  return tally->failed ? 1 : 0;
 }
 
 }  // namespace phonepim::tool

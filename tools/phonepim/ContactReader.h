@@ -14,12 +14,21 @@
 #include <phonepim/platform/String.h>
 #include <phonepim/versit/ObjectSplitter.h>
 
-#include "ObjectLoop.h"
-
 namespace phonepim::tool {
 
-using ContactReadOptions = ReadOptions;
-using CardInFile = ObjectInFile;
+/// What the contacts commands share.
+struct ContactReadOptions {
+  String imei;           ///< ends every record ID ("%016d-Contact-IMEI")
+  bool quiet = false;    ///< no progress line, no tally, no per-card output
+  bool verbose = false;  ///< how long each card took, the slowest one
+};
+
+/// One card of the file and where it stands.
+struct CardInFile {
+  std::size_t index = 0;  ///< from 0; messages count from 1
+  const VersitObjectSpan* span = nullptr;
+  std::string_view text;
+};
 
 /// Reads `card` into a new contact whose vCard ID is `vCardID` (so its
 /// record ID is "%016d-Contact-IMEI"). A card that names a group (GN, GT or

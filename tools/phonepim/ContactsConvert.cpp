@@ -71,7 +71,12 @@ int ConvertContacts(const std::string& text, const std::string& sourceName,
       &tally);
   if (status == 2) return status;
   if (json) cards = BookJson(sourceName, std::move(contacts), tally).dump(2) + "\n";
-  if (!WriteOutput(options.output, cards, out, err)) return 2;
+  if (options.output.empty()) {
+    out << cards << std::flush;
+  } else if (std::string error; !WriteFileAtomically(options.output, cards, &error)) {
+    err << error << '\n';
+    return 2;
+  }
   if (!readOptions.quiet) err << TallyLine(tally) << '\n';
   return photosWritten ? status : 2;
 }

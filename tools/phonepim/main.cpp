@@ -2,10 +2,10 @@
 #include <CLI/CLI.hpp>
 
 #include <phonepim/platform/Assert.h>
-#include <phonepim/vcard/vCard.h>
 
 #include <functional>
 #include <iostream>
+#include <optional>
 #include <string>
 
 #include "CalendarCheck.h"
@@ -45,9 +45,9 @@ int RunOnFile(
   return 3;
 }
 
-void AddFileArgument(CLI::App* command, std::string* file,
-                     const std::string& what = "vCard file (a phone's address book)") {
-  command->add_option("FILE", *file, what + ", or - for standard input")->required();
+void AddFileArgument(CLI::App* command, std::string* file) {
+  command->add_option("FILE", *file, "vCard file (a phone's address book), or - for standard input")
+      ->required();
 }
 
 void AddReadOptions(CLI::App* command, ContactReadOptions* options, std::string* imei) {
@@ -67,29 +67,37 @@ void AddWriterOptions(CLI::App* command, WriterOptions* writer) {
                     "Both reading names on SOUND;X-IRMC-N (else only the last, on SOUND)");
 }
 
-// Real phone exports need the lenient reading; --strict keeps to the
-// letter of the format, dropping what it does not name.
-void AddStrictOption(CLI::App* command, bool* strict) {
-  command->add_flag("--strict", *strict,
-                    "Read by the letter: drop what the format does not name, match names "
-                    "exactly");
-}
+// The calendar commands: their subcommands and what the command line sets.
+struct CalendarCommands {
+  CLI::App* show = nullptr;
+  CLI::App* convert = nullptr;
+  CLI::App* check = nullptr;
+  phonepim::tool::ReadOptions read;
+  std::string imei;
+  bool json = false;
+  phonepim::tool::CalendarConvertOptions convertOptions;
+};
 
-using phonepim::tool::CalendarOptions;
-
-void AddCalendarReaderOptions(CLI::App* command, CalendarOptions* codec) {
-  command->add_flag("--local-time", codec->localTime,
+void AddCalendarReadOptions(CLI::App* command, CalendarCommands* c) {
+  phonepim::tool::CalendarOptions& codec = c->convertOptions.codec;
+  command->add_flag("-q,--quiet", c->read.quiet, "No progress line and no per-entry output");
+  command->add_flag("-v,--verbose", c->read.verbose, "How long each entry took to read");
+  command->add_option("--imei", c->imei, "The phone's IMEI, part of every record ID");
+  command->add_flag("--strict", codec.strict,
+                    "The reading rules as they stand, without the lenient reading that keeps "
+                    "what real phone exports send");
+  command->add_flag("--local-time", codec.localTime,
                     "Times without Z kept as they stand (else converted to GMT)");
-  command->add_flag("--carriage-return", codec->carriageReturn,
+  command->add_flag("--carriage-return", codec.carriageReturn,
                     "Quoted-printable line ends as the phones that send CR write them");
-  command->add_flag("--weekday-correction", codec->weekdayCorrection,
+  command->add_flag("--weekday-correction", codec.weekdayCorrection,
                     "Move recurrence weekdays across the TZ offset when it is this machine's");
-  command->add_flag("--special-occasion", codec->specialOccasion,
+  command->add_flag("--special-occasion", codec.specialOccasion,
                     "SPECIAL OCCASION is an anniversary; empty CATEGORIES none");
-  command->add_flag("--escape", codec->escape, "Backslash escapes in text values");
+  command->add_flag("--escape", codec.escape, "Backslash escapes in text values");
 }
 
-void AddCalendarWriterOptions(CLI::App* command, CalendarOptions* codec) {
+void AddCalendarWriterOptions(CLI::App* command, phonepim::tool::CalendarOptions* codec) {
   command->add_flag("--holiday", codec->holiday, "Write X-TYPE:HOLIDAY for holidays");
   command->add_flag("--task-local-time", codec->taskLocalTime, "To-dos in local time");
   command->add_flag("--alarm-local-time", codec->alarmLocalTime, "Alarms in local time");
@@ -103,6 +111,47 @@ void AddCalendarWriterOptions(CLI::App* command, CalendarOptions* codec) {
   command->add_flag("--category-words", codec->categoryWords,
                     "Categories written by their words (else only APPOINTMENT, for none)");
   command->add_flag("--reduced", codec->reduced, "No CLASS, CATEGORIES, STATUS or PRIORITY");
+}
+
+void AddCalendarCommands(CLI::App& app, std::string* file, CalendarCommands* c) {
+  CLI::App* calendar = app.add_subcommand("calendar", "A phone's calendar (vCalendar 1.0)");
+  calendar->require_subcommand(1);
+  c->show = calendar->add_subcommand("show", "Summarise every entry, or print them as JSON");
+  c->convert =
+      calendar->add_subcommand("convert", "Write the entries back as vCalendar 1.0, or as JSON");
+  c->check = calendar->add_subcommand(
+      "check", "Report what writing each entry and reading it again would change");
+  for (CLI::App* command : {c->show, c->convert, c->check}) {
+    command
+        ->add_option("FILE", *file,
+                     "vCalendar file (a phone's events and to-dos), or - for standard input")
+        ->required();
+    AddCalendarReadOptions(command, c);
+  }
+  c->show->add_flag("--json", c->json, "The entries as one JSON document");
+  c->convert->add_option("--to", c->convertOptions.format, "Output format")
+      ->required()
+      ->check(CLI::IsMember({"vcs", "json"}));
+  c->convert->add_option("-o,--output", c->convertOptions.output,
+                         "Write to this file (whole or not at all) instead of standard output");
+  AddCalendarWriterOptions(c->convert, &c->convertOptions.codec);
+  AddCalendarWriterOptions(c->check, &c->convertOptions.codec);
+}
+
+// Runs the calendar command given, if one was; nothing otherwise.
+std::optional<int> RunCalendarCommand(const std::string& file, CalendarCommands& c) {
+  using namespace phonepim::tool;
+  if (!c.show->parsed() && !c.convert->parsed() && !c.check->parsed()) return std::nullopt;
+  c.read.imei = phonepim::StringFromASCII(c.imei);
+  // The options hold for the reader too, so they are set before any entry.
+  ApplyCalendarOptions(c.convertOptions.codec);
+  return RunOnFile(file, [&](const std::string& text, const std::string& source) {
+    if (c.show->parsed()) return ShowCalendar(text, source, c.read, c.json, std::cout, std::cerr);
+    if (c.convert->parsed()) {
+      return ConvertCalendar(text, source, c.read, c.convertOptions, std::cout, std::cerr);
+    }
+    return CheckCalendar(text, source, c.read, c.convertOptions.codec, std::cout, std::cerr);
+  });
 }
 
 }  // namespace
@@ -120,6 +169,8 @@ int main(int argc, char** argv) {
       "dump", "Print every property of every object in a versit file, values decoded");
   dump->add_option("FILE", file, "vCard or vCalendar file, or - for standard input")->required();
   dump->add_flag("-q,--quiet", dumpOptions.quiet, "Print only errors and the tally");
+  CalendarCommands calendar;
+  AddCalendarCommands(app, &file, &calendar);
 
   CLI::App* contacts = app.add_subcommand("contacts", "A phone's address book (vCard 2.1)");
   contacts->require_subcommand(1);
@@ -154,32 +205,6 @@ int main(int argc, char** argv) {
   AddWriterOptions(check, &writer);
   AddReadOptions(check, &readOptions, &imei);
 
-  CLI::App* calendar = app.add_subcommand("calendar", "A phone's calendar (vCalendar 1.0)");
-  calendar->require_subcommand(1);
-  const std::string calendarFile = "vCalendar file (a phone's events and to-dos)";
-  phonepim::tool::CalendarConvertOptions calendarOptions;
-  bool strict = false;
-  CLI::App* calendarShow =
-      calendar->add_subcommand("show", "Summarise every entry, or print them as JSON");
-  CLI::App* calendarConvert =
-      calendar->add_subcommand("convert", "Write the entries back as vCalendar 1.0, or as JSON");
-  CLI::App* calendarCheck = calendar->add_subcommand(
-      "check", "Report what writing each entry and reading it again would change");
-  for (CLI::App* command : {calendarShow, calendarConvert, calendarCheck}) {
-    AddFileArgument(command, &file, calendarFile);
-    AddCalendarReaderOptions(command, &calendarOptions.codec);
-    AddStrictOption(command, &strict);
-    AddReadOptions(command, &readOptions, &imei);
-  }
-  calendarShow->add_flag("--json", json, "The entries as one JSON document");
-  calendarConvert->add_option("--to", calendarOptions.format, "Output format")
-      ->required()
-      ->check(CLI::IsMember({"vcs", "json"}));
-  calendarConvert->add_option("-o,--output", calendarOptions.output,
-                              "Write to this file (whole or not at all) instead of standard output");
-  AddCalendarWriterOptions(calendarConvert, &calendarOptions.codec);
-  AddCalendarWriterOptions(calendarCheck, &calendarOptions.codec);
-
   CLI11_PARSE(app, argc, argv);
 
   if (dump->parsed()) {
@@ -187,22 +212,8 @@ int main(int argc, char** argv) {
       return phonepim::tool::DumpVersitText(text, source, dumpOptions, std::cout, std::cerr);
     });
   }
+  if (const std::optional<int> status = RunCalendarCommand(file, calendar)) return *status;
   readOptions.imei = phonepim::StringFromASCII(imei);
-  if (calendar->parsed()) {
-    phonepim::vCard::LenientReading(!strict);
-    phonepim::tool::ApplyCalendarOptions(calendarOptions.codec);
-    return RunOnFile(file, [&](const std::string& text, const std::string& source) {
-      if (calendarShow->parsed()) {
-        return phonepim::tool::ShowCalendar(text, source, readOptions, json, std::cout, std::cerr);
-      }
-      if (calendarConvert->parsed()) {
-        return phonepim::tool::ConvertCalendar(text, source, readOptions, calendarOptions,
-                                               std::cout, std::cerr);
-      }
-      return phonepim::tool::CheckCalendar(text, source, readOptions, calendarOptions.codec,
-                                           std::cout, std::cerr);
-    });
-  }
   // The escape option changes the reader too, so it is set before any card.
   phonepim::tool::ApplyWriterOptions(writer);
   if (show->parsed()) {
