@@ -1,29 +1,22 @@
 #include "phonepim/vcalendar/CalendarEntries.h"
 
-#include <cctype>
+#include "vcalendar/vCalendarText.h"
 
 namespace phonepim {
 namespace {
 
-// "BEGIN:WORD" / "END:WORD" in any case, blanks around the value allowed.
+using vcalendar_text::EqualsIgnoringCase;
+using vcalendar_text::Trim;
+
+// "BEGIN:WORD" / "END:WORD" in any case, blanks around the value allowed;
+// any word when `word` is empty.
 bool IsLine(std::string_view line, std::string_view key, std::string_view word) {
-  while (!line.empty() && (line.back() == '\r' || line.back() == '\n' || line.back() == ' ' ||
-                           line.back() == '\t')) {
-    line.remove_suffix(1);
+  line = Trim(line);
+  if (line.size() <= key.size() || line[key.size()] != ':' ||
+      !EqualsIgnoringCase(line.substr(0, key.size()), key)) {
+    return false;
   }
-  if (line.size() < key.size() + 1) return false;
-  for (std::size_t i = 0; i < key.size(); ++i) {
-    if (std::toupper(static_cast<unsigned char>(line[i])) != key[i]) return false;
-  }
-  if (line[key.size()] != ':') return false;
-  line.remove_prefix(key.size() + 1);
-  while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) line.remove_prefix(1);
-  if (word.empty()) return true;
-  if (line.size() != word.size()) return false;
-  for (std::size_t i = 0; i < word.size(); ++i) {
-    if (std::toupper(static_cast<unsigned char>(line[i])) != word[i]) return false;
-  }
-  return true;
+  return word.empty() || EqualsIgnoringCase(Trim(line.substr(key.size() + 1)), word);
 }
 
 bool IsBlankLine(std::string_view line) {

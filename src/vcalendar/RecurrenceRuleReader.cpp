@@ -1,5 +1,4 @@
 // The recurrence-rule text read into the recurrence model.
-#include <cctype>
 #include <climits>
 #include <optional>
 #include <string_view>
@@ -11,25 +10,17 @@
 #include "phonepim/vcalendar/RecurrenceRule.h"
 #include "phonepim/vcalendar/vCalendar.h"
 #include "vcalendar/RecurrenceRuleForm.h"
+#include "vcalendar/vCalendarText.h"
 
 namespace phonepim {
 namespace {
 
 using namespace recurrence_form;
 
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
-char Upper(char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); }
+using vcalendar_text::IsBlank;
+using vcalendar_text::EqualsIgnoringCase;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-bool SameWordIgnoringCase(std::string_view token, std::string_view word) {
-  if (token.size() != word.size()) return false;
-  for (std::size_t i = 0; i < word.size(); ++i) {
-    if (Upper(token[i]) != word[i]) return false;
-  }
-  return true;
-}
 
 // Digits only, at most nine of them, so that the number fits an int.
 std::optional<int> Number(std::string_view digits) {
@@ -44,7 +35,7 @@ std::optional<int> Number(std::string_view digits) {
 
 int WeekdayOf(std::string_view token) {
   for (int day = 0; day < 7; ++day) {
-    if (SameWordIgnoringCase(token, kWeekdayWords[day])) return day;
+    if (EqualsIgnoringCase(token, kWeekdayWords[day])) return day;
   }
   return -1;
 }
@@ -95,7 +86,7 @@ constexpr FrequencyWord kFrequencyWords[] = {
 std::optional<std::pair<Frequency, int>> FrequencyOf(std::string_view token) {
   for (const FrequencyWord& f : kFrequencyWords) {
     if (token.size() <= f.word.size() ||
-        !SameWordIgnoringCase(token.substr(0, f.word.size()), f.word)) {
+        !EqualsIgnoringCase(token.substr(0, f.word.size()), f.word)) {
       continue;
     }
     const std::optional<int> interval = Number(token.substr(f.word.size()));
@@ -174,7 +165,7 @@ bool ReadList(RuleText& rule, const std::vector<std::string_view>& tokens, std::
         break;
       }
       case Frequency::kMonthlyByDay: {
-        if (SameWordIgnoringCase(token, "LD")) {
+        if (EqualsIgnoringCase(token, "LD")) {
           AddSorted(rule.numbers, -1);
           rule.form |= kLastDayWord;
           break;

@@ -1,5 +1,4 @@
 // The recurrence model written as recurrence-rule text.
-#include <cstdio>
 #include <string>
 
 #include "phonepim/datetime/CalendarDate.h"
@@ -8,6 +7,7 @@
 #include "phonepim/text/NSArrayCustom.h"
 #include "phonepim/vcalendar/RecurrenceRule.h"
 #include "vcalendar/RecurrenceRuleForm.h"
+#include "vcalendar/vCalendarText.h"
 
 namespace phonepim {
 namespace {
@@ -66,20 +66,8 @@ void AppendEndDate(std::string& out, const RecurrenceData& rule) {
     date.date = rule.UntilDate()->date();
     date.timeZone = u"GMT";
   }
-  char text[48];
-  std::snprintf(text, sizeof text, "%04lld%02lld%02lld",
-                static_cast<long long>(date.yearOfCommonEra()),
-                static_cast<long long>(date.monthOfYear()),
-                static_cast<long long>(date.dayOfMonth()));
   out += ' ';
-  out += text;
-  if ((form & kEndDateOnly) == 0) {
-    std::snprintf(text, sizeof text, "T%02lld%02lld%02lld",
-                  static_cast<long long>(date.hourOfDay()),
-                  static_cast<long long>(date.minuteOfHour()),
-                  static_cast<long long>(date.secondOfMinute()));
-    out += text;
-  }
+  out += vcalendar_text::DateTimeText(date, (form & kEndDateOnly) != 0);
   if (!local) out += 'Z';
 }
 

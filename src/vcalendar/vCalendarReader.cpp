@@ -2,10 +2,8 @@
 // classification, and storing each value into the calendar record.
 #include <algorithm>
 #include <cctype>
-#include <climits>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 
@@ -19,16 +17,18 @@
 #include "phonepim/text/NSArrayCustom.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
-#include "phonepim/versit/vParser.h"
 #include "vcalendar/vCalendarReaderInternal.h"
 #include "vcalendar/vCalendarText.h"
+#include "versit/TokenizeObject.h"
 
 namespace phonepim {
 
 namespace {
 
 using Data = vCalendar::vCalendarParseData;
+using vcalendar_text::EqualsIgnoringCase;
 using vcalendar_text::LeadingInt;
+using vcalendar_text::SameWord;
 using vcalendar_text::LenientNames;
 
 struct PropertyName {
@@ -52,17 +52,6 @@ constexpr PropertyName kPropertyNames[] = {
     {"X-TYPE", kvCalPropertyX_TYPE},         {"X-ALLDAY", kvCalPropertyX_ALLDAY},
     {"UID", kvCalPropertyUID},               {"END", kvCalPropertyEND},
 };
-
-bool SameWord(std::string_view word, const char* text, bool anyCase) {
-  std::size_t i = 0;
-  for (; i < word.size(); ++i) {
-    if (text[i] == '\0') return false;
-    const char c =
-        anyCase ? static_cast<char>(std::toupper(static_cast<unsigned char>(text[i]))) : text[i];
-    if (c != word[i]) return false;
-  }
-  return text[i] == '\0';
-}
 
 constexpr std::uint64_t Bit(int id) { return std::uint64_t{1} << id; }
 
@@ -183,13 +172,6 @@ bool IsVersion10(std::string_view value) {
     if (expected == '\0') break;
   }
   return true;
-}
-
-bool EqualsIgnoringCase(std::string_view value, std::string_view word) {
-  return value.size() == word.size() &&
-         std::equal(value.begin(), value.end(), word.begin(), [](char a, char b) {
-           return std::toupper(static_cast<unsigned char>(a)) == b;
-         });
 }
 
 std::optional<CDateTimeNull> NullableDate(std::string_view value) {
@@ -415,21 +397,6 @@ void CorrectAllDayEnd(CCalendar& cal) {
   cal.dtEndComp->date += 86400;
 }
 
-bool FeedAll(VP* parser, const unsigned char* bytes, std::size_t size) {
-  const char* text = reinterpret_cast<const char*>(bytes);
-  do {
-    const std::size_t piece = std::min<std::size_t>(size, INT_MAX);
-    size -= piece;
-    if (CARD_Parse(parser, text, static_cast<int>(piece), size == 0 ? 1 : 0) == 0) return false;
-    text += piece;
-  } while (size != 0);
-  return true;
-}
-
-struct ParserFree {
-  void operator()(VP* parser) const { CARD_ParserFree(parser); }
-};
-
 }  // namespace
 
 int vCalendarPropertyIDOf(const char* name, bool anyCase) {
@@ -445,19 +412,8 @@ void vCalendar::Parse(CCalendar* calendar, const vObject* object) {
   if (calendar != nullptr && object != nullptr) {
     calendar->mVcalID = static_cast<std::uint16_t>(object->objectID());
   }
-  bool parsed = false;
-  {
-    const std::unique_ptr<VP, ParserFree> parser(CARD_ParserCreate());
-    if (!parser) throw std::bad_alloc();
-    CARD_SetUserData(parser.get(), &parseData);
-    CARD_SetPropHandler(parser.get(), &vCalendar::vCalendarPropHandler);
-    CARD_SetDataHandler(parser.get(), &vCalendar::vCalendarDataHandler);
-    if (object != nullptr) {
-      parsed = FeedAll(parser.get(), object->object()->GetData(), object->object()->GetSize());
-    } else {
-      parsed = CARD_Parse(parser.get(), nullptr, 0, 1) != 0;
-    }
-  }
+  const bool parsed = TokenizeObject(object, &parseData, &vCalendar::vCalendarPropHandler,
+                                     &vCalendar::vCalendarDataHandler);
   // A failure inside a callback came first: the tokenizer may have gone on
   // (and even failed) only because the callbacks stopped storing.
   if (parseData.failure) std::rethrow_exception(parseData.failure);

@@ -3,8 +3,11 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
+#include <string>
 #include <string_view>
 
+#include "phonepim/datetime/CalendarDate.h"
 #include "phonepim/vcard/vCard.h"
 
 namespace phonepim::vcalendar_text {
@@ -12,6 +15,41 @@ namespace phonepim::vcalendar_text {
 /// Whether names and parameter words are matched in any case: the lenient
 /// reading of both codecs.
 inline bool LenientNames() { return vCard::sm_fLenientReading; }
+
+inline char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+
+/// `text` equals the upper-case `word` in any case.
+inline bool EqualsIgnoringCase(std::string_view text, std::string_view word) {
+  if (text.size() != word.size()) return false;
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    if (AsciiUpper(text[i]) != word[i]) return false;
+  }
+  return true;
+}
+
+/// The C string `text` begins with `word` (upper case; `text` in any case
+/// when `anyCase`), and equals it when `whole`.
+inline bool SameWord(std::string_view word, const char* text, bool anyCase, bool whole = true) {
+  std::size_t i = 0;
+  for (; i < word.size(); ++i) {
+    if (text[i] == '\0' || (anyCase ? AsciiUpper(text[i]) : text[i]) != word[i]) return false;
+  }
+  return !whole || text[i] == '\0';
+}
+
+/// yyyymmdd, then Thhmmss unless `dateOnly`, of the date's fields in its
+/// own zone.
+inline std::string DateTimeText(const CalendarDate& date, bool dateOnly = false) {
+  char text[96];
+  std::snprintf(text, sizeof text, "%04lld%02lld%02lld", static_cast<long long>(date.yearOfCommonEra()),
+                static_cast<long long>(date.monthOfYear()), static_cast<long long>(date.dayOfMonth()));
+  std::string out = text;
+  if (dateOnly) return out;
+  std::snprintf(text, sizeof text, "T%02lld%02lld%02lld", static_cast<long long>(date.hourOfDay()),
+                static_cast<long long>(date.minuteOfHour()),
+                static_cast<long long>(date.secondOfMinute()));
+  return out + text;
+}
 
 inline bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 

@@ -17,7 +17,9 @@
 namespace phonepim {
 namespace {
 
+using vcalendar_text::EqualsIgnoringCase;
 using vcalendar_text::Field;
+using vcalendar_text::SameWord;
 using vcalendar_text::LenientNames;
 using vcalendar_text::LeadingInt;
 using vcalendar_text::Trim;
@@ -67,17 +69,6 @@ constexpr Word kAttendeeStatusWords[] = {
     {"DECLIENED", ATTENDEE_STATUS_DECLIENED},     {"DELEGATED", ATTENDEE_STATUS_DELEGATED},
 };
 
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (std::toupper(static_cast<unsigned char>(a[i])) !=
-        std::toupper(static_cast<unsigned char>(b[i]))) {
-      return false;
-    }
-  }
-  return true;
-}
-
 // strncmp(text, word, n) == 0 with `text` not terminated: the first n bytes
 // agree, a text shorter than n reading as ended.
 bool SameOver(std::string_view text, std::string_view word, std::size_t n) {
@@ -99,16 +90,6 @@ std::string ParameterRest(const char* name, std::size_t keyLength, const char* v
   std::size_t start = 0;
   while (start < rest.size() && (rest[start] == '=' || rest[start] == ' ')) ++start;
   return std::string(Trim(std::string_view(rest).substr(start)));
-}
-
-bool StartsWith(const char* text, std::string_view key, bool ignoreCase) {
-  for (std::size_t i = 0; i < key.size(); ++i) {
-    if (text[i] == '\0') return false;
-    const char c = ignoreCase ? static_cast<char>(std::toupper(static_cast<unsigned char>(text[i])))
-                              : text[i];
-    if (c != key[i]) return false;
-  }
-  return true;
 }
 
 }  // namespace
@@ -133,7 +114,7 @@ std::optional<CalendarDate> vCalendar::ParseDateTimeComponent(std::string_view t
 }
 
 std::uint32_t vCalendar::ParseCategory(std::string_view word) {
-  if (sm_fAnniversaryConvertToSpecialOccasion && EqualIgnoringCase(word, "SPECIAL OCCASION")) {
+  if (sm_fAnniversaryConvertToSpecialOccasion && EqualsIgnoringCase(word, "SPECIAL OCCASION")) {
     return 2;
   }
   for (const Word& entry : kCategories) {
@@ -170,10 +151,10 @@ std::uint32_t vCalendar::ParseAudioReminderParams(char** params) {
   if (params == nullptr) return bits;
   const bool anyCase = LenientNames();
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
-    if (StartsWith(pair[0], "TYPE", anyCase)) {
+    if (SameWord("TYPE", pair[0], anyCase, false)) {
       const std::string rest = ParameterRest(pair[0], 4, pair[1]);
       bits |= rest == "PCM" ? 16u : rest == "WAVE" ? 32u : rest == "AIFF" ? 64u : 0u;
-    } else if (StartsWith(pair[0], "VALUE", anyCase)) {
+    } else if (SameWord("VALUE", pair[0], anyCase, false)) {
       bits |= ParameterRest(pair[0], 5, pair[1]) == "CONTENT-ID" ? 1u : 0u;
     }
   }
@@ -183,8 +164,8 @@ std::uint32_t vCalendar::ParseAudioReminderParams(char** params) {
 void vCalendar::ParseAttendeesParams(char** params, std::uint32_t* role, std::uint32_t* status) {
   if (params == nullptr) return;
   const bool anyCase = LenientNames();
-  auto same = [anyCase](const char* a, std::string_view b) {
-    return anyCase ? EqualIgnoringCase(a, b) : std::string_view(a) == b;
+  auto same = [anyCase](const char* text, std::string_view word) {
+    return SameWord(word, text, anyCase);
   };
   for (char** pair = params; pair[0] != nullptr; pair += 2) {
     if (pair[1] == nullptr) continue;

@@ -9,6 +9,7 @@
 #include "phonepim/vcalendar/RecurrenceRule.h"
 #include "phonepim/vcalendar/vCalendar.h"
 #include "phonepim/versit/vObject.h"
+#include "vcalendar/vCalendarText.h"
 #include "vcard/vCardWriterText.h"
 
 namespace phonepim {
@@ -21,17 +22,8 @@ void AppendASCII(String& out, const char* text) {
   for (; *text != '\0'; ++text) out += static_cast<char16_t>(static_cast<unsigned char>(*text));
 }
 
-// yyyymmddThhmmss of the date's fields in its own zone.
 void AppendFields(String& out, const CalendarDate& date) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%04lld%02lld%02lldT%02lld%02lld%02lld",
-                static_cast<long long>(date.yearOfCommonEra()),
-                static_cast<long long>(date.monthOfYear()),
-                static_cast<long long>(date.dayOfMonth()),
-                static_cast<long long>(date.hourOfDay()),
-                static_cast<long long>(date.minuteOfHour()),
-                static_cast<long long>(date.secondOfMinute()));
-  AppendASCII(out, text);
+  out += StringFromASCII(vcalendar_text::DateTimeText(date));
 }
 
 CalendarDate InGMT(double instant) { return CalendarDate{instant, GMTTimeZoneName()}; }

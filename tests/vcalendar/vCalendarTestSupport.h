@@ -74,3 +74,99 @@ inline std::string Write(const CCalendar& calendar, unsigned int kind = 1) {
 }
 
 }  // namespace phonepim::testing_vcalendar
+
+#include <cstdio>
+
+#include "phonepim/model/RecurrenceData.h"
+#include "phonepim/vcalendar/RecurrenceRule.h"
+
+namespace phonepim::testing_vcalendar {
+
+/// yyyymmddThhmm of an instant in GMT.
+inline std::string GMTFields(double instant) {
+  const CalendarDate d{instant, u"GMT"};
+  char text[40];
+  std::snprintf(text, sizeof text, "%04lld%02lld%02lldT%02lld%02lld",
+                static_cast<long long>(d.yearOfCommonEra()),
+                static_cast<long long>(d.monthOfYear()), static_cast<long long>(d.dayOfMonth()),
+                static_cast<long long>(d.hourOfDay()), static_cast<long long>(d.minuteOfHour()));
+  return text;
+}
+
+/// What a record holds beyond a new one read from BEGIN:VEVENT, as
+/// "key=value" items separated by "; ": categories in hex (when not 1),
+/// texts, dates in GMT with "Z" for a UTC text form, alarms, attendees,
+/// rules as written back, extension items.
+inline std::string Describe(const CCalendar& c) {
+  std::string out;
+  auto item = [&](const std::string& key, const std::string& value) {
+    out += (out.empty() ? "" : "; ") + key + "=" + value;
+  };
+  auto text = [&](const char* key, const std::optional<String>& v) {
+    if (v) item(key, ToDisplayUTF8(*v));
+  };
+  auto comp = [&](const char* key, const std::optional<CalendarDate>& d, bool utc) {
+    if (d) item(key, GMTFields(d->date) + (utc ? "Z" : ""));
+  };
+  auto date = [&](const char* key, const std::optional<CDateTimeNull>& d) {
+    if (d) item(key, GMTFields(d->date()));
+  };
+  if (c.categories != 1) {
+    char hex[16];
+    std::snprintf(hex, sizeof hex, "%x", c.categories);
+    item("cat", hex);
+  }
+  if (c.classification != 0) item("class", std::to_string(c.classification));
+  if (c.priority != 0) item("prio", std::to_string(c.priority));
+  if (c.status != 10) item("status", std::to_string(c.status));
+  if (c.bIsAllDay) item("allday", "1");
+  if (c.bIsHoliday) item("holiday", "1");
+  text("summary", c.strSummary);
+  text("desc", c.strDescription);
+  text("loc", c.strLocation);
+  text("account", c.Account);
+  text("accountN", c.AccountName);
+  text("accountType", c.AccountType);
+  text("uid", c.UID);
+  text("lmt", c.LMT);
+  comp("modified", c.dtModifiedComp, c.isdtModifiedisUTC);
+  comp("start", c.dtStartComp, c.isdtStartisUTC);
+  comp("end", c.dtEndComp, c.isdtEndisUTC);
+  comp("due", c.dtDueComp, c.isdtDueisUTC);
+  date("created", c.dtCreate);
+  date("completed", c.dtCompleted);
+  if (const auto& tz = c.TimeZoneInfo) {
+    text("tz", tz->mTimezone);
+    if (tz->Bias) item("bias", std::to_string(tz->Bias->GetTotalMinutes()));
+    if (tz->DaylightBias) item("dlbias", std::to_string(tz->DaylightBias->GetTotalMinutes()));
+    if (tz->DaylightBegin) item("dlbegin", GMTFields(tz->DaylightBegin->date()));
+    if (tz->DaylightEnd) item("dlend", GMTFields(tz->DaylightEnd->date()));
+    text("std", tz->StandardName);
+    text("dl", tz->DaylightName);
+  }
+  for (int i = 0; i < c.GetAlarmcount(); ++i) {
+    const CReminder* a = c.GetAlarm(i);
+    item("alarm", (a->RunTime() ? GMTFields(a->RunTime()->date()) : "-") + "/" +
+                      std::to_string(a->Type()) + "/" + std::to_string(a->ValueType()) +
+                      (c.isdtRecurrenceisUTC ? "Z" : ""));
+  }
+  for (int i = 0; i < c.GetAttendeecount(); ++i) {
+    const CAttendee* a = c.GetAttendee(i);
+    item("attendee", ToDisplayUTF8(a->Data()) + "/" + std::to_string(a->mRole_t()) + "/" +
+                         std::to_string(a->mStatus_t()));
+  }
+  for (int i = 0; i < c.GetRecurrencecount(); ++i) {
+    const RecurrenceData* r = c.GetRecurrence(i)->GetRecurrenceData();
+    item("rrule", r ? ToDisplayUTF8(RecurrenceRuleText(*r, 1)) : "-");
+  }
+  if (c.ExceptRule) {
+    const RecurrenceData* r = c.ExceptRule->GetRecurrenceData();
+    item("xrule", r ? ToDisplayUTF8(RecurrenceRuleText(*r, 1)) : "-");
+  }
+  for (int i = 0; i < c.GetXItemCount(); ++i) {
+    item("x:" + ToDisplayUTF8(c.GetXItem(i)->Name()), ToDisplayUTF8(c.GetXItem(i)->Data()));
+  }
+  return out;
+}
+
+}  // namespace phonepim::testing_vcalendar
