@@ -1,6 +1,7 @@
 #include "CalendarShow.h"
 
 #include <ostream>
+#include <set>
 
 #include "CalendarJson.h"
 #include "ObjectReport.h"
@@ -139,8 +140,14 @@ void WriteCalendarSummary(const Json& e, std::ostream& out) {
   date("completed", e["completed"]);
   text("last modified", e["lastModified"]);
   text("account", e["account"]);
+  // The lenient reader keeps these both in their field and as an item, for
+  // the writer, which has no line of its own for them; the field says it.
+  static const std::set<std::string> kShownByField = {
+      "TZ",    "DAYLIGHT", "DTCREATE",  "LAST-MODIFIED", "COMPLETED",     "UID",
+      "XRULE", "X-TYPE",   "X-ACCOUNT", "X-ACCOUNT-N",   "X-ACCOUNT-TYPE"};
   for (const Json& x : e["extensions"]) {
-    line("extension", x["name"].get<std::string>() + ": " + x["value"].get<std::string>());
+    const std::string name = x["name"];
+    if (kShownByField.count(name) == 0) line("extension", name + ": " + x["value"].get<std::string>());
   }
 }
 
