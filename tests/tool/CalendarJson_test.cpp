@@ -110,6 +110,9 @@ TEST(calendar_check, losses_and_changes_by_design) {
   words.categoryWords = true;
   CalendarOptions reduced = words;
   reduced.reduced = true;
+  CalendarOptions biased;
+  biased.timezoneBias = 540;
+  const Json tz = {{"name", "TZ"}, {"value", "+09:00"}};
   const unsigned int kEvent = 1;
   const struct {
     const char* path;
@@ -142,6 +145,9 @@ TEST(calendar_check, losses_and_changes_by_design) {
       {"alarms[0]", Json::object(), nullptr, kEvent, false, plain, nullptr},
       {"alarms[0].type", "PCM", nullptr, kEvent, false, plain, "only the alarm's time written"},
       {"alarms[0].runTime", "2026-12-08T09:50:00Z", nullptr, kEvent, false, plain, nullptr},
+      {"extensions", nullptr, tz, kEvent, false, biased, "TZ written from --timezone-bias as well"},
+      {"extensions", nullptr, tz, kEvent, false, plain, nullptr},
+      {"extensions", tz, nullptr, kEvent, false, biased, nullptr},
   };
   for (const auto& row : rows) {
     const char* reason =

@@ -2,6 +2,7 @@
 
 #include <phonepim/vcalendar/vCalendar.h>
 
+#include <algorithm>
 #include <ostream>
 #include <vector>
 
@@ -35,6 +36,22 @@ bool Within(const std::string& path, const std::string& field) {
          (path.size() == field.size() || path[field.size()] == '.' || path[field.size()] == '[');
 }
 
+// The items of `a` that `b` lacks, each item of `b` matching once. The
+// extension items are compared as a bag: the writer puts its own lines (TZ)
+// among them, and their order carries nothing.
+std::vector<Json> Missing(const Json& a, Json b) {
+  std::vector<Json> missing;
+  for (const Json& item : a) {
+    const auto found = std::find(b.begin(), b.end(), item);
+    if (found == b.end()) {
+      missing.push_back(item);
+    } else {
+      b.erase(found);
+    }
+  }
+  return missing;
+}
+
 struct CheckTally {
   std::size_t unchanged = 0;
   std::size_t byDesignOnly = 0;
@@ -52,6 +69,10 @@ const char* ByDesignReason(const std::string& path, const Json& before, const Js
     const std::string a = before.get<std::string>();
     const std::string b = after.get<std::string>();
     if (a + "Z" == b || a == b + "Z") return "UTC or local time by the writer's options";
+  }
+  if (Within(path, "extensions") && options.timezoneBias != 0 && before.is_null() &&
+      after.is_object() && after["name"] == "TZ") {
+    return "TZ written from --timezone-bias as well";
   }
   // Fields no property of the writer carries.
   for (const char* field : {"uid", "created", "completed", "lastModified", "timeZone",
@@ -87,7 +108,7 @@ int CheckCalendar(const std::string& text, const std::string& sourceName,
       [&](const EntryInFile& entry, const CCalendar& calendar) {
         const std::size_t number = entry.object.index + 1;
         const std::size_t line = entry.entry.span.firstLine;
-        const Json before = CalendarToJson(calendar, entry.kind, number, line, readOptions.imei);
+        Json before = CalendarToJson(calendar, entry.kind, number, line, readOptions.imei);
         const std::string written = GenerateCalendar(calendar, entry.kind, options.reduced);
         std::string error;
         const std::unique_ptr<CCalendar> again =
@@ -99,15 +120,27 @@ int CheckCalendar(const std::string& text, const std::string& sourceName,
         } else {
           const unsigned int kindAgain =
               CalendarKind(*again, entry.kind == vCalendar::kKindToDo);
-          const Json after = CalendarToJson(*again, kindAgain, number, line, readOptions.imei);
-          for (std::string& difference : JsonDifferences(before, after)) {
-            const std::string path = difference.substr(0, difference.find(": "));
-            if (const char* reason = ByDesignReason(path, At(before, path), At(after, path),
-                                                    entry.kind, calendar.bIsAllDay, options)) {
+          Json after = CalendarToJson(*again, kindAgain, number, line, readOptions.imei);
+          const auto sort = [&](const std::string& path, const Json& was, const Json& is,
+                                std::string difference) {
+            if (const char* reason =
+                    ByDesignReason(path, was, is, entry.kind, calendar.bIsAllDay, options)) {
               byDesign.push_back(difference + " (" + reason + ")");
             } else {
               lost.push_back(std::move(difference));
             }
+          };
+          for (const Json& item : Missing(before["extensions"], after["extensions"])) {
+            sort("extensions", item, nullptr, "extensions: lost " + item.dump());
+          }
+          for (const Json& item : Missing(after["extensions"], before["extensions"])) {
+            sort("extensions", nullptr, item, "extensions: added " + item.dump());
+          }
+          before.erase("extensions");
+          after.erase("extensions");
+          for (std::string& difference : JsonDifferences(before, after)) {
+            const std::string path = difference.substr(0, difference.find(": "));
+            sort(path, At(before, path), At(after, path), std::move(difference));
           }
         }
         if (lost.empty() && byDesign.empty()) {

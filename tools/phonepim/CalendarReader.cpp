@@ -109,7 +109,7 @@ int ForEachCalendar(const std::string& text, const std::string& sourceName,
   }
   std::unique_ptr<CCalendar> calendar;
   return ForEachObject(
-      objects, sourceName, options, {"entries", "entry"}, err,
+      objects, sourceName, options, {"entries", "entry", "entries"}, err,
       [&](const ObjectInFile& object, std::string* error) {
         // The entry's number is its record number, so record IDs follow the
         // file.

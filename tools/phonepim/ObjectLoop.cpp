@@ -104,7 +104,8 @@ int ForEachObject(const std::vector<ObjectInFile>& objects, const std::string& s
   }
   progress.Clear();
   if (options.verbose && slowestObject) {
-    err << sourceName << ": " << Counted(readCount, nouns.unit) << " read in "
+    err << sourceName << ": " << readCount << ' ' << (readCount == 1 ? nouns.one : nouns.many)
+        << " read in "
         << std::chrono::duration<double, std::milli>(total).count() << " ms, the slowest "
         << ShortObjectHeading(sourceName, slowestObject->index, *slowestObject->span)
                .substr(sourceName.size() + 2)

@@ -33,8 +33,9 @@ struct ObjectInFile {
 
 /// The names the walk uses for what it reads.
 struct ObjectNouns {
-  const char* progress;  ///< "contacts", on the progress line
-  const char* unit;      ///< "card", in the verbose closing line
+  const char* progress;  ///< "entries", on the progress line
+  const char* one;       ///< "entry", in the verbose closing line
+  const char* many;      ///< "entries"
 };
 
 /// Calls `read` for every object not skipped, timing it; `read` returns
