@@ -11,6 +11,7 @@
 namespace phonepim::tool {
 namespace {
 
+constexpr unsigned int kKindAppointment = 1;
 constexpr std::uint32_t kCategoryAnniversary = 0x2;
 constexpr std::uint32_t kCategoryHoliday = 0x4;
 constexpr const char* kNotACalendar = "not a vCalendar, skipped";
@@ -59,7 +60,7 @@ unsigned int CalendarKind(const CCalendar& calendar, bool todo) {
   if (calendar.bIsHoliday || (calendar.categories & kCategoryHoliday) != 0) {
     return vCalendar::kKindHoliday;
   }
-  return 1;
+  return kKindAppointment;
 }
 
 std::unique_ptr<CCalendar> ParseCalendar(std::string_view text, std::uint16_t vcalID) {

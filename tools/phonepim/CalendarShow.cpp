@@ -147,7 +147,13 @@ void WriteCalendarSummary(const Json& e, std::ostream& out) {
       "XRULE", "X-TYPE",   "X-ACCOUNT", "X-ACCOUNT-N",   "X-ACCOUNT-TYPE"};
   for (const Json& x : e["extensions"]) {
     const std::string name = x["name"];
-    if (kShownByField.count(name) == 0) line("extension", name + ": " + x["value"].get<std::string>());
+    const std::string value = x["value"];
+    if (name == "RRULE") {
+      // A rule the model cannot hold, kept as the phone wrote it.
+      line("repeats", value + " (kept as written)");
+    } else if (kShownByField.count(name) == 0) {
+      line("extension", name + ": " + value);
+    }
   }
 }
 

@@ -17,7 +17,7 @@ namespace phonepim::tool {
 
 /// What the reading commands share.
 struct ReadOptions {
-  String imei;           ///< ends every record ID ("%016d-Contact-IMEI")
+  String imei;           ///< part of every record ID
   bool quiet = false;    ///< no progress line, no tally, no per-object output
   bool verbose = false;  ///< how long each object took, the slowest one
 };
