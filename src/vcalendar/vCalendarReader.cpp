@@ -1,6 +1,7 @@
 // vCalendar::Parse and the two tokenizer callbacks: property and parameter
 // classification, and storing each value into the calendar record.
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstring>
 #include <memory>
@@ -117,8 +118,10 @@ void ClassifyProperty(Data& d, const char* name, char** params) {
   if (params != nullptr) {
     for (char** pair = params; pair[0] != nullptr; pair += 2) {
       if (ClassifyEncodingWord(d, pair[0], pair[1], lenient) || !lenient) continue;
+      // Empty names and values are what the tokenizer refuses: not kept.
+      if (pair[0][0] == '\0') continue;
       d.itemName.append(";").append(pair[0]);
-      if (pair[1] != nullptr) d.itemName.append("=").append(pair[1]);
+      if (pair[1] != nullptr && pair[1][0] != '\0') d.itemName.append("=").append(pair[1]);
     }
   }
   if (d.propertyID == kvCalPropertyAALARM) {
@@ -158,9 +161,15 @@ std::optional<String> WithNewlines(std::optional<String> text) {
   return text;
 }
 
+// A name is UTF-8 when it can be, so that one written back reads the same.
+String ItemName(const Data& d) {
+  return StringFromUTF8(d.itemName).value_or(StringFromASCII(d.itemName));
+}
+
 void KeepAsItem(Data& d, std::string_view value) {
+  if (d.itemName.empty()) return;  // no name to write it back under
   const std::optional<String> text = DecodeText(d, value);
-  d.pCalendar->NewXItem(StringFromASCII(d.itemName), text.value_or(String()), 0, -1);
+  d.pCalendar->NewXItem(ItemName(d), text.value_or(String()), 0, -1);
 }
 
 // "1.0" compared over the value's length, in any case.
@@ -220,8 +229,10 @@ void StoreRule(Data& d, std::string_view value, bool exceptRule) {
   }
   const bool held = vCalendar::ParseRecurrence(value, rule.get());
   if (!held && LenientNames()) {
-    // The model has no place for this rule: kept as written.
-    cal.NewXItem(StringFromASCII(d.itemName), StringFromUTF8(value).value_or(StringFromASCII(value)),
+    // The model has no place for this rule: kept as written (an XRULE is
+    // kept so whatever it holds, see kKeptAsWell).
+    if (exceptRule) return;
+    cal.NewXItem(ItemName(d), StringFromUTF8(value).value_or(StringFromASCII(value)),
                  0, -1);
     return;
   }
@@ -230,6 +241,17 @@ void StoreRule(Data& d, std::string_view value, bool exceptRule) {
   } else {
     cal.addRecurrence(std::move(rule));
   }
+}
+
+// Lenient reading keeps a date it cannot read as an item, and the next
+// one of its name may still fill the field.
+void StoreDate(Data& d, std::string_view v, std::optional<CalendarDate>& field, bool& isUTC) {
+  std::optional<CalendarDate> date = vCalendar::ParseDateTimeComponent(v, &isUTC);
+  if (!date && LenientNames()) {
+    d.seen &= ~Bit(d.propertyID);
+    return KeepAsItem(d, v);
+  }
+  field = std::move(date);
 }
 
 void StoreValue(Data& d, std::string_view v) {
@@ -285,13 +307,13 @@ void StoreValue(Data& d, std::string_view v) {
       cal.dtModifiedComp = vCalendar::ParseDateTimeComponent(v, &cal.isdtModifiedisUTC);
       break;
     case kvCalPropertyDTSTART:
-      cal.dtStartComp = vCalendar::ParseDateTimeComponent(v, &cal.isdtStartisUTC);
+      StoreDate(d, v, cal.dtStartComp, cal.isdtStartisUTC);
       break;
     case kvCalPropertyDTEND:
-      cal.dtEndComp = vCalendar::ParseDateTimeComponent(v, &cal.isdtEndisUTC);
+      StoreDate(d, v, cal.dtEndComp, cal.isdtEndisUTC);
       break;
     case kvCalPropertyDUE:
-      cal.dtDueComp = vCalendar::ParseDateTimeComponent(v, &cal.isdtDueisUTC);
+      StoreDate(d, v, cal.dtDueComp, cal.isdtDueisUTC);
       break;
     case kvCalPropertySUMMARY:
       cal.strSummary = WithNewlines(DecodeEscapedText(d, v));
@@ -401,7 +423,23 @@ void CorrectAllDayEnd(CCalendar& cal) {
 
 int vCalendarPropertyIDOf(const char* name, bool anyCase) {
   if (name == nullptr) return kvCalPropertyUnknown;
-  for (const PropertyName& entry : kPropertyNames) {
+  // The names by first letter: a name is compared with at most five.
+  static constexpr auto kByLetter = [] {
+    std::array<std::array<std::int8_t, 6>, 26> table{};
+    for (auto& row : table) row.fill(-1);
+    for (std::size_t i = 0; i < std::size(kPropertyNames); ++i) {
+      auto& row = table[static_cast<std::size_t>(kPropertyNames[i].name[0] - 'A')];
+      std::size_t slot = 0;
+      while (row[slot] != -1) ++slot;
+      row[slot] = static_cast<std::int8_t>(i);
+    }
+    return table;
+  }();
+  const char first = anyCase ? vcalendar_text::AsciiUpper(name[0]) : name[0];
+  if (first < 'A' || first > 'Z') return kvCalPropertyUnknown;
+  for (const std::int8_t i : kByLetter[static_cast<std::size_t>(first - 'A')]) {
+    if (i < 0) break;
+    const PropertyName& entry = kPropertyNames[static_cast<std::size_t>(i)];
     if (SameWord(entry.name, name, anyCase)) return entry.id;
   }
   return kvCalPropertyUnknown;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <string_view>
 
@@ -39,17 +38,7 @@ inline bool SameWord(std::string_view word, const char* text, bool anyCase, bool
 
 /// yyyymmdd, then Thhmmss unless `dateOnly`, of the date's fields in its
 /// own zone.
-inline std::string DateTimeText(const CalendarDate& date, bool dateOnly = false) {
-  char text[96];
-  std::snprintf(text, sizeof text, "%04lld%02lld%02lld", static_cast<long long>(date.yearOfCommonEra()),
-                static_cast<long long>(date.monthOfYear()), static_cast<long long>(date.dayOfMonth()));
-  std::string out = text;
-  if (dateOnly) return out;
-  std::snprintf(text, sizeof text, "T%02lld%02lld%02lld", static_cast<long long>(date.hourOfDay()),
-                static_cast<long long>(date.minuteOfHour()),
-                static_cast<long long>(date.secondOfMinute()));
-  return out + text;
-}
+std::string DateTimeText(const CalendarDate& date, bool dateOnly = false);
 
 inline bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "datetime/Gregorian.h"
+#include "phonepim/datetime/DateComponents.h"
 #include "phonepim/datetime/TimeZones.h"
 #include "phonepim/encoding/Encoding.h"
 #include "phonepim/model/CAttendee.h"
@@ -30,15 +32,23 @@ struct Fields {
 };
 
 // yyyymmdd, then "T" and hhmmss, each read as an integer; nothing for a
-// date of 0. The seconds are never kept: phones do not set them.
+// date of 0 or out of range. The seconds are never kept: phones do not set them.
 std::optional<Fields> DateTimeFields(std::string_view text) {
   const std::int64_t date = LeadingInt(text);
   if (date == 0) return std::nullopt;
   std::int64_t time = 0;
   const std::size_t t = text.find('T');
   if (t != std::string_view::npos) time = LeadingInt(text.substr(t + 1));
-  return Fields{date / 10000, date / 100 % 100, date % 100, time / 10000, time / 100 % 100,
-                text.find('Z') != std::string_view::npos};
+  const Fields f{date / 10000, date / 100 % 100, date % 100, time / 10000, time / 100 % 100,
+                 text.find('Z') != std::string_view::npos};
+  // A date the text form cannot hold (year 0, month 0, a year past 9999 or
+  // before the era, a time past 24:59) is no date: it could only be
+  // written back as another.
+  if (f.year < 1 || f.year > 9999 || f.month < 1 || f.month > 12 || f.day < 1 || f.day > 31 ||
+      f.hour < 0 || f.hour > 24 || f.minute < 0 || f.minute > 59) {
+    return std::nullopt;
+  }
+  return f;
 }
 
 struct Word {
@@ -97,6 +107,15 @@ std::string ParameterRest(const char* name, std::size_t keyLength, const char* v
 std::optional<CDateTime> vCalendar::ParseDateTime(std::string_view text) {
   const std::optional<Fields> f = DateTimeFields(text);
   if (!f) return std::nullopt;
+  if (!f->utc && !sm_fUseLocalTime) {
+    // What SetYear and SystemTime below make of it: the fields read as GMT
+    // and a GMT value at that instant, with one calendar computation
+    // instead of three.
+    const DateComponents comps = MakeDateComponents(f->year, f->month, f->day, f->hour,
+                                                    f->minute, 0);
+    return CDateTime(gregorian::DateInZone(comps, GMTTimeZoneName()),
+                     CDateTime::kTimeZoneTypeGMT);
+  }
   CDateTime value(0.0, CDateTime::kTimeZoneTypeLocal);
   value.SetYear(static_cast<int>(f->year), static_cast<int>(f->month), static_cast<int>(f->day),
                 static_cast<int>(f->hour), static_cast<int>(f->minute), 0);
@@ -178,25 +197,59 @@ void vCalendar::ParseAttendeesParams(char** params, std::uint32_t* role, std::ui
 }
 
 CDateTimeSpan vCalendar::ParseBias(std::string_view text) {
-  const std::int64_t hours = LeadingInt(text);
+  std::int64_t hours = LeadingInt(text);
   std::int64_t minutes = 0;
   if (const std::size_t colon = text.find(':'); colon != std::string_view::npos) {
     minutes = LeadingInt(text.substr(colon + 1));
   }
   if (hours < 0) minutes = -minutes;
+  // No zone is a million hours off; the bound keeps the arithmetic exact.
+  constexpr std::int64_t kLimit = 1'000'000;
+  hours = std::clamp(hours, -kLimit, kLimit);
+  minutes = std::clamp(minutes, -kLimit, kLimit);
   return CDateTimeSpan(static_cast<double>((hours * 60 + minutes) * 60));
 }
 
 CTimeZoneInfo vCalendar::ParseTimeZone(std::string_view text) {
+  // Naming a custom zone costs ICU a number parser; a phone sends the same
+  // TZ with every entry, so the last answer is kept.
+  thread_local std::string lastText;
+  thread_local String lastZone;
+  const std::string_view trimmed = Trim(text);
+  if (lastZone.empty() || trimmed != lastText) {
+    const String name = u"GMT" + StringFromASCII(trimmed);
+    lastZone = TimeZoneWithName(name).value_or(name);
+    lastText.assign(trimmed);
+  }
   CTimeZoneInfo info;
-  const String name = u"GMT" + StringFromASCII(Trim(text));
-  info.mTimezone = TimeZoneWithName(name).value_or(name);
+  info.mTimezone = lastZone;
   info.Bias = ParseBias(text);
   return info;
 }
 
 void vCalendar::ParseDaylight(std::string_view text, int charset, int encoding,
                               CTimeZoneInfo* info) {
+  // Phones repeat the same DAYLIGHT lines in every entry, and each costs
+  // four calendar computations: the last one read is kept, with all that
+  // its dates depend on.
+  struct Memo {
+    std::string text;
+    int charset = 0, encoding = 0;
+    bool localTime = false;
+    String zone;
+    CTimeZoneInfo info;
+  };
+  thread_local Memo memo;
+  const String zone = DefaultTimeZoneName();
+  if (!memo.zone.empty() && memo.text == text && memo.charset == charset &&
+      memo.encoding == encoding && memo.localTime == sm_fUseLocalTime && memo.zone == zone) {
+    info->DaylightBias = memo.info.DaylightBias;
+    info->DaylightBegin = memo.info.DaylightBegin;
+    info->DaylightEnd = memo.info.DaylightEnd;
+    info->StandardName = memo.info.StandardName;
+    info->DaylightName = memo.info.DaylightName;
+    return;
+  }
   std::size_t i = 0;
   Field(text, i);  // TRUE or FALSE: the dates say it already
   info->DaylightBias = ParseBias(Field(text, i));
@@ -208,6 +261,7 @@ void vCalendar::ParseDaylight(std::string_view text, int charset, int encoding,
                               encoding);
   info->DaylightName = Decode(daylight.data(), static_cast<int>(daylight.size()), charset,
                               encoding);
+  memo = Memo{std::string(text), charset, encoding, sm_fUseLocalTime, zone, *info};
 }
 
 CReminder vCalendar::ParseReminder(std::string_view text, bool* isUTC) {

@@ -28,12 +28,29 @@ void AppendFields(String& out, const CalendarDate& date) {
 
 CalendarDate InGMT(double instant) { return CalendarDate{instant, GMTTimeZoneName()}; }
 
+// The quoted-printable form of a value. A TAB is escaped too: left
+// literal, one that starts a line after a soft break would read as folding
+// and vanish.
+String Encoded(const String& text) {
+  String encoded = EncodeText(text, false);
+  if (encoded.find(u'\t') == String::npos || !IsQuotedPrintable(encoded)) return encoded;
+  String out;
+  for (char16_t c : encoded) {
+    if (c == u'\t') {
+      out += u"=09";
+    } else {
+      out += c;
+    }
+  }
+  return out;
+}
+
 // A text value: quoted-printable with its parameters when encoding changed
 // it. The backslash escapes are never written here, whatever the escape
 // option says: phones read vCalendar text values without them.
 void AddText(String& out, std::u16string_view name, const std::optional<String>& text) {
   if (!text || text->empty()) return;
-  const String encoded = EncodeText(*text, false);
+  const String encoded = Encoded(*text);
   vCalendar::AddItem(out, name,
                      IsQuotedPrintable(encoded) ? String(vCalendar::szParams_QPEncodedUTF8)
                                                 : String(),
@@ -214,7 +231,7 @@ void vCalendar::AddAttendees(String& out, const CCalendar& cal) {
     params += u";STATUS=";
     params += attendee->mStatus_t() < std::size(kStatusWords) ? kStatusWords[attendee->mStatus_t()]
                                                               : kStatusWords[0];
-    const String encoded = EncodeText(attendee->Data(), false);
+    const String encoded = Encoded(attendee->Data());
     if (IsQuotedPrintable(encoded)) params += szParams_QPEncodedUTF8;
     AddItem(out, u"ATTENDEE", params, encoded);
   }
@@ -230,7 +247,7 @@ void vCalendar::addattendees(String& out, const CCalendar& cal) {
       const String* text = found == attendee->end() ? nullptr : found->second.getIf<String>();
       if (text == nullptr || text->empty()) continue;
       String params = u";ROLE=ATTENDEE;STATUS=NEEDS ACTION";
-      const String encoded = EncodeText(*text, false);
+      const String encoded = Encoded(*text);
       if (IsQuotedPrintable(encoded)) params += szParams_QPEncodedUTF8;
       AddItem(out, u"ATTENDEE", params, encoded);
       break;

@@ -4,12 +4,8 @@
 
 #include <string>
 
-#include "datetime/DateTimeFixtures.h"
-#include "phonepim/model/CRecurrence.h"
-#include "phonepim/model/RecurrenceData.h"
-#include "phonepim/platform/String.h"
 #include "phonepim/text/NSArrayCustom.h"
-#include "phonepim/vcalendar/RecurrenceRule.h"
+#include "vcalendar/vCalendarTestSupport.h"
 
 namespace phonepim {
 namespace {
@@ -37,17 +33,7 @@ std::string Describe(const CRecurrence& rule) {
   if (auto* m = dynamic_cast<const MonthlyByDayData*>(r)) out += List("md", m->ArrayMonthday());
   if (auto* y = dynamic_cast<const YearlyByMonthData*>(r)) out += List("m", y->ArrayMonth());
   if (auto* y = dynamic_cast<const YearlyByDayData*>(r)) out += List("yd", y->ArrayYearday());
-  if (r->UntilDate()) {
-    const CalendarDate until{r->UntilDate()->date(), u"GMT"};
-    char text[32];
-    std::snprintf(text, sizeof text, " until=%04lld%02lld%02lldT%02lld%02lld",
-                  static_cast<long long>(until.yearOfCommonEra()),
-                  static_cast<long long>(until.monthOfYear()),
-                  static_cast<long long>(until.dayOfMonth()),
-                  static_cast<long long>(until.hourOfDay()),
-                  static_cast<long long>(until.minuteOfHour()));
-    out += text;
-  }
+  if (r->UntilDate()) out += " until=" + testing_vcalendar::GMTFields(r->UntilDate()->date());
   if (r->WeeklyDayType() != 0) out += " form=" + std::to_string(r->WeeklyDayType());
   return out;
 }
@@ -126,7 +112,7 @@ constexpr Row kRows[] = {
 };
 
 class RecurrenceRuleRows : public ::testing::TestWithParam<Row> {
-  testing::ScopedDefaultZone zone_{"UTC"};
+  testing_vcalendar::ScopedCalendarDefaults defaults_;
 };
 
 TEST_P(RecurrenceRuleRows, ReadsTheModelAndWritesTheRuleBack) {

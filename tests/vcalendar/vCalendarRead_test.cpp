@@ -37,7 +37,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         ReadRow{false, "DTSTART:20090221T103000Z\r\nDTEND:20090221T113059\r\nDUE:20090222\r\n",
                 "start=20090221T1030Z; end=20090221T1130; due=20090222T0000"},
-        ReadRow{false, "DTSTART:0\r\nDTEND:junk\r\n", ""},
+        ReadRow{false, "DTSTART:0\r\nDTEND:junk\r\nDUE:20091301\r\nDTCREATE:00001231\r\n", ""},
         ReadRow{false, "CATEGORIES:BUSINESS; MEETING \r\n", "cat=500"},
         ReadRow{false, "CATEGORIES:business\r\n", "cat=0"},  // words are exact
         ReadRow{false, "CATEGORIES:SPECIAL OCCASION;NOCATEGORY\r\n", "cat=204000"},
@@ -84,10 +84,11 @@ INSTANTIATE_TEST_SUITE_P(
                 "summary=lower; start=20090221T1030Z"},
         ReadRow{true, "X-FOO;TYPE=A;CHARSET=UTF-8:bar\r\nX-EMPTY:\r\nTRANSP:0\r\n",
                 "x:X-FOO;TYPE=A=bar; x:X-EMPTY=; x:TRANSP=0"},
+        ReadRow{true, "X-\xe9:1\r\nX-\xc3\xa9:2\r\n", "x:X-é=1; x:X-é=2"},
         ReadRow{true, "SUMMARY:one\r\nSUMMARY:two\r\nPRIORITY:1\r\nPRIORITY:2\r\n",
                 "prio=1; summary=one; x:SUMMARY=two; x:PRIORITY=2"},
-        ReadRow{true, "RRULE:D1 1200\r\nRRULE:W1 TU #0\r\n",
-                "rrule=W1 TU #0; x:RRULE=D1 1200"},
+        ReadRow{true, "RRULE:D1 1200\r\nRRULE:W1 TU #0\r\nXRULE:D1 1200\r\n",
+                "rrule=W1 TU #0; x:RRULE=D1 1200; x:XRULE=D1 1200"},
         ReadRow{true, "RRULE;ENCODING=QUOTED-PRINTABLE:W1=20MO=20#0\r\n", "rrule=W1 MO #0"},
         ReadRow{true, "CATEGORIES:MEETING;X-FOO\r\nCATEGORIES:BUSINESS\r\n",
                 "cat=500; x:CATEGORIES=X-FOO"},
@@ -97,6 +98,8 @@ INSTANTIATE_TEST_SUITE_P(
         ReadRow{true, "SUMMARY;CHARSET=ISO-8859-1:caf\xe9\r\n", "summary=café"},
         ReadRow{true, "LOCATION;encoding=quoted-printable;charset=utf-8:=C3=A9\r\n",
                 "loc=é"},
+        ReadRow{true, "DUE:x\r\nDUE:20090221T000000Z\r\nDUE:y\r\n",
+                "due=20090221T0000Z; x:DUE=x; x:DUE=y"},
         ReadRow{true, "X-ALLDAY:SET\r\nDTEND:20090221T000000\r\n",
                 "allday=1; end=20090222T0000"}));
 
@@ -184,15 +187,6 @@ TEST(vcalendar_property_handler, classifies_charset_encoding_and_name) {
     EXPECT_EQ(d.charset, row.charset) << row.params[0];
     EXPECT_EQ(d.encoding, row.encoding) << row.params[0];
   }
-}
-
-TEST(vcalendar_property_handler, names_are_exact_unless_lenient) {
-  ScopedCalendarDefaults defaults;
-  EXPECT_EQ(vCalendarPropertyIDOf("LAST-MODIFIED", false), kvCalPropertyLAST_MODIFIED);
-  EXPECT_EQ(vCalendarPropertyIDOf("X-ACCOUNT-N", false), kvCalPropertyACCOUNT_N);
-  EXPECT_EQ(vCalendarPropertyIDOf("Uid", false), kvCalPropertyUnknown);
-  EXPECT_EQ(vCalendarPropertyIDOf("Uid", true), kvCalPropertyUID);
-  EXPECT_EQ(vCalendarPropertyIDOf("UIDX", true), kvCalPropertyUnknown);
 }
 
 }  // namespace

@@ -45,7 +45,8 @@ TEST(vcalendar_values, rev_of_a_vcard_through_the_date_time_reader) {
 
 TEST(vcalendar_values, bias_in_minutes) {
   const std::pair<const char*, int> rows[] = {
-      {"+09", 540}, {"-05:30", -330}, {"+05:45", 345}, {"-00:30", 30}, {"", 0}};
+      {"+09", 540}, {"-05:30", -330}, {"+05:45", 345}, {"-00:30", 30}, {"", 0},
+      {"+2777777777777777777", 60000000}};  // bounded, not overflowing
   for (const auto& [text, minutes] : rows) {
     EXPECT_EQ(vCalendar::ParseBias(text).GetTotalMinutes(), minutes) << text;
   }

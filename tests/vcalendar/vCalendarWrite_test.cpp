@@ -174,6 +174,7 @@ TEST_F(vcalendar_write, line_helpers) {
   vCalendar::AddItem(out, u"A", String(), String());
   vCalendar::AddItem(out, u"B", std::nullopt, String(u"1"));
   vCalendar::AddSummary(out, String());
+  vCalendar::AddDescription(out, u"a\tb c");  // a TAB after a soft break would vanish
   vCalendar::AddAccount(out, String(u"acc"));
   vCalendar::AddDateTime(out, u"DTSTART", std::nullopt, 1);
   CDateTime local(0.0, CDateTime::kTimeZoneTypeGMT);
@@ -187,7 +188,8 @@ TEST_F(vcalendar_write, line_helpers) {
   out += vCalendar::GenerateTimeToVcalendar(CalendarDate::dateWithYear(2009, 2, 21, 10, 30, 15,
                                                                       u"Asia/Tokyo"));
   EXPECT_EQ(ToDisplayUTF8(out),
-            "A:\r\nB:1\r\nX-ACCOUNT:acc\r\nX:20090221T070809\r\n20090221T013015Z");
+            "A:\r\nB:1\r\nDESCRIPTION;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=09b=20c\r\n"
+            "X-ACCOUNT:acc\r\nX:20090221T070809\r\n20090221T013015Z");
 }
 
 TEST_F(vcalendar_write, attendees_of_the_store_form_when_the_record_has_none) {

@@ -128,7 +128,9 @@ class vCalendar {
 
   /// yyyymmdd[Thhmmss[Z]]: the fields read as GMT, seconds dropped; without
   /// "Z" converted with SystemTime(value, !sm_fUseLocalTime). A date of 0
-  /// (or no digits) gives nothing.
+  /// (or no digits) gives nothing, and so does one whose fields no text of
+  /// this form could give back (year outside 1 to 9999, month outside 1 to
+  /// 12, day outside 1 to 31, hour past 24, minute past 59).
   static std::optional<CDateTime> ParseDateTime(std::string_view text);
   /// The same fields as a calendar date in "GMT", seconds dropped; `isUTC`
   /// (may be null) becomes whether the text ends in "Z". A date of 0 gives
