@@ -122,7 +122,9 @@ TEST(calendar_check, losses_and_changes_by_design) {
     const CalendarOptions& options;
     const char* reason;
   } rows[] = {
-      {"summary", "a", "b", kEvent, false, plain, nullptr},
+      {"summary", "a", "aZ", kEvent, false, plain, nullptr},
+      {"alarms[0].runTime", "2026-12-08T09:50:00", "2026-12-08T09:50:00Z", kEvent, false, plain,
+       "UTC or local time by the writer's options"},
       {"uid", "x", nullptr, kEvent, false, plain, "not written"},
       {"start", "2026-12-08T10:00:00", "2026-12-08T10:00:00Z", kEvent, false, plain,
        "UTC or local time by the writer's options"},

@@ -65,7 +65,9 @@ const char* ByDesignReason(const std::string& path, const Json& before, const Js
   if (Within(path, "end") && allDay) return "an all-day end is written as the day before";
   // The writer picks UTC or local time by the kind and its options, not by
   // the form the time was read in.
-  if (before.is_string() && after.is_string()) {
+  const bool time = Within(path, "start") || Within(path, "end") || Within(path, "due") ||
+                    (Within(path, "alarms") && path.ends_with(".runTime"));
+  if (time && before.is_string() && after.is_string()) {
     const std::string a = before.get<std::string>();
     const std::string b = after.get<std::string>();
     if (a + "Z" == b || a == b + "Z") return "UTC or local time by the writer's options";

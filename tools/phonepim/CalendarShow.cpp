@@ -168,6 +168,7 @@ int ShowCalendar(const std::string& text, const std::string& sourceName,
   const int status = ForEachCalendar(
       text, sourceName, options, err,
       [&](const EntryInFile& entry, const CCalendar& calendar) {
+        if (!json && options.quiet) return;
         Json j = CalendarToJson(calendar, entry.kind, entry.object.index + 1,
                                 entry.entry.span.firstLine, options.imei);
         if (json) {
