@@ -11,6 +11,7 @@
 #include <phonepim/versit/ObjectSplitter.h>
 #include <phonepim/versit/vObject.h>
 
+#include <cstdio>
 #include <sstream>
 
 #include "CalendarCheck.h"
@@ -79,6 +80,25 @@ TEST(calendar_json, every_entry_reads_back_as_the_library_read_it) {
   EXPECT_EQ(file["entries"][0]["attendees"][0]["status"], "DECLIENED");
   EXPECT_EQ(file["entries"][0]["alarms"][0]["runTime"], "2026-12-08T09:50:00");
   EXPECT_EQ(file["entries"][2]["categories"], Json::array());  // no 0x40 on a to-do
+}
+
+TEST(calendar_json, dates_have_the_fields_the_library_calendar_gives) {
+  const double instants[] = {0,           -1,          951782400,  951868800,  1709164800,
+                             1709251199,  4107542400,  -86400 * 366.0 * 100, 1796000000.5};
+  for (const char16_t* zone : {u"GMT", u"GMT+09:00", u"GMT-03:30", u"Europe/Berlin"}) {
+    for (double instant : instants) {
+      const CalendarDate date{instant, zone};
+      char expected[64];
+      std::snprintf(expected, sizeof expected, "%04lld-%02lld-%02lldT%02lld:%02lld:%02lld",
+                    static_cast<long long>(date.yearOfCommonEra()),
+                    static_cast<long long>(date.monthOfYear()),
+                    static_cast<long long>(date.dayOfMonth()),
+                    static_cast<long long>(date.hourOfDay()),
+                    static_cast<long long>(date.minuteOfHour()),
+                    static_cast<long long>(date.secondOfMinute()));
+      EXPECT_EQ(DateText(date, false), expected) << ToDisplayUTF8(zone) << " " << instant;
+    }
+  }
 }
 
 TEST(calendar_show, rules_read_as_words) {

@@ -1,9 +1,11 @@
 #include "CalendarJson.h"
 
+#include <phonepim/datetime/TimeZones.h>
 #include <phonepim/model/RecurrenceData.h>
 #include <phonepim/vcalendar/RecurrenceRule.h>
 #include <phonepim/vcalendar/vCalendar.h>
 
+#include <cmath>
 #include <cstdio>
 #include <span>
 
@@ -155,13 +157,28 @@ const char* KindWord(unsigned int kind) {
 }
 
 std::string DateText(const CalendarDate& date, bool utc) {
-  char text[48];
+  // Fields by arithmetic on the zone's offset: a calendar per field would
+  // cost more than reading the entry. The reader's zone is GMT.
+  const double offset = date.timeZone == u"GMT" ? 0 : SecondsFromGMT(date.timeZone, date.date);
+  const auto local = static_cast<std::int64_t>(std::floor(date.date + offset));
+  const std::int64_t seconds = (local % 86400 + 86400) % 86400;
+  // Days since 1970-01-01 to a proleptic Gregorian date (Hinnant's
+  // civil_from_days).
+  const std::int64_t z = (local - seconds) / 86400 + 719468;
+  const std::int64_t era = (z >= 0 ? z : z - 146096) / 146097;
+  const std::int64_t doe = z - era * 146097;
+  const std::int64_t yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+  const std::int64_t doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+  const std::int64_t mp = (5 * doy + 2) / 153;
+  const std::int64_t day = doy - (153 * mp + 2) / 5 + 1;
+  const std::int64_t month = mp < 10 ? mp + 3 : mp - 9;
+  const std::int64_t year = yoe + era * 400 + (month <= 2 ? 1 : 0);
+  char text[64];
   std::snprintf(text, sizeof text, "%04lld-%02lld-%02lldT%02lld:%02lld:%02lld%s",
-                static_cast<long long>(date.yearOfCommonEra()),
-                static_cast<long long>(date.monthOfYear()),
-                static_cast<long long>(date.dayOfMonth()), static_cast<long long>(date.hourOfDay()),
-                static_cast<long long>(date.minuteOfHour()),
-                static_cast<long long>(date.secondOfMinute()), utc ? "Z" : "");
+                static_cast<long long>(year), static_cast<long long>(month),
+                static_cast<long long>(day), static_cast<long long>(seconds / 3600),
+                static_cast<long long>(seconds / 60 % 60), static_cast<long long>(seconds % 60),
+                utc ? "Z" : "");
   return text;
 }
 
