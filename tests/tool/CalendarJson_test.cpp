@@ -144,10 +144,10 @@ TEST(calendar_check, losses_and_changes_by_design) {
   } rows[] = {
       {"summary", "a", "aZ", kEvent, false, plain, nullptr},
       {"alarms[0].runTime", "2026-12-08T09:50:00", "2026-12-08T09:50:00Z", kEvent, false, plain,
-       "UTC or local time by the writer's options"},
+       "the writer's choice of UTC or local time"},
       {"uid", "x", nullptr, kEvent, false, plain, "not written"},
       {"start", "2026-12-08T10:00:00", "2026-12-08T10:00:00Z", kEvent, false, plain,
-       "UTC or local time by the writer's options"},
+       "the writer's choice of UTC or local time"},
       {"start", "2026-12-08T10:00:00", "2026-12-08T11:00:00Z", kEvent, false, plain, nullptr},
       {"end", "2026-12-08T00:00:00Z", "2026-12-07T00:00:00Z", kEvent, true, plain,
        "an all-day end is written as the day before"},

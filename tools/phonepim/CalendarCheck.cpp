@@ -63,14 +63,14 @@ struct CheckTally {
 const char* ByDesignReason(const std::string& path, const Json& before, const Json& after,
                            unsigned int kind, bool allDay, const CalendarOptions& options) {
   if (Within(path, "end") && allDay) return "an all-day end is written as the day before";
-  // The writer picks UTC or local time by the kind and its options, not by
-  // the form the time was read in.
+  // The writer picks UTC or local time by the property (DTSTART in UTC, an
+  // all-day end local), not by the form the time was read in.
   const bool time = Within(path, "start") || Within(path, "end") || Within(path, "due") ||
                     (Within(path, "alarms") && path.ends_with(".runTime"));
   if (time && before.is_string() && after.is_string()) {
     const std::string a = before.get<std::string>();
     const std::string b = after.get<std::string>();
-    if (a + "Z" == b || a == b + "Z") return "UTC or local time by the writer's options";
+    if (a + "Z" == b || a == b + "Z") return "the writer's choice of UTC or local time";
   }
   if (Within(path, "extensions") && options.timezoneBias != 0 && before.is_null() &&
       after.is_object() && after["name"] == "TZ") {

@@ -99,11 +99,16 @@ void AddCalendarReadOptions(CLI::App* command, CalendarCommands* c) {
 
 void AddCalendarWriterOptions(CLI::App* command, phonepim::tool::CalendarOptions* codec) {
   command->add_flag("--holiday", codec->holiday, "Write X-TYPE:HOLIDAY for holidays");
-  command->add_flag("--task-local-time", codec->taskLocalTime, "To-dos in local time");
-  command->add_flag("--alarm-local-time", codec->alarmLocalTime, "Alarms in local time");
-  command->add_flag("--holiday-local-time", codec->holidayLocalTime, "Holidays in local time");
+  // The local-time rules are the codec's answer to hosts that ask
+  // (IsLocalTime, IsAlarmLocalTime); the written text does not change.
+  command->add_flag("--task-local-time", codec->taskLocalTime,
+                    "The local-time rule for to-dos (IsLocalTime)");
+  command->add_flag("--alarm-local-time", codec->alarmLocalTime,
+                    "The local-time rule for alarms (IsAlarmLocalTime)");
+  command->add_flag("--holiday-local-time", codec->holidayLocalTime,
+                    "The local-time rule for holidays (IsLocalTime)");
   command->add_flag("--anniversary-local-time", codec->anniversaryLocalTime,
-                    "Anniversaries in local time");
+                    "The local-time rule for anniversaries (IsLocalTime)");
   command->add_option("--timezone-bias", codec->timezoneBias,
                       "The phone's offset from GMT in minutes, written as TZ (0: none)");
   command->add_flag("--no-w0", codec->noW0,
