@@ -49,7 +49,7 @@ bool CatchReadFailure(const std::function<void()>& read, const char* version,
     *error = "the reader refused it: " + RefusalReason(failure.text(), version) +
              " (assertion \"" + failure.text() + "\")";
   } catch (const std::out_of_range& e) {
-    *error = std::string("a custom label the label table cannot register (") + e.what() + ")";
+    *error = std::string("a value out of range (") + e.what() + ")";
   }
   return false;
 }

@@ -1,4 +1,4 @@
-// The walk every reading command makes over a file's objects: a progress
+// The walk a reading command makes over a file's objects: a progress
 // line, timing, and the failures of single objects reported and counted
 // rather than fatal.
 #pragma once
@@ -52,7 +52,7 @@ int ForEachObject(const std::vector<ObjectInFile>& objects, const std::string& s
                   const std::function<void(const ObjectInFile&)>& visit, std::size_t* failed);
 
 /// Runs `read` and turns the failures that belong to the object (the
-/// tokenizer's rejection, an assertion of the reader, an out-of-range value)
+/// tokenizer's rejection, an assertion of the reader, a value out of range)
 /// into a message; anything else (memory exhausted) still propagates.
 /// `version` is the VERSION the reader insists on ("2.1"), for the message.
 bool CatchReadFailure(const std::function<void()>& read, const char* version,
