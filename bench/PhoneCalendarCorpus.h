@@ -40,7 +40,7 @@ inline const char* const kTitles[] = {"Besprechung", "Zahnarzt", "Réunion équi
                                       "Conference call", "Flug nach Zürich"};
 
 inline std::string Stamp(Random& random, int hour) {
-  char text[32];
+  char text[64];
   std::snprintf(text, sizeof text, "2009%02d%02dT%02d%02d00Z", 1 + static_cast<int>(random.Below(12)),
                 1 + static_cast<int>(random.Below(28)), hour, static_cast<int>(random.Below(4)) * 15);
   return text;

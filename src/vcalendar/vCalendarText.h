@@ -37,8 +37,14 @@ inline bool SameWord(std::string_view word, const char* text, bool anyCase, bool
 }
 
 /// yyyymmdd, then Thhmmss unless `dateOnly`, of the date's fields in its
-/// own zone.
-std::string DateTimeText(const CalendarDate& date, bool dateOnly = false);
+/// own zone, into `out` (no NUL); answers the length.
+std::size_t DateTimeChars(const CalendarDate& date, bool dateOnly, char (&out)[40]);
+
+/// The same as a string.
+inline std::string DateTimeText(const CalendarDate& date, bool dateOnly = false) {
+  char text[40];
+  return std::string(text, DateTimeChars(date, dateOnly, text));
+}
 
 inline bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 

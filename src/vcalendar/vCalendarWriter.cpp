@@ -23,7 +23,9 @@ void AppendASCII(String& out, const char* text) {
 }
 
 void AppendFields(String& out, const CalendarDate& date) {
-  out += StringFromASCII(vcalendar_text::DateTimeText(date));
+  char text[40];
+  const std::size_t n = vcalendar_text::DateTimeChars(date, false, text);
+  out.append(text, text + n);
 }
 
 CalendarDate InGMT(double instant) { return CalendarDate{instant, GMTTimeZoneName()}; }
@@ -51,10 +53,11 @@ String Encoded(const String& text) {
 void AddText(String& out, std::u16string_view name, const std::optional<String>& text) {
   if (!text || text->empty()) return;
   const String encoded = Encoded(*text);
-  vCalendar::AddItem(out, name,
-                     IsQuotedPrintable(encoded) ? String(vCalendar::szParams_QPEncodedUTF8)
-                                                : String(),
-                     encoded);
+  out += name;
+  if (IsQuotedPrintable(encoded)) out += vCalendar::szParams_QPEncodedUTF8;
+  out += u':';
+  out += encoded;
+  out += u"\r\n";
 }
 
 constexpr const char* kCategoryWords[] = {
@@ -288,7 +291,7 @@ namespace {
 void GenerateText(const CCalendar& cal, vObject& object, unsigned int kind, bool full) {
   const bool todo = kind == vCalendar::kKindToDo;
   String out;
-  out.reserve(512);
+  out.reserve(2048);  // an entry with a long description fits
   out += u"BEGIN:VCALENDAR\r\nVERSION:1.0\r\n";
   if (vCalendar::sm_nTimezoneBias != 0) vCalendar::AddTimeZone(out, vCalendar::sm_nTimezoneBias);
   out += todo ? u"BEGIN:VTODO\r\n" : u"BEGIN:VEVENT\r\n";

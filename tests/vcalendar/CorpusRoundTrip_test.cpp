@@ -2,10 +2,9 @@
 // VTODO of the shared corpus is read, and writing what was read, reading
 // that and writing again must settle on one text within two passes.
 //
-// A pass is generate(parse(text)). Pass 1 starts from the phone's text and
-// may change much (a local DTSTART is written in GMT, categories the writer
-// has no word for vanish); pass 2 reproduces pass 1. Objects that need more
-// passes are named below with the reason.
+// A pass is generate(parse(text)). Pass 1 may change much (docs/vcalendar.md
+// lists what); pass 2 reproduces pass 1 for every entry today, so there is
+// no entry to name with a reason.
 #include <gtest/gtest.h>
 
 #include <cstdint>

@@ -49,11 +49,9 @@ constexpr Row kRows[] = {
     {"D3 #50", "D i3 n50", "D3 #50"},
     {"D1", "D i1 n0", "D1 #0"},  // no duration, no end: phones mean forever
     {"D1 20100131T000000", "D i1 n0 until=20100131T0000 form=1", "D1 20100131T000000"},
-    {"D2 21001230T000000Z", "D i2 n0 until=21001230T0000", "D2 21001230T000000Z"},
     {"D1 20100131", "D i1 n0 until=20100131T0000 form=3", "D1 20100131"},
     {"D200 #1", "D i200 n1", "D200 #1"},
     {"D201 #1", "-", ""},
-    {"D0 #1", "-", ""},
     {"D1 1200 1600 #5", "-", ""},  // times of day
     {"W1 TU #0", "W i1 n0 wd=2", "W1 TU #0"},
     {"W1 MO TU WE TH FR #0", "W i1 n0 wd=1,2,3,4,5", "W1 MO TU WE TH FR #0"},
@@ -69,7 +67,6 @@ constexpr Row kRows[] = {
     {"W1 MO$ #0", "-", ""},
     {"MP1 2+ TU #0", "MP i1 n0 pos=2 wd=2", "MP1 2+ TU #0"},
     {"MP3 2- FR #17", "MP i3 n17 pos=-2 wd=5", "MP3 2- FR #17"},
-    {"MP1 1+ SU #2", "MP i1 n2 pos=1 wd=0", "MP1 1+ SU #2"},
     {"MP2 1+ 1- FR #10", "MP i2 n10 pos=-1,1 wd=5", "MP2 1- 1+ FR #10"},
     {"MP1 1+ SU 3+ SU #0", "MP i1 n0 pos=1,3 wd=0", "MP1 1+ 3+ SU #0"},
     {"MP1 1+ MO WE #0", "MP i1 n0 pos=1 wd=1,3", "MP1 1+ MO WE #0"},
@@ -78,7 +75,6 @@ constexpr Row kRows[] = {
     {"MP1 1+ SU 2- MO #0", "-", ""},  // weekdays differ per position
     {"MP1 5- SU #0", "MP i1 n0 pos=-5 wd=0", "MP1 5- SU #0"},
     {"MP1 6+ SU #0", "-", ""},
-    {"MP1 0+ SU #0", "-", ""},
     {"MP1 1+ #0", "-", ""},
     {"MD1 13+ #0", "MD i1 n0 md=13 form=4", "MD1 13+ #0"},
     {"MD3 20 #17", "MD i3 n17 md=20", "MD3 20 #17"},
@@ -104,11 +100,9 @@ constexpr Row kRows[] = {
     {"YM1 6 #10 MD1 1", "-", ""},  // a second rule nested in the first
     {"D1 #0 #1", "-", ""},
     {"D1 #0 trailing", "-", ""},
-    {"D1 #", "-", ""},
     {"X1 #0", "-", ""},
     {"D1 00000000T000000Z", "-", ""},
     {"", "none", ""},
-    {"   ", "none", ""},
 };
 
 class RecurrenceRuleRows : public ::testing::TestWithParam<Row> {

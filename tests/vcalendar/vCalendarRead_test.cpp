@@ -103,6 +103,15 @@ INSTANTIATE_TEST_SUITE_P(
         ReadRow{true, "X-ALLDAY:SET\r\nDTEND:20090221T000000\r\n",
                 "allday=1; end=20090222T0000"}));
 
+TEST(vcalendar_read_option, escapes_are_undone_in_text_values_only_when_asked) {
+  ScopedCalendarDefaults defaults;
+  for (bool on : {false, true}) {
+    vCard::NonstandardEscChar(on);
+    EXPECT_EQ(Describe(*Read(Event("LOCATION:R\\;1\r\nUID:a\\;b\r\n"))),
+              on ? "loc=R\\1; uid=a\\;b" : "loc=R\\;1; uid=a\\;b");
+  }
+}
+
 // --- Failures -----------------------------------------------------------------
 
 TEST(vcalendar_read_failure, a_tokenizer_failure_throws_65529_and_keeps_what_was_read) {

@@ -172,24 +172,13 @@ TEST_F(vcalendar_write, line_helpers) {
   String out;
   vCalendar::AddItem(out, u"A", std::nullopt, std::nullopt);
   vCalendar::AddItem(out, u"A", String(), String());
-  vCalendar::AddItem(out, u"B", std::nullopt, String(u"1"));
   vCalendar::AddSummary(out, String());
   vCalendar::AddDescription(out, u"a\tb c");  // a TAB after a soft break would vanish
-  vCalendar::AddAccount(out, String(u"acc"));
-  vCalendar::AddDateTime(out, u"DTSTART", std::nullopt, 1);
-  CDateTime local(0.0, CDateTime::kTimeZoneTypeGMT);
-  local.setYear(2009);
-  local.setMonth(2);
-  local.setDay(21);
-  local.setHour(7);
-  local.setMinute(8);
-  local.setSecond(9);
-  vCalendar::AddDateTimeLocal(out, u"X", local);
   out += vCalendar::GenerateTimeToVcalendar(CalendarDate::dateWithYear(2009, 2, 21, 10, 30, 15,
                                                                       u"Asia/Tokyo"));
   EXPECT_EQ(ToDisplayUTF8(out),
-            "A:\r\nB:1\r\nDESCRIPTION;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=09b=20c\r\n"
-            "X-ACCOUNT:acc\r\nX:20090221T070809\r\n20090221T013015Z");
+            "A:\r\nDESCRIPTION;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=09b=20c\r\n"
+            "20090221T013015Z");
 }
 
 TEST_F(vcalendar_write, attendees_of_the_store_form_when_the_record_has_none) {
@@ -206,34 +195,37 @@ TEST_F(vcalendar_write, attendees_of_the_store_form_when_the_record_has_none) {
 }
 
 TEST_F(vcalendar_write, local_time_rules) {
+  using Set = void (*)(bool);
+  const Set anniversary = [](bool on) { vCalendar::AnniversaryUseLocalTime(on ? 1 : 0); };
+  const Set memo = [](bool on) { vCalendar::sm_fMemoUseLocalTime = on; };
   struct Row {
     std::int32_t type;  // vCalendarType bits
     bool noTime;
-    int optionOn;  // 0 none, 1 the kind's own option, 2 the alarm option
+    Set option;  // the one option set, or null
     bool local, alarmLocal;
   };
   const Row rows[] = {
-      {0x0, false, 0, false, false}, {0x0, true, 0, true, false},
-      {0x0, true, 2, true, true},    {0x1, false, 2, false, false},
-      {0x2, false, 1, true, false},  {0x2, false, 2, false, true},
-      {0x4, false, 1, true, false},  {0x40, false, 1, true, false},
-      {0x40, false, 2, false, true}, {0x80, false, 1, true, false},
+      {0x0, false, nullptr, false, false},
+      {0x0, true, nullptr, true, false},
+      {0x0, true, &vCalendar::AlarmUseLocalTime, true, true},
+      {0x1, false, &vCalendar::AlarmUseLocalTime, false, false},  // not for events
+      {0x2, false, anniversary, true, false},
+      {0x2, false, &vCalendar::AlarmUseLocalTime, false, true},
+      {0x4, false, &vCalendar::HolidayUseLocalTime, true, false},
+      {0x4, false, &vCalendar::TaskUseLocalTime, false, false},  // another kind's option
+      {0x40, false, &vCalendar::TaskUseLocalTime, true, false},
+      {0x80, false, memo, true, false},
   };
   for (const Row& row : rows) {
     ScopedCalendarDefaults::Reset();
-    const bool kindOption = row.optionOn == 1;
-    vCalendar::AnniversaryUseLocalTime(kindOption ? 1 : 0);
-    vCalendar::HolidayUseLocalTime(kindOption);
-    vCalendar::TaskUseLocalTime(kindOption);
-    vCalendar::sm_fMemoUseLocalTime = kindOption;
-    vCalendar::AlarmUseLocalTime(row.optionOn == 2);
+    if (row.option != nullptr) row.option(true);
     CCalendar cal;
     cal.vCalendarType = row.type;
     cal.bIsNoTime = row.noTime;
-    EXPECT_EQ(vCalendar::IsLocalTime(&cal), row.local) << row.type << "/" << row.optionOn;
-    EXPECT_EQ(vCalendar::IsAlarmLocalTime(&cal), row.alarmLocal) << row.type << "/" << row.optionOn;
+    EXPECT_EQ(vCalendar::IsLocalTime(&cal), row.local) << &row - rows;
+    EXPECT_EQ(vCalendar::IsAlarmLocalTime(&cal), row.alarmLocal) << &row - rows;
   }
-  vCalendar::Generate(nullptr, nullptr, 1);  // nothing to write, nowhere: no effect
+  vCalendar::sm_fMemoUseLocalTime = false;
 }
 
 }  // namespace

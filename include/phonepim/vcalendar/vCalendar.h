@@ -133,16 +133,20 @@ class vCalendar {
   /// 12, day outside 1 to 31, hour past 24, minute past 59).
   static std::optional<CDateTime> ParseDateTime(std::string_view text);
   /// The same fields as a calendar date in "GMT", seconds dropped; `isUTC`
-  /// (may be null) becomes whether the text ends in "Z". A date of 0 gives
-  /// nothing and leaves `isUTC` alone.
+  /// (may be null) becomes whether the text holds a "Z". A date
+  /// ParseDateTime refuses gives nothing and leaves `isUTC` alone.
   static std::optional<CalendarDate> ParseDateTimeComponent(std::string_view text, bool* isUTC);
-  /// The OR of ParseCategory over the ';'-separated, trimmed words.
+  /// The OR of ParseCategory over the ';'-separated, trimmed words; with
+  /// sm_fAnniversaryConvertToSpecialOccasion an empty value is 0x200000.
   static std::uint32_t ParseCategories(std::string_view text);
   /// One category word's bit, 0 for a word not in the table.
   static std::uint32_t ParseCategory(std::string_view word);
-  /// The event status number of a STATUS word (10 for any other word).
+  /// The event status number of a STATUS word, the value compared over its
+  /// length (so "COMP" is COMPLETED); 10 for any other word ("NEEDS
+  /// ACTION" included).
   static std::int32_t ParseStatus(std::string_view text);
-  /// 1 "PRIVATE", 2 "CONFIDENTIAL", else 0.
+  /// 1 "PRIVATE" (compared over at most 8 characters, so "PRIV" too), 2
+  /// "CONFIDENTIAL", else 0.
   static std::int32_t ParseClassification(std::string_view text);
   /// The AALARM parameter bits: TYPE in 0xF0, VALUE in 0x0F. `params` is the
   /// tokenizer's list of (name, value) pairs ended by a null name.
@@ -150,12 +154,14 @@ class vCalendar {
   /// The ATTENDEE parameters: ROLE=ATTENDEE gives `*role`
   /// ATTENDEE_ROLE_ATTENDEE, STATUS words give their attendee_status_t.
   static void ParseAttendeesParams(char** params, std::uint32_t* role, std::uint32_t* status);
-  /// "TZ": a new info naming the zone "GMT" + value, with the value as Bias.
+  /// "TZ": a new info naming the zone "GMT" + value ("+09" names
+  /// "GMT+09:00"), with the value as Bias.
   static CTimeZoneInfo ParseTimeZone(std::string_view text);
   /// "DAYLIGHT": flag;bias;begin;end;standard name;daylight name into `info`.
   static void ParseDaylight(std::string_view text, int charset, int encoding,
                             CTimeZoneInfo* info);
-  /// "h" or "h:mm" (sign from the hours) as a span of minutes.
+  /// "h" or "h:mm" (sign from the hours) as a span of minutes; hours and
+  /// minutes beyond a million are taken as a million.
   static CDateTimeSpan ParseBias(std::string_view text);
   /// An "AALARM" value (run time;snooze;repeat count;content): a new alarm
   /// whose run time is ParseDateTime and whose AlarmTime is
