@@ -23,4 +23,9 @@ for file in examples/*.vcs; do
   [ -e "$file" ] || continue
   echo "== phonepim dump $file"
   "$tool" dump "$file"
+  echo "== phonepim calendar show $file"
+  "$tool" calendar show "$file"
+  echo "== phonepim calendar check $file"
+  # 4 would mean that a round trip lost something the text could carry.
+  "$tool" calendar check "$file"
 done

@@ -11,10 +11,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json OptionalText(const std::optional<String>& text) {
-  return text ? Json(JsonText(*text)) : Json(nullptr);
-}
-
 Json Component(std::int64_t value) {
   return value == kUndefinedComponent ? Json(nullptr) : Json(value);
 }
@@ -45,14 +41,6 @@ void AddTableTypes(Json& element, ElementKind kind, std::uint32_t type) {
 
 Json OwnLabel(const std::shared_ptr<const String>& label) {
   return label ? Json(LabelText(*label)) : Json(nullptr);
-}
-
-// One of the contact's element lists, `make(i)` giving the element at i.
-template <class Make>
-Json ListOf(int count, Make make) {
-  Json list = Json::array();
-  for (int i = 0; i < count; ++i) list.push_back(make(i));
-  return list;
 }
 
 // A number, e-mail address or messenger ID: its text under `key`, its type
@@ -91,6 +79,17 @@ Json PhotoJson(const std::optional<Bytes>& photo) {
 }  // namespace
 
 std::string JsonText(const String& text) { return ToDisplayUTF8(text); }
+
+Json OptionalText(const std::optional<String>& text) {
+  return text ? Json(JsonText(*text)) : Json(nullptr);
+}
+
+Json ExtensionsJson(const CVObject& record) {
+  return ListOf(record.GetXItemCount(), [&](int i) {
+    const CXItem& item = *record.GetXItem(i);
+    return Json{{"name", JsonText(item.Name())}, {"value", JsonText(item.Data())}};
+  });
+}
 
 const char* ImageFormat(const Bytes& bytes) {
   const auto starts = [&](std::string_view magic) {
@@ -191,10 +190,7 @@ Json ContactToJson(const CContact& c, std::size_t objectNumber, std::size_t line
   j["accountName"] = OptionalText(c.AccountName());
   j["accountType"] = OptionalText(c.AccountType());
   j["lmt"] = OptionalText(c.LMT());
-  j["extensions"] = ListOf(c.GetXItemCount(), [&](int i) {
-    const CXItem& item = *c.GetXItem(i);
-    return Json{{"name", JsonText(item.Name())}, {"value", JsonText(item.Data())}};
-  });
+  j["extensions"] = ExtensionsJson(c);
   return j;
 }
 

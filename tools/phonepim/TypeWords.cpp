@@ -50,6 +50,21 @@ constexpr Word kMessengerWords[] = {
 constexpr Word kOrganizationWords[] = {{kOrganizationTypeWork, "WORK"},
                                        {kOrganizationTypeHome, "HOME"},
                                        {kOrganizationTypeEtc, "X-ETC"}};
+// The reader's category table; 0x40 is no word but the to-do mark, and two
+// words give 0x1, of which the writer knows the first.
+constexpr Word kCategoryWords[] = {
+    {0x1, "APPOINTMENT"},    {0x2, "ANNIVERSARY"},
+    {0x4, "HOLIDAY"},        {0x8, "IMPORTANT"},
+    {0x10, "PRIVATE"},       {0x20, "MISCELLANEOUS"},
+    {0x80, "MEMO"},          {0x100, "BUSINESS"},
+    {0x200, "EDUCATION"},    {0x400, "MEETING"},
+    {0x800, "PERSONAL"},     {0x1000, "PHONE CALL"},
+    {0x2000, "SICK DAY"},    {0x4000, "SPECIAL OCCASION"},
+    {0x8000, "TRAVEL"},      {0x10000, "VACATION"},
+    {0x20000, "BIRTHDAY"},   {0x40000, "DATE"},
+    {0x80000, "SHOPPING"},   {0x100000, "ACCOUNT"},
+    {0x200000, "NOCATEGORY"},
+};
 
 std::span<const Word> WordsOf(ElementKind kind) {
   switch (kind) {
@@ -65,6 +80,8 @@ std::span<const Word> WordsOf(ElementKind kind) {
       return kMessengerWords;
     case ElementKind::kOrganization:
       return kOrganizationWords;
+    case ElementKind::kCalendarCategory:
+      return kCategoryWords;
   }
   return {};
 }

@@ -1,4 +1,4 @@
-// The type masks of contact elements as the words a person knows from vCard
+// The type masks of contact elements and calendar categories as the words a person knows from vCard
 // text, and custom labels as their text.
 #pragma once
 
@@ -11,7 +11,15 @@
 
 namespace phonepim::tool {
 
-enum class ElementKind { kTelephone, kEmail, kAddress, kURL, kMessenger, kOrganization };
+enum class ElementKind {
+  kTelephone,
+  kEmail,
+  kAddress,
+  kURL,
+  kMessenger,
+  kOrganization,
+  kCalendarCategory,  ///< a calendar entry's CATEGORIES bits
+};
 
 /// The words of the bits set in `mask`, in the order the vCard writer puts
 /// them. Bits with no vCard word of their own get the model's name ("MAIN",

@@ -6,8 +6,12 @@
 
 #include <functional>
 #include <iostream>
+#include <optional>
 #include <string>
 
+#include "CalendarCheck.h"
+#include "CalendarConvert.h"
+#include "CalendarShow.h"
 #include "CardWriter.h"
 #include "ContactReader.h"
 #include "ContactsCheck.h"
@@ -67,6 +71,98 @@ void AddWriterOptions(CLI::App* command, WriterOptions* writer) {
                     "Both reading names on SOUND;X-IRMC-N (else only the last, on SOUND)");
 }
 
+// The calendar commands: their subcommands and what the command line sets.
+struct CalendarCommands {
+  CLI::App* show = nullptr;
+  CLI::App* convert = nullptr;
+  CLI::App* check = nullptr;
+  phonepim::tool::ReadOptions read;
+  std::string imei;
+  bool json = false;
+  phonepim::tool::CalendarConvertOptions convertOptions;
+};
+
+void AddCalendarReadOptions(CLI::App* command, CalendarCommands* c) {
+  phonepim::tool::CalendarOptions& codec = c->convertOptions.codec;
+  command->add_flag("-q,--quiet", c->read.quiet, "No progress line and no per-entry output");
+  command->add_flag("-v,--verbose", c->read.verbose, "How long each entry took to read");
+  command->add_option("--imei", c->imei, "The phone's IMEI, part of every record ID");
+  command->add_flag("--strict", codec.strict,
+                    "The reading rules as they stand, without the lenient reading that keeps "
+                    "what real phone exports send");
+  command->add_flag("--local-time", codec.localTime,
+                    "Times without Z kept as they stand (else converted to GMT)");
+  command->add_flag("--carriage-return", codec.carriageReturn,
+                    "Quoted-printable line ends as the phones that send CR write them");
+  command->add_flag("--weekday-correction", codec.weekdayCorrection,
+                    "Move recurrence weekdays across the TZ offset when it is this machine's");
+  command->add_flag("--special-occasion", codec.specialOccasion,
+                    "SPECIAL OCCASION is an anniversary; empty CATEGORIES none");
+  command->add_flag("--escape", codec.escape, "Backslash escapes in text values");
+}
+
+void AddCalendarWriterOptions(CLI::App* command, phonepim::tool::CalendarOptions* codec) {
+  command->add_flag("--holiday", codec->holiday, "Write X-TYPE:HOLIDAY for holidays");
+  // The local-time rules are the codec's answer to hosts that ask
+  // (IsLocalTime, IsAlarmLocalTime); the written text does not change.
+  command->add_flag("--task-local-time", codec->taskLocalTime,
+                    "The local-time rule for to-dos (IsLocalTime)");
+  command->add_flag("--alarm-local-time", codec->alarmLocalTime,
+                    "The local-time rule for alarms (IsAlarmLocalTime)");
+  command->add_flag("--holiday-local-time", codec->holidayLocalTime,
+                    "The local-time rule for holidays (IsLocalTime)");
+  command->add_flag("--anniversary-local-time", codec->anniversaryLocalTime,
+                    "The local-time rule for anniversaries (IsLocalTime)");
+  command->add_option("--timezone-bias", codec->timezoneBias,
+                      "The phone's offset from GMT in minutes, written as TZ (0: none)");
+  command->add_flag("--no-w0", codec->noW0,
+                    "Rules without an end written without #0, for the phones that refuse it");
+  command->add_flag("--category-words", codec->categoryWords,
+                    "Categories written by their words (else only APPOINTMENT, for none)");
+  command->add_flag("--reduced", codec->reduced, "No CLASS, CATEGORIES, STATUS or PRIORITY");
+}
+
+void AddCalendarCommands(CLI::App& app, std::string* file, CalendarCommands* c) {
+  CLI::App* calendar = app.add_subcommand("calendar", "A phone's calendar (vCalendar 1.0)");
+  calendar->require_subcommand(1);
+  c->show = calendar->add_subcommand("show", "Summarise every entry, or print them as JSON");
+  c->convert =
+      calendar->add_subcommand("convert", "Write the entries back as vCalendar 1.0, or as JSON");
+  c->check = calendar->add_subcommand(
+      "check", "Report what writing each entry and reading it again would change");
+  for (CLI::App* command : {c->show, c->convert, c->check}) {
+    command
+        ->add_option("FILE", *file,
+                     "vCalendar file (a phone's events and to-dos), or - for standard input")
+        ->required();
+    AddCalendarReadOptions(command, c);
+  }
+  c->show->add_flag("--json", c->json, "The entries as one JSON document");
+  c->convert->add_option("--to", c->convertOptions.format, "Output format")
+      ->required()
+      ->check(CLI::IsMember({"vcs", "json"}));
+  c->convert->add_option("-o,--output", c->convertOptions.output,
+                         "Write to this file (whole or not at all) instead of standard output");
+  AddCalendarWriterOptions(c->convert, &c->convertOptions.codec);
+  AddCalendarWriterOptions(c->check, &c->convertOptions.codec);
+}
+
+// Runs the calendar command given, if one was; nothing otherwise.
+std::optional<int> RunCalendarCommand(const std::string& file, CalendarCommands& c) {
+  using namespace phonepim::tool;
+  if (!c.show->parsed() && !c.convert->parsed() && !c.check->parsed()) return std::nullopt;
+  c.read.imei = phonepim::StringFromASCII(c.imei);
+  // The options hold for the reader too, so they are set before any entry.
+  ApplyCalendarOptions(c.convertOptions.codec);
+  return RunOnFile(file, [&](const std::string& text, const std::string& source) {
+    if (c.show->parsed()) return ShowCalendar(text, source, c.read, c.json, std::cout, std::cerr);
+    if (c.convert->parsed()) {
+      return ConvertCalendar(text, source, c.read, c.convertOptions, std::cout, std::cerr);
+    }
+    return CheckCalendar(text, source, c.read, c.convertOptions.codec, std::cout, std::cerr);
+  });
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -82,6 +178,8 @@ int main(int argc, char** argv) {
       "dump", "Print every property of every object in a versit file, values decoded");
   dump->add_option("FILE", file, "vCard or vCalendar file, or - for standard input")->required();
   dump->add_flag("-q,--quiet", dumpOptions.quiet, "Print only errors and the tally");
+  CalendarCommands calendar;
+  AddCalendarCommands(app, &file, &calendar);
 
   CLI::App* contacts = app.add_subcommand("contacts", "A phone's address book (vCard 2.1)");
   contacts->require_subcommand(1);
@@ -123,6 +221,7 @@ int main(int argc, char** argv) {
       return phonepim::tool::DumpVersitText(text, source, dumpOptions, std::cout, std::cerr);
     });
   }
+  if (const std::optional<int> status = RunCalendarCommand(file, calendar)) return *status;
   readOptions.imei = phonepim::StringFromASCII(imei);
   phonepim::vCard::LenientReading(!readOptions.strict);
   // The escape option changes the reader too, so it is set before any card.
