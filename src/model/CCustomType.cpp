@@ -75,11 +75,20 @@ std::uint32_t CCustomType::Register(const String& str, std::optional<String>* de
   RemoveAllIgnoringCase(work, kQuotedPrintablePrefix);
   Replace(work, u"==", u"");
   RemoveAllIgnoringCase(work, u"custom(");
-  // The closing parenthesis, or whatever else ends the text.
-  deleteAtIndex(work, GetLength(work) - 1);
 
   CCcustomTypeT entry;
   entry.SetCustomType_T(code);
+  if (work.empty()) {
+    // The code is spent all the same. A nameless slot keeps every later
+    // entry at the position its code gives, and answers nothing, as a code
+    // without an entry does.
+    entry.SetCustomType_Name(std::nullopt);
+    m_arrCustomType.push_back(std::move(entry));
+  }
+  // The closing parenthesis, or whatever else ends the text; throws
+  // std::out_of_range when nothing is left.
+  deleteAtIndex(work, GetLength(work) - 1);
+
   if (quotedPrintable) {
     entry.SetCustomType_Name(DecodeQuotedPrintableLabel(work));
     *decodedName = entry.CustomType_Name();
@@ -105,12 +114,15 @@ std::optional<String> CCustomType::ConvertCustomStrFromString(const String& str)
 }
 
 std::optional<String> CCustomType::ConvertStringValFromCustomType(std::uint32_t type) const {
-  for (const CCcustomTypeT& entry : m_arrCustomType) {
-    if (entry.CustomType_T() == type) {
-      return entry.CustomType_Name();
-    }
+  // Registration n (from 0) gets code kFirstCustomType + n and lands at
+  // position n, so the code names its entry. The subtraction wraps like the
+  // counter does: a code below kFirstCustomType gives a position past the
+  // end. A second entry with the same code would need 2^32 registrations.
+  const std::uint32_t position = type - kFirstCustomType;
+  if (position >= m_arrCustomType.size()) {
+    return std::nullopt;
   }
-  return std::nullopt;
+  return m_arrCustomType[position].CustomType_Name();
 }
 
 bool CCustomType::DeleteAllItem() {
