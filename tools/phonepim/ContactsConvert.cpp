@@ -73,7 +73,7 @@ int ConvertContacts(const std::string& text, const std::string& sourceName,
   if (json) cards = BookJson(sourceName, std::move(contacts), tally).dump(2) + "\n";
   if (options.output.empty()) {
     out << cards << std::flush;
-  } else if (std::string error; !WriteFileAtomically(options.output, cards, &error)) {
+  } else if (std::string error; !WriteOutputFile(options.output, cards, &error)) {
     err << error << '\n';
     return 2;
   }
