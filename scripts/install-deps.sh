@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages phonepim needs to build, test, benchmark and
 # fuzz. Idempotent: only what is missing is installed.
+#   --peers  also the other vCard libraries the `peers` preset compares with
 set -euo pipefail
 
 packages=(
@@ -13,6 +14,12 @@ packages=(
   libbenchmark-dev                                    # benchmarks
   libcli11-dev nlohmann-json3-dev                     # command-line tool
 )
+for argument in "$@"; do
+  case "$argument" in
+    --peers) packages+=(libebook-contacts1.2-dev) ;;    # Evolution's vCard reader
+    *) echo "install-deps: unknown option $argument" >&2; exit 2 ;;
+  esac
+done
 
 missing=()
 for package in "${packages[@]}"; do
