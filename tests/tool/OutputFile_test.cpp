@@ -62,6 +62,28 @@ TEST(output_file, a_link_to_a_file_stays_a_link_and_its_file_is_replaced) {
   EXPECT_EQ(ReadFile(folder.path() / "book.vcf"), "new");
 }
 
+TEST(output_file, pieces_arrive_in_order_and_only_a_commit_replaces_the_file) {
+  const TempFolder folder;
+  const fs::path book = folder.path() / "book.vcf";
+  { std::ofstream(book) << "old"; }
+  const std::string large(100000, 'L');  // more than one buffer
+  std::string error;
+  {
+    OutputFile abandoned;
+    ASSERT_TRUE(abandoned.Open(book, &error)) << error;
+    abandoned.Write(large);
+  }
+  EXPECT_EQ(ReadFile(book), "old");
+  OutputFile file;
+  ASSERT_TRUE(file.Open(book, &error)) << error;
+  file.Write("a");
+  file.Write(large);
+  file.Write("z");
+  ASSERT_TRUE(file.Commit(&error)) << error;
+  EXPECT_EQ(ReadFile(book), "a" + large + "z");
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
+}
+
 TEST(output_file, a_folder_is_refused) {
   const TempFolder folder;
   std::string error;
