@@ -180,9 +180,7 @@ void vCard::Generate(const CContact* contact, vObject* object, int phoneStyle) {
   out += u"END:VCARD\r\n";
   // Every value but a telephone number went through the quoted-printable
   // encoder and is ASCII; only a number can hold an unpaired surrogate.
-  const std::string bytes = vcard_writer::Utf8Of(out);
-  String().swap(out);  // a large card need not be held twice while it is copied
-  object->object()->SetData(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  vcard_writer::StoreUtf8(out, object->object());
 }
 
 void vCard::AddItem(String& out, std::u16string_view name, std::u16string_view params,

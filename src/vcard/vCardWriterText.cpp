@@ -47,27 +47,32 @@ String WithoutLoneSurrogates(const String& text) {
   return out;
 }
 
-std::string Utf8Of(std::u16string_view text) {
+void StoreUtf8(std::u16string_view text, vobj::_byte_array* bytes) {
   const char16_t* const units = text.data();
   const std::size_t count = text.size();
   // Cards are ASCII but for the odd telephone number: test that first with
-  // a loop the compiler can vectorise, and copy the units narrowed.
+  // a loop the compiler can vectorise, and narrow the units straight into
+  // the object's storage, without a UTF-8 copy between.
   char16_t any = 0;
   for (std::size_t i = 0; i < count; ++i) any |= units[i];
-  if (any < 0x80) return std::string(text.begin(), text.end());
-  // One pass into room for the worst case, three bytes a unit (a pair's
-  // four bytes stand for two). Values with accents come this way; a whole
-  // card only when a telephone number holds more than ASCII.
-  std::string bytes(count * 3, '\0');
-  char* const first = bytes.data();
-  char* out = first;
-  for (std::size_t i = 0; i < count; ++i) {
-    unsigned char encoded[4];
-    const int n = utf8::EncodeCharacter(units, count, &i, encoded);
-    for (int k = 0; k < n; ++k) *out++ = static_cast<char>(encoded[k]);
+  std::size_t size = count;
+  if (any >= 0x80) {
+    size = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      unsigned char encoded[4];
+      size += static_cast<std::size_t>(utf8::EncodeCharacter(units, count, &i, encoded));
+    }
   }
-  bytes.resize(static_cast<std::size_t>(out - first));
-  return bytes;
+  if (bytes->m_cbAlloc < size) bytes->Alloc(size);
+  unsigned char* out = bytes->m_pData;
+  if (any < 0x80) {
+    for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<unsigned char>(units[i]);
+  } else {
+    for (std::size_t i = 0; i < count; ++i) {
+      out += utf8::EncodeCharacter(units, count, &i, out);
+    }
+  }
+  bytes->m_cbData = static_cast<std::uint32_t>(size);
 }
 
 String EncodeText(const String& text, bool escape) {

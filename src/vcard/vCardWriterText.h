@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "phonepim/platform/String.h"
+#include "phonepim/versit/vObject.h"
 
 namespace phonepim::vcard_writer {
 
@@ -42,7 +43,8 @@ String CustomLabelParameter(const String& label);
 /// `text` with every unpaired surrogate replaced by U+FFFD.
 String WithoutLoneSurrogates(const String& text);
 
-/// The UTF-8 form of `text`, an unpaired surrogate written as U+FFFD.
-std::string Utf8Of(std::u16string_view text);
+/// Stores the UTF-8 form of `text` (an unpaired surrogate written as U+FFFD)
+/// as the contents of `bytes`, which keeps its storage when large enough.
+void StoreUtf8(std::u16string_view text, vobj::_byte_array* bytes);
 
 }  // namespace phonepim::vcard_writer
