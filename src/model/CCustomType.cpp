@@ -44,6 +44,22 @@ void RemoveAllIgnoringCase(String& s, std::u16string_view target) {
   s = std::move(kept);
 }
 
+// False when `s` holds an ASCII unit that no removed piece holds in any
+// case: then the stripped text cannot come out empty, and a plain label,
+// which is kept as it came, needs no stripping at all (its closing
+// parenthesis settles it). Other units may fold onto a piece's letters
+// (U+017F onto 's') and are left to the full stripping.
+bool MayStripToNothing(const String& s) {
+  constexpr std::u16string_view kRemovable =
+      u"X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,";
+  for (const char16_t unit : s) {
+    if (unit >= 0x80) continue;
+    const char16_t upper = unit >= u'a' && unit <= u'z' ? unit - (u'a' - u'A') : unit;
+    if (kRemovable.find(upper) == std::u16string_view::npos) return false;
+  }
+  return true;
+}
+
 std::optional<String> DecodeQuotedPrintableLabel(const String& encoded) {
   const std::optional<std::string> bytes = UTF8FromString(encoded);
   if (!bytes) {
@@ -67,11 +83,18 @@ CCustomType& CCustomType::Inst() {
 }
 
 std::uint32_t CCustomType::Register(const String& str, std::optional<String>* decodedName) {
-  String work = str;
   const bool quotedPrintable = str.starts_with(kQuotedPrintablePrefix);
 
   const std::uint32_t code = ++m_CustomType_T;
+  if (!quotedPrintable && !MayStripToNothing(str)) {
+    m_arrCustomType.emplace_back();
+    m_arrCustomType.back().SetCustomType_T(code);
+    m_arrCustomType.back().SetCustomType_Name(str);
+    decodedName->reset();
+    return code;
+  }
 
+  String work = str;
   RemoveAllIgnoringCase(work, kQuotedPrintablePrefix);
   Replace(work, u"==", u"");
   RemoveAllIgnoringCase(work, u"custom(");
