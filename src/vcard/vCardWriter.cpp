@@ -21,6 +21,7 @@
 
 namespace phonepim {
 
+using vcard_writer::AppendEncodedText;
 using vcard_writer::EncodeText;
 using vcard_writer::IsQuotedPrintable;
 using vcard_writer::TextOf;
@@ -65,9 +66,12 @@ void CollapseDoubleColons(String& out, std::size_t start) {
 // when the reader undoes escapes.
 void AddTextProperty(String& out, std::u16string_view name, const String& text) {
   if (text.empty()) return;
-  const String encoded = EncodeText(text, vCard::sm_fNonstandardEscChar);
+  thread_local String encoded;  // reused: most properties are short
+  encoded.clear();
+  AppendEncodedText(encoded, text, vCard::sm_fNonstandardEscChar);
   vCard::AddItem(out, name, IsQuotedPrintable(encoded) ? vCard::szParams_QPEncodedUTF8 : u"",
                  encoded);
+  if (encoded.capacity() > 64 * 1024) String().swap(encoded);
 }
 
 String Widen(const char* ascii) {
@@ -215,7 +219,7 @@ void vCard::AddName(String& out, const CName& name) {
   String value;
   for (const String* part : parts) {
     if (part != parts[0]) value += u';';
-    value += EncodeText(*part, sm_fNonstandardEscChar);
+    AppendEncodedText(value, *part, sm_fNonstandardEscChar);
   }
   AddItem(out, u"N", IsQuotedPrintable(value) ? szParams_QPEncodedUTF8 : u"", value);
 }

@@ -16,6 +16,7 @@
 namespace phonepim {
 
 using vcard_writer::CustomLabelParameter;
+using vcard_writer::AppendEncodedText;
 using vcard_writer::EncodeText;
 using vcard_writer::IsQuotedPrintable;
 using vcard_writer::PrintedLabel;
@@ -201,7 +202,7 @@ void vCard::AddAddress(String& out, const CPostalAddress& address) {
   String value;
   for (const String* part : parts) {
     if (part != parts[0]) value += u';';
-    value += EncodeText(*part, sm_fNonstandardEscChar);
+    AppendEncodedText(value, *part, sm_fNonstandardEscChar);
   }
   if (IsQuotedPrintable(value)) params += szParams_QPEncodedUTF8;
   AddItem(out, u"ADR", params, value);
@@ -212,12 +213,12 @@ void vCard::AddOrganization(String& out, const COrganization& org) {
   String params = TypeParameters(org.Type(), kOrganizationWords);
   String value = EncodeText(org.Name(), sm_fNonstandardEscChar);
   value += u';';
-  value += EncodeText(org.Unit(), sm_fNonstandardEscChar);
+  AppendEncodedText(value, org.Unit(), sm_fNonstandardEscChar);
   value += u';';
-  value += EncodeText(org.Position(), sm_fNonstandardEscChar);
+  AppendEncodedText(value, org.Position(), sm_fNonstandardEscChar);
   for (const String& line : org.Additional()) {
     value += u';';
-    value += EncodeText(line, sm_fNonstandardEscChar);
+    AppendEncodedText(value, line, sm_fNonstandardEscChar);
   }
   if (IsQuotedPrintable(value)) params += szParams_QPEncodedUTF8;
   AddItem(out, u"ORG", params, value);

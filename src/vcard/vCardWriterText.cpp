@@ -75,12 +75,19 @@ void StoreUtf8(std::u16string_view text, vobj::_byte_array* bytes) {
   bytes->m_cbData = static_cast<std::uint32_t>(size);
 }
 
-String EncodeText(const String& text, bool escape) {
-  String encoded;
+void AppendEncodedText(String& out, const String& text, bool escape) {
   // Most values of a phone book (numbers, e-mail addresses, single words)
   // come out of the encoder unchanged; skipping the UTF-8 round trip for
   // them gives the very same text.
-  if (text.size() <= kLongestUnbrokenLine && std::all_of(text.begin(), text.end(), IsLiteral)) {
+  const bool literal =
+      text.size() <= kLongestUnbrokenLine && std::all_of(text.begin(), text.end(), IsLiteral);
+  if (literal && !escape) {
+    out += text;
+    return;
+  }
+  // Keeps its room from value to value: a card's values cost no string each.
+  thread_local String encoded;
+  if (literal) {
     encoded = text;
   } else if (text.size() <= kLongestDirectValue / 3) {
     // QPEncode's own steps, STL_QPEncode of the UTF-8 bytes, in one pass.
@@ -88,7 +95,15 @@ String EncodeText(const String& text, bool escape) {
   } else {
     encoded = QPEncode(WithoutLoneSurrogates(text)).value_or(String());
   }
-  return escape ? EncodeEscapedCharString(encoded) : encoded;
+  out += escape ? EncodeEscapedCharString(encoded) : encoded;
+  // A long note must not pin its size for the rest of the address book.
+  if (encoded.capacity() > 64 * 1024) String().swap(encoded);
+}
+
+String EncodeText(const String& text, bool escape) {
+  String encoded;
+  AppendEncodedText(encoded, text, escape);
+  return encoded;
 }
 
 bool IsQuotedPrintable(std::u16string_view encoded) {

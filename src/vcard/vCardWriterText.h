@@ -21,6 +21,8 @@ inline const String& TextOf(const std::optional<String>& text) {
 /// QPEncode of `text`, then EncodeEscapedCharString when `escape` is set.
 /// An unpaired surrogate, which has no UTF-8 form, is encoded as U+FFFD.
 String EncodeText(const String& text, bool escape);
+/// EncodeText(text, escape) appended to `out`.
+void AppendEncodedText(String& out, const String& text, bool escape);
 
 /// True when an encoded value holds a '=': QPEncode changed it, so the line
 /// needs the quoted-printable parameters.
