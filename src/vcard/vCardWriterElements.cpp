@@ -91,14 +91,16 @@ constexpr TypeWord kMessengerWords[] = {
     {kMessengerTypeWindowsLive, u";WINDOWSLIVE"}, {kMessengerTypeYahoo, u";YAHOO"},
 };
 
-// The custom-label parameter when the label table knows `type`, else the
-// type words.
+// `params` set to the custom-label parameter when the label table knows
+// `type`, else to the type words.
 template <std::size_t N>
-String TypeParameters(std::uint32_t type, const TypeWord (&words)[N]) {
-  if (const std::optional<String> label = TableLabel(type)) return CustomLabelParameter(*label);
-  String params;
-  AddTypeWords(params, type, words);
-  return params;
+void SetTypeParameters(String& params, std::uint32_t type, const TypeWord (&words)[N]) {
+  params.clear();
+  if (const std::optional<String> label = TableLabel(type)) {
+    params = CustomLabelParameter(*label);
+  } else {
+    AddTypeWords(params, type, words);
+  }
 }
 
 // ";X-CUSTOM(label)" of an element's own label, escaped and without the
@@ -127,7 +129,9 @@ void AddEscapedValue(String& out, std::u16string_view name, const String& params
 
 void vCard::AddTelephone(String& out, const CTelephoneNumber& tel) {
   if (tel.GetNumber().empty()) return;
-  AddItem(out, u"TEL", TypeParameters(tel.GetType(), kTelephoneWords), tel.GetNumber());
+  thread_local String params;  // reused: a card has several numbers
+  SetTypeParameters(params, tel.GetType(), kTelephoneWords);
+  AddItem(out, u"TEL", params, tel.GetNumber());
 }
 
 void vCard::AddTelephoneAtZandor(String& out, const CTelephoneNumber& tel) {
@@ -210,7 +214,8 @@ void vCard::AddAddress(String& out, const CPostalAddress& address) {
 
 void vCard::AddOrganization(String& out, const COrganization& org) {
   if (org.IsEmpty()) return;
-  String params = TypeParameters(org.Type(), kOrganizationWords);
+  String params;
+  SetTypeParameters(params, org.Type(), kOrganizationWords);
   String value = EncodeText(org.Name(), sm_fNonstandardEscChar);
   value += u';';
   AppendEncodedText(value, org.Unit(), sm_fNonstandardEscChar);
