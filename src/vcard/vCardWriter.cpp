@@ -155,14 +155,13 @@ void AddPerson(String& out, const CContact& contact, bool zandor) {
     vCard::AddMessengerID(out, *contact.GetMessengerID(i));
   }
   AddSpeedDialLine(out, contact);
-  vCard::AddPhoto(out, contact.GetPhotoRef());
+  // The photo comes last; Generate writes it (see there).
 }
 
 void AddGroup(String& out, const CContact& contact) {
   vCard::AddGroupName(out, contact.GroupName());
   vCard::AddGroupType(out, contact.GroupType());
   vCard::AddGroupDisplayName(out, contact.GroupDisplayName());
-  vCard::AddPhoto(out, contact.GetPhotoRef());
 }
 
 }  // namespace
@@ -172,19 +171,21 @@ void vCard::Generate(const CContact* contact, vObject* object) { Generate(contac
 void vCard::Generate(const CContact* contact, vObject* object, int phoneStyle) {
   if (contact == nullptr || object == nullptr) return;
   String out;
-  // The photo dominates a large card: Base64 grows it by a third.
-  const Bytes* photo = contact->GetPhotoRef();
-  out.reserve(1024 + (photo ? photo->size() / 3 * 4 + 16 : 0));
+  out.reserve(1024);
   out += u"BEGIN:VCARD\r\nVERSION:2.1\r\n";
+  const Bytes* photo = nullptr;
   if (contact->ContactType() == 0) {
     AddPerson(out, *contact, phoneStyle != 0);
+    photo = contact->GetPhotoRef();
   } else if (contact->ContactType() == 1) {
     AddGroup(out, *contact);
+    photo = contact->GetPhotoRef();
   }
-  out += u"END:VCARD\r\n";
-  // Every value but a telephone number went through the quoted-printable
-  // encoder and is ASCII; only a number can hold an unpaired surrogate.
-  vcard_writer::StoreUtf8(out, object->object());
+  // The photo, the last property of both kinds and most of a card's bytes,
+  // is encoded straight into the object's storage behind the rest, which
+  // is stored as UTF-8 (every value but a telephone number went through the
+  // quoted-printable encoder and is ASCII).
+  vcard_writer::StoreCard(out, photo, object->object());
 }
 
 void vCard::AddItem(String& out, std::u16string_view name, std::u16string_view params,

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "phonepim/encoding/Encoding.h"
+#include "phonepim/encoding/base64.h"
 #include "phonepim/encoding/NGQuotedPrintableCoding.h"
 #include "phonepim/model/CCustomType.h"
 #include "phonepim/vcard/vCard.h"
@@ -47,7 +49,12 @@ String WithoutLoneSurrogates(const String& text) {
   return out;
 }
 
-void StoreUtf8(std::u16string_view text, vobj::_byte_array* bytes) {
+void StoreCard(std::u16string_view text, const Bytes* photo, vobj::_byte_array* bytes) {
+  // The line vCard::AddPhoto makes: the data on a line of its own, a blank
+  // folded line after it. It has no "::" for AddItem to collapse.
+  static constexpr std::string_view kPhotoHead = "PHOTO;TYPE=JPEG;ENCODING=BASE64:\r\n ";
+  static constexpr std::string_view kPhotoTail = "\r\n \r\n";
+  static constexpr std::string_view kEnd = "END:VCARD\r\n";
   const char16_t* const units = text.data();
   const std::size_t count = text.size();
   // Cards are ASCII but for the odd telephone number: test that first with
@@ -55,23 +62,45 @@ void StoreUtf8(std::u16string_view text, vobj::_byte_array* bytes) {
   // the object's storage, without a UTF-8 copy between.
   char16_t any = 0;
   for (std::size_t i = 0; i < count; ++i) any |= units[i];
-  std::size_t size = count;
+  std::size_t textSize = count;
   if (any >= 0x80) {
-    size = 0;
+    textSize = 0;
     for (std::size_t i = 0; i < count; ++i) {
       unsigned char encoded[4];
-      size += static_cast<std::size_t>(utf8::EncodeCharacter(units, count, &i, encoded));
+      textSize += static_cast<std::size_t>(utf8::EncodeCharacter(units, count, &i, encoded));
     }
   }
-  if (bytes->m_cbAlloc < size) bytes->Alloc(size);
+  const bool withPhoto = photo != nullptr && !photo->empty();
+  const std::size_t photoSize =
+      withPhoto ? kPhotoHead.size() + (photo->size() + 2) / 3 * 4 + kPhotoTail.size() : 0;
+  const std::size_t size = textSize + photoSize + kEnd.size();
+  // One more for the NUL the Base64 encoder ends with.
+  if (bytes->m_cbAlloc < size + 1) bytes->Alloc(size + 1);
   unsigned char* out = bytes->m_pData;
   if (any < 0x80) {
-    for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<unsigned char>(units[i]);
+    for (std::size_t i = 0; i < count; ++i) *out++ = static_cast<unsigned char>(units[i]);
   } else {
     for (std::size_t i = 0; i < count; ++i) {
       out += utf8::EncodeCharacter(units, count, &i, out);
     }
   }
+  const auto put = [&out](std::string_view piece) {
+    out = std::copy(piece.begin(), piece.end(), out);
+  };
+  if (withPhoto) {
+    put(kPhotoHead);
+    // In pieces of whole groups of three bytes (they join into one Base64
+    // text), each within the encoder's int count; each piece's NUL is
+    // overwritten by the next.
+    constexpr std::size_t kPiece = std::size_t{3} << 20;
+    const char* data = reinterpret_cast<const char*>(photo->data());
+    for (std::size_t done = 0; done < photo->size(); done += kPiece) {
+      const int length = static_cast<int>(std::min(kPiece, photo->size() - done));
+      out += Base64encode(reinterpret_cast<char*>(out), data + done, length) - 1;
+    }
+    put(kPhotoTail);
+  }
+  put(kEnd);
   bytes->m_cbData = static_cast<std::uint32_t>(size);
 }
 

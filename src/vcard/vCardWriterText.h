@@ -45,8 +45,10 @@ String CustomLabelParameter(const String& label);
 /// `text` with every unpaired surrogate replaced by U+FFFD.
 String WithoutLoneSurrogates(const String& text);
 
-/// Stores the UTF-8 form of `text` (an unpaired surrogate written as U+FFFD)
-/// as the contents of `bytes`, which keeps its storage when large enough.
-void StoreUtf8(std::u16string_view text, vobj::_byte_array* bytes);
+/// Stores a card as the contents of `bytes` (which keeps its storage when
+/// large enough): the UTF-8 form of `text` (an unpaired surrogate written as
+/// U+FFFD), the PHOTO line of `photo` as vCard::AddPhoto writes it (none for
+/// null or no bytes), and "END:VCARD".
+void StoreCard(std::u16string_view text, const Bytes* photo, vobj::_byte_array* bytes);
 
 }  // namespace phonepim::vcard_writer
