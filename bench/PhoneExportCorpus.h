@@ -162,8 +162,8 @@ inline PhoneExportCorpus MakePhoneExport(std::size_t count,
     AppendQpProperty(out, "N", family + ";" + given + ";;;");
     AppendQpProperty(out, "FN", given + " " + family);
     if (shape.customLabels && n % 5 == 0) {
-      out += "TEL;X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,B=C3=BCro):" + Phone(random) +
-             "\r\n";
+      out += "TEL;X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,B=C3=BCro):" +
+             Phone(random) + "\r\n";
     }
     out += "TEL;CELL;PREF:" + Phone(random) + "\r\n";
     out += "TEL;HOME;VOICE:" + Phone(random) + "\r\n";
@@ -173,7 +173,8 @@ inline PhoneExportCorpus MakePhoneExport(std::size_t count,
     if (shape.customLabels && n % 5 == 1) {
       out += "EMAIL;X-CUSTOM(Book club):reads" + std::to_string(n) + "@example.org\r\n";
     }
-    AppendQpProperty(out, shape.customLabels && n % 5 == 2 ? "ADR;X-CUSTOM(Summer house)" : "ADR;HOME",
+    const bool labelledAddress = shape.customLabels && n % 5 == 2;
+    AppendQpProperty(out, labelledAddress ? "ADR;X-CUSTOM(Summer house)" : "ADR;HOME",
                      ";;" + std::string(Pick(random, kStreets)) + " " +
                          std::to_string(1 + random.Below(200)) + ";" + Pick(random, kCities) +
                          ";;" + std::to_string(10000 + random.Below(90000)) + ";Deutschland");

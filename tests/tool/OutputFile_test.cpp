@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -31,23 +32,28 @@ std::size_t FilesIn(const fs::path& folder) {
       std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
 }
 
-TEST(output_file, a_fifo_is_written_straight_and_stays_a_fifo) {
+// The tool itself, so that `convert -o` is seen to take this road.
+TEST(output_file, convert_writes_a_fifo_straight_and_it_stays_a_fifo) {
   const TempFolder folder;
   const fs::path fifo = folder.path() / "out";
   ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   // The reader is there first: the write does not wait, nor, if it went
-  // wrong, does this test.
+  // wrong, does this test. The pipe holds the whole small book.
   const int reader = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
-  std::string error;
-  EXPECT_TRUE(WriteOutputFile(fifo, "BEGIN:VCARD\r\n", &error)) << error;
-  char received[32] = {};
-  EXPECT_EQ(read(reader, received, sizeof received), 13);
+  const std::string command = "'" PHONEPIM_TOOL "' contacts convert --to vcf -q '"
+                              PHONEPIM_TOOL_DATA "/contacts.vcf' -o '" + fifo.string() + "'";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  std::string received(4096, '\0');
+  const ssize_t n = read(reader, received.data(), received.size());
   close(reader);
-  EXPECT_STREQ(received, "BEGIN:VCARD\r\n");
+  received.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
+  EXPECT_EQ(received, ReadFile(PHONEPIM_TOOL_DATA "/contacts.out.vcf"));
   EXPECT_EQ(FileType(fifo), S_IFIFO);
   EXPECT_EQ(FilesIn(folder.path()), 1u);
 }
 
+// Straight through the function convert writes with: run as root, a
+// regression would replace the machine's /dev/null.
 TEST(output_file, dev_null_stays_a_device) {
   ASSERT_EQ(FileType("/dev/null"), S_IFCHR) << "/dev/null was replaced before this test";
   std::string error;
