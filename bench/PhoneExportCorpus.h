@@ -35,6 +35,26 @@ class Random {
   std::uint64_t state_;
 };
 
+/// Where a photo's BASE64 text starts.
+enum class PhotoStart { Alternating, PropertyLine, NextLine };
+
+/// What varies between the generated exports.
+struct ExportShape {
+  std::size_t photoMinChars = 2048;  // BASE64 characters of the smallest photo
+  std::size_t photoMaxChars = 6144;  // and of the largest, exclusive
+  PhotoStart photoStart = PhotoStart::Alternating;
+  // Three cards in five label one element with X-CUSTOM(...), as phones
+  // that let the user name a number, address or mailbox write it.
+  bool customLabels = false;
+};
+
+/// The comparison corpus: 20,000 cards, 31.9 MB, one in ten with a photo
+/// of 2 to 12.5 KB of BASE64, three in five with a custom label. Most
+/// phones start the photo on the PHOTO line; `photoStart` picks.
+inline ExportShape PeerComparisonShape(PhotoStart photoStart) {
+  return ExportShape{2048, 12800, photoStart, true};
+}
+
 struct PhoneExportCorpus {
   std::string text;                                         // all cards, CRLF
   std::vector<std::pair<std::size_t, std::size_t>> cards;  // offset, length
@@ -126,7 +146,8 @@ const char* Pick(Random& random, const char* const (&words)[N]) {
 
 /// `count` cards; card n carries a photo when n % 10 == 0.
 inline PhoneExportCorpus MakePhoneExport(std::size_t count,
-                                         std::uint64_t seed = 0x5eed1234abcdull) {
+                                         std::uint64_t seed = 0x5eed1234abcdull,
+                                         const ExportShape& shape = {}) {
   using namespace corpus_detail;
   PhoneExportCorpus c;
   Random random(seed);
@@ -140,12 +161,20 @@ inline PhoneExportCorpus MakePhoneExport(std::size_t count,
     out += "BEGIN:VCARD\r\nVERSION:2.1\r\n";
     AppendQpProperty(out, "N", family + ";" + given + ";;;");
     AppendQpProperty(out, "FN", given + " " + family);
+    if (shape.customLabels && n % 5 == 0) {
+      out += "TEL;X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,B=C3=BCro):" +
+             Phone(random) + "\r\n";
+    }
     out += "TEL;CELL;PREF:" + Phone(random) + "\r\n";
     out += "TEL;HOME;VOICE:" + Phone(random) + "\r\n";
     out += "TEL;WORK;VOICE:" + Phone(random) + "\r\n";
     if (random.Below(2) == 0) out += "TEL;WORK;FAX:" + Phone(random) + "\r\n";
     out += "EMAIL;INTERNET;PREF:contact" + std::to_string(n) + "@example.com\r\n";
-    AppendQpProperty(out, "ADR;HOME",
+    if (shape.customLabels && n % 5 == 1) {
+      out += "EMAIL;X-CUSTOM(Book club):reads" + std::to_string(n) + "@example.org\r\n";
+    }
+    const bool labelledAddress = shape.customLabels && n % 5 == 2;
+    AppendQpProperty(out, labelledAddress ? "ADR;X-CUSTOM(Summer house)" : "ADR;HOME",
                      ";;" + std::string(Pick(random, kStreets)) + " " +
                          std::to_string(1 + random.Below(200)) + ";" + Pick(random, kCities) +
                          ";;" + std::to_string(10000 + random.Below(90000)) + ";Deutschland");
@@ -159,8 +188,12 @@ inline PhoneExportCorpus MakePhoneExport(std::size_t count,
     out += "BDAY:19" + std::to_string(50 + random.Below(50)) + "0612\r\n";
     if (n % 10 == 0) {
       out += "PHOTO;ENCODING=BASE64;TYPE=JPEG:";
-      const std::size_t characters = (2048 + random.Below(4096)) / 4 * 4;
-      AppendFoldedBase64(out, random, characters, /*sameLine=*/n % 20 == 0);
+      const std::size_t characters =
+          (shape.photoMinChars + random.Below(shape.photoMaxChars - shape.photoMinChars)) / 4 * 4;
+      const bool sameLine = shape.photoStart == PhotoStart::Alternating
+                                ? n % 20 == 0
+                                : shape.photoStart == PhotoStart::PropertyLine;
+      AppendFoldedBase64(out, random, characters, sameLine);
       ++c.photoCards;
     }
     out += "X-IRMC-LUID:" + std::to_string(100000 + n) + "\r\nEND:VCARD\r\n";

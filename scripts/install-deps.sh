@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages phonepim needs to build, test, benchmark and
 # fuzz. Idempotent: only what is missing is installed.
+#   --peers  also the other vCard libraries the `peers` preset compares with
 set -euo pipefail
 
 packages=(
@@ -14,6 +15,12 @@ packages=(
   libcli11-dev nlohmann-json3-dev                     # command-line tool
   gcovr                                               # coverage (scripts/coverage.sh)
 )
+for argument in "$@"; do
+  case "$argument" in
+    --peers) packages+=(libebook-contacts1.2-dev) ;;    # Evolution's vCard reader
+    *) echo "install-deps: unknown option $argument" >&2; exit 2 ;;
+  esac
+done
 
 missing=()
 for package in "${packages[@]}"; do

@@ -9,15 +9,20 @@ cmake --build --preset gcc --target phonepim_tool
 tool=build/gcc/tools/phonepim/phonepim
 for file in examples/*.vcf; do
   [ -e "$file" ] || continue
+  # bad-cards.vcf is broken on purpose: 1 (some cards unread) is its answer.
+  unread=0
+  [ "$(basename "$file")" = bad-cards.vcf ] && unread=1
   echo "== phonepim contacts show $file"
-  "$tool" contacts show "$file"
+  status=0
+  "$tool" contacts show "$file" || status=$?
+  [ "$status" -eq "$unread" ] || exit "$status"
   echo "== phonepim contacts check $file"
   # The sample book keeps cards that a round trip changes, to show what
   # check reports: 4 (something lost) is an expected answer here.
   status=0
   "$tool" contacts check "$file" || status=$?
   echo "(exit status $status)"
-  [ "$status" -eq 0 ] || [ "$status" -eq 4 ] || exit "$status"
+  [ "$status" -eq "$unread" ] || [ "$status" -eq 4 ] || exit "$status"
 done
 for file in examples/*.vcs; do
   [ -e "$file" ] || continue

@@ -21,6 +21,7 @@
 
 namespace phonepim {
 
+using vcard_writer::AppendEncodedText;
 using vcard_writer::EncodeText;
 using vcard_writer::IsQuotedPrintable;
 using vcard_writer::TextOf;
@@ -65,9 +66,12 @@ void CollapseDoubleColons(String& out, std::size_t start) {
 // when the reader undoes escapes.
 void AddTextProperty(String& out, std::u16string_view name, const String& text) {
   if (text.empty()) return;
-  const String encoded = EncodeText(text, vCard::sm_fNonstandardEscChar);
+  thread_local String encoded;  // reused: most properties are short
+  encoded.clear();
+  AppendEncodedText(encoded, text, vCard::sm_fNonstandardEscChar);
   vCard::AddItem(out, name, IsQuotedPrintable(encoded) ? vCard::szParams_QPEncodedUTF8 : u"",
                  encoded);
+  if (encoded.capacity() > 64 * 1024) String().swap(encoded);
 }
 
 String Widen(const char* ascii) {
@@ -151,14 +155,13 @@ void AddPerson(String& out, const CContact& contact, bool zandor) {
     vCard::AddMessengerID(out, *contact.GetMessengerID(i));
   }
   AddSpeedDialLine(out, contact);
-  vCard::AddPhoto(out, contact.GetPhotoRef());
+  // The photo comes last; Generate writes it (see there).
 }
 
 void AddGroup(String& out, const CContact& contact) {
   vCard::AddGroupName(out, contact.GroupName());
   vCard::AddGroupType(out, contact.GroupType());
   vCard::AddGroupDisplayName(out, contact.GroupDisplayName());
-  vCard::AddPhoto(out, contact.GetPhotoRef());
 }
 
 }  // namespace
@@ -168,21 +171,21 @@ void vCard::Generate(const CContact* contact, vObject* object) { Generate(contac
 void vCard::Generate(const CContact* contact, vObject* object, int phoneStyle) {
   if (contact == nullptr || object == nullptr) return;
   String out;
-  // The photo dominates a large card: Base64 grows it by a third.
-  const Bytes* photo = contact->GetPhotoRef();
-  out.reserve(1024 + (photo ? photo->size() / 3 * 4 + 16 : 0));
+  out.reserve(1024);
   out += u"BEGIN:VCARD\r\nVERSION:2.1\r\n";
+  const Bytes* photo = nullptr;
   if (contact->ContactType() == 0) {
     AddPerson(out, *contact, phoneStyle != 0);
+    photo = contact->GetPhotoRef();
   } else if (contact->ContactType() == 1) {
     AddGroup(out, *contact);
+    photo = contact->GetPhotoRef();
   }
-  out += u"END:VCARD\r\n";
-  // Every value but a telephone number went through the quoted-printable
-  // encoder and is ASCII; only a number can hold an unpaired surrogate.
-  const std::string bytes = vcard_writer::Utf8Of(out);
-  String().swap(out);  // a large card need not be held twice while it is copied
-  object->object()->SetData(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  // The photo, the last property of both kinds and most of a card's bytes,
+  // is encoded straight into the object's storage behind the rest, which
+  // is stored as UTF-8 (every value but a telephone number went through the
+  // quoted-printable encoder and is ASCII).
+  vcard_writer::StoreCard(out, photo, object->object());
 }
 
 void vCard::AddItem(String& out, std::u16string_view name, std::u16string_view params,
@@ -217,7 +220,7 @@ void vCard::AddName(String& out, const CName& name) {
   String value;
   for (const String* part : parts) {
     if (part != parts[0]) value += u';';
-    value += EncodeText(*part, sm_fNonstandardEscChar);
+    AppendEncodedText(value, *part, sm_fNonstandardEscChar);
   }
   AddItem(out, u"N", IsQuotedPrintable(value) ? szParams_QPEncodedUTF8 : u"", value);
 }

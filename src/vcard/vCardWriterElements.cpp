@@ -16,6 +16,7 @@
 namespace phonepim {
 
 using vcard_writer::CustomLabelParameter;
+using vcard_writer::AppendEncodedText;
 using vcard_writer::EncodeText;
 using vcard_writer::IsQuotedPrintable;
 using vcard_writer::PrintedLabel;
@@ -90,14 +91,16 @@ constexpr TypeWord kMessengerWords[] = {
     {kMessengerTypeWindowsLive, u";WINDOWSLIVE"}, {kMessengerTypeYahoo, u";YAHOO"},
 };
 
-// The custom-label parameter when the label table knows `type`, else the
-// type words.
+// `params` set to the custom-label parameter when the label table knows
+// `type`, else to the type words.
 template <std::size_t N>
-String TypeParameters(std::uint32_t type, const TypeWord (&words)[N]) {
-  if (const std::optional<String> label = TableLabel(type)) return CustomLabelParameter(*label);
-  String params;
-  AddTypeWords(params, type, words);
-  return params;
+void SetTypeParameters(String& params, std::uint32_t type, const TypeWord (&words)[N]) {
+  params.clear();
+  if (const std::optional<String> label = TableLabel(type)) {
+    params = CustomLabelParameter(*label);
+  } else {
+    AddTypeWords(params, type, words);
+  }
 }
 
 // ";X-CUSTOM(label)" of an element's own label, escaped and without the
@@ -126,7 +129,9 @@ void AddEscapedValue(String& out, std::u16string_view name, const String& params
 
 void vCard::AddTelephone(String& out, const CTelephoneNumber& tel) {
   if (tel.GetNumber().empty()) return;
-  AddItem(out, u"TEL", TypeParameters(tel.GetType(), kTelephoneWords), tel.GetNumber());
+  thread_local String params;  // reused: a card has several numbers
+  SetTypeParameters(params, tel.GetType(), kTelephoneWords);
+  AddItem(out, u"TEL", params, tel.GetNumber());
 }
 
 void vCard::AddTelephoneAtZandor(String& out, const CTelephoneNumber& tel) {
@@ -201,7 +206,7 @@ void vCard::AddAddress(String& out, const CPostalAddress& address) {
   String value;
   for (const String* part : parts) {
     if (part != parts[0]) value += u';';
-    value += EncodeText(*part, sm_fNonstandardEscChar);
+    AppendEncodedText(value, *part, sm_fNonstandardEscChar);
   }
   if (IsQuotedPrintable(value)) params += szParams_QPEncodedUTF8;
   AddItem(out, u"ADR", params, value);
@@ -209,15 +214,16 @@ void vCard::AddAddress(String& out, const CPostalAddress& address) {
 
 void vCard::AddOrganization(String& out, const COrganization& org) {
   if (org.IsEmpty()) return;
-  String params = TypeParameters(org.Type(), kOrganizationWords);
+  String params;
+  SetTypeParameters(params, org.Type(), kOrganizationWords);
   String value = EncodeText(org.Name(), sm_fNonstandardEscChar);
   value += u';';
-  value += EncodeText(org.Unit(), sm_fNonstandardEscChar);
+  AppendEncodedText(value, org.Unit(), sm_fNonstandardEscChar);
   value += u';';
-  value += EncodeText(org.Position(), sm_fNonstandardEscChar);
+  AppendEncodedText(value, org.Position(), sm_fNonstandardEscChar);
   for (const String& line : org.Additional()) {
     value += u';';
-    value += EncodeText(line, sm_fNonstandardEscChar);
+    AppendEncodedText(value, line, sm_fNonstandardEscChar);
   }
   if (IsQuotedPrintable(value)) params += szParams_QPEncodedUTF8;
   AddItem(out, u"ORG", params, value);

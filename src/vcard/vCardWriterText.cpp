@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "phonepim/encoding/Encoding.h"
+#include "phonepim/encoding/base64.h"
 #include "phonepim/encoding/NGQuotedPrintableCoding.h"
 #include "phonepim/model/CCustomType.h"
 #include "phonepim/vcard/vCard.h"
@@ -47,35 +49,74 @@ String WithoutLoneSurrogates(const String& text) {
   return out;
 }
 
-std::string Utf8Of(std::u16string_view text) {
+void StoreCard(std::u16string_view text, const Bytes* photo, vobj::_byte_array* bytes) {
+  // The line vCard::AddPhoto makes: the data on a line of its own, a blank
+  // folded line after it. It has no "::" for AddItem to collapse.
+  static constexpr std::string_view kPhotoHead = "PHOTO;TYPE=JPEG;ENCODING=BASE64:\r\n ";
+  static constexpr std::string_view kPhotoTail = "\r\n \r\n";
+  static constexpr std::string_view kEnd = "END:VCARD\r\n";
   const char16_t* const units = text.data();
   const std::size_t count = text.size();
   // Cards are ASCII but for the odd telephone number: test that first with
-  // a loop the compiler can vectorise, and copy the units narrowed.
+  // a loop the compiler can vectorise, and narrow the units straight into
+  // the object's storage, without a UTF-8 copy between.
   char16_t any = 0;
   for (std::size_t i = 0; i < count; ++i) any |= units[i];
-  if (any < 0x80) return std::string(text.begin(), text.end());
-  // One pass into room for the worst case, three bytes a unit (a pair's
-  // four bytes stand for two). Values with accents come this way; a whole
-  // card only when a telephone number holds more than ASCII.
-  std::string bytes(count * 3, '\0');
-  char* const first = bytes.data();
-  char* out = first;
-  for (std::size_t i = 0; i < count; ++i) {
-    unsigned char encoded[4];
-    const int n = utf8::EncodeCharacter(units, count, &i, encoded);
-    for (int k = 0; k < n; ++k) *out++ = static_cast<char>(encoded[k]);
+  std::size_t textSize = count;
+  if (any >= 0x80) {
+    textSize = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      unsigned char encoded[4];
+      textSize += static_cast<std::size_t>(utf8::EncodeCharacter(units, count, &i, encoded));
+    }
   }
-  bytes.resize(static_cast<std::size_t>(out - first));
-  return bytes;
+  const bool withPhoto = photo != nullptr && !photo->empty();
+  const std::size_t photoSize =
+      withPhoto ? kPhotoHead.size() + (photo->size() + 2) / 3 * 4 + kPhotoTail.size() : 0;
+  const std::size_t size = textSize + photoSize + kEnd.size();
+  // One more for the NUL the Base64 encoder ends with.
+  if (bytes->m_cbAlloc < size + 1) bytes->Alloc(size + 1);
+  unsigned char* out = bytes->m_pData;
+  if (any < 0x80) {
+    for (std::size_t i = 0; i < count; ++i) *out++ = static_cast<unsigned char>(units[i]);
+  } else {
+    for (std::size_t i = 0; i < count; ++i) {
+      out += utf8::EncodeCharacter(units, count, &i, out);
+    }
+  }
+  const auto put = [&out](std::string_view piece) {
+    out = std::copy(piece.begin(), piece.end(), out);
+  };
+  if (withPhoto) {
+    put(kPhotoHead);
+    // In pieces of whole groups of three bytes (they join into one Base64
+    // text), each within the encoder's int count; each piece's NUL is
+    // overwritten by the next.
+    constexpr std::size_t kPiece = std::size_t{3} << 20;
+    const char* data = reinterpret_cast<const char*>(photo->data());
+    for (std::size_t done = 0; done < photo->size(); done += kPiece) {
+      const int length = static_cast<int>(std::min(kPiece, photo->size() - done));
+      out += Base64encode(reinterpret_cast<char*>(out), data + done, length) - 1;
+    }
+    put(kPhotoTail);
+  }
+  put(kEnd);
+  bytes->m_cbData = static_cast<std::uint32_t>(size);
 }
 
-String EncodeText(const String& text, bool escape) {
-  String encoded;
+void AppendEncodedText(String& out, const String& text, bool escape) {
   // Most values of a phone book (numbers, e-mail addresses, single words)
   // come out of the encoder unchanged; skipping the UTF-8 round trip for
   // them gives the very same text.
-  if (text.size() <= kLongestUnbrokenLine && std::all_of(text.begin(), text.end(), IsLiteral)) {
+  const bool literal =
+      text.size() <= kLongestUnbrokenLine && std::all_of(text.begin(), text.end(), IsLiteral);
+  if (literal && !escape) {
+    out += text;
+    return;
+  }
+  // Keeps its room from value to value: a card's values cost no string each.
+  thread_local String encoded;
+  if (literal) {
     encoded = text;
   } else if (text.size() <= kLongestDirectValue / 3) {
     // QPEncode's own steps, STL_QPEncode of the UTF-8 bytes, in one pass.
@@ -83,7 +124,15 @@ String EncodeText(const String& text, bool escape) {
   } else {
     encoded = QPEncode(WithoutLoneSurrogates(text)).value_or(String());
   }
-  return escape ? EncodeEscapedCharString(encoded) : encoded;
+  out += escape ? EncodeEscapedCharString(encoded) : encoded;
+  // A long note must not pin its size for the rest of the address book.
+  if (encoded.capacity() > 64 * 1024) String().swap(encoded);
+}
+
+String EncodeText(const String& text, bool escape) {
+  String encoded;
+  AppendEncodedText(encoded, text, escape);
+  return encoded;
 }
 
 bool IsQuotedPrintable(std::u16string_view encoded) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "phonepim/platform/String.h"
+#include "phonepim/versit/vObject.h"
 
 namespace phonepim::vcard_writer {
 
@@ -20,6 +21,8 @@ inline const String& TextOf(const std::optional<String>& text) {
 /// QPEncode of `text`, then EncodeEscapedCharString when `escape` is set.
 /// An unpaired surrogate, which has no UTF-8 form, is encoded as U+FFFD.
 String EncodeText(const String& text, bool escape);
+/// EncodeText(text, escape) appended to `out`.
+void AppendEncodedText(String& out, const String& text, bool escape);
 
 /// True when an encoded value holds a '=': QPEncode changed it, so the line
 /// needs the quoted-printable parameters.
@@ -42,7 +45,10 @@ String CustomLabelParameter(const String& label);
 /// `text` with every unpaired surrogate replaced by U+FFFD.
 String WithoutLoneSurrogates(const String& text);
 
-/// The UTF-8 form of `text`, an unpaired surrogate written as U+FFFD.
-std::string Utf8Of(std::u16string_view text);
+/// Stores a card as the contents of `bytes` (which keeps its storage when
+/// large enough): the UTF-8 form of `text` (an unpaired surrogate written as
+/// U+FFFD), the PHOTO line of `photo` as vCard::AddPhoto writes it (none for
+/// null or no bytes), and "END:VCARD".
+void StoreCard(std::u16string_view text, const Bytes* photo, vobj::_byte_array* bytes);
 
 }  // namespace phonepim::vcard_writer

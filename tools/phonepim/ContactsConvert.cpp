@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <ostream>
+#include <string_view>
 #include <system_error>
 
 #include "AtomicFile.h"
@@ -49,7 +50,21 @@ int ConvertContacts(const std::string& text, const std::string& sourceName,
       return 2;
     }
   }
-  std::string cards;
+  // vCard text goes out card by card, so a large book is never held twice;
+  // JSON is one document and is built whole.
+  OutputFile file;
+  std::string error;
+  if (!options.output.empty() && !file.Open(options.output, &error)) {
+    err << error << '\n';
+    return 2;
+  }
+  const auto emit = [&](std::string_view text) {
+    if (options.output.empty()) {
+      out << text;
+    } else {
+      file.Write(text);
+    }
+  };
   nlohmann::ordered_json contacts = nlohmann::ordered_json::array();
   ContactTally tally;
   bool photosWritten = true;
@@ -59,21 +74,21 @@ int ConvertContacts(const std::string& text, const std::string& sourceName,
         if (json) {
           contacts.push_back(ContactToJson(contact, card.index + 1, card.span->firstLine));
         } else {
-          cards += GenerateCard(contact, options.writer);
+          emit(GenerateCard(contact, options.writer));
         }
-        std::string error;
+        std::string photoError;
         if (!options.photoFolder.empty() && photosWritten &&
-            !WritePhoto(options.photoFolder, contact, card.index + 1, &error)) {
-          err << error << '\n';
+            !WritePhoto(options.photoFolder, contact, card.index + 1, &photoError)) {
+          err << photoError << '\n';
           photosWritten = false;
         }
       },
       &tally);
   if (status == 2) return status;
-  if (json) cards = BookJson(sourceName, std::move(contacts), tally).dump(2) + "\n";
+  if (json) emit(BookJson(sourceName, std::move(contacts), tally).dump(2) + "\n");
   if (options.output.empty()) {
-    out << cards << std::flush;
-  } else if (std::string error; !WriteFileAtomically(options.output, cards, &error)) {
+    out << std::flush;
+  } else if (!file.Commit(&error)) {
     err << error << '\n';
     return 2;
   }

@@ -27,7 +27,18 @@ bool ReadInput(const std::string& path, std::string* text, std::string* error) {
     *error = path + ": cannot open: " + std::generic_category().message(errno);
     return false;
   }
-  text->assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  // Read into a string of the file's size: growing one as the bytes come
+  // would hold up to three times a large book at the moment it grows.
+  const std::uintmax_t size = std::filesystem::file_size(path, ec);
+  if (!ec && size > 0) {
+    text->resize(static_cast<std::size_t>(size));
+    in.read(text->data(), static_cast<std::streamsize>(size));
+    text->resize(static_cast<std::size_t>(in.gcount()));
+  }
+  if (ec || size == 0 || in.gcount() == static_cast<std::streamsize>(size)) {
+    // A pipe or device has no size; a file may have grown since: the rest.
+    text->append(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  }
   if (in.bad()) {
     *error = path + ": read error";
     return false;

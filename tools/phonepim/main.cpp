@@ -17,6 +17,7 @@
 #include "ContactsCheck.h"
 #include "ContactsConvert.h"
 #include "ContactsShow.h"
+#include "ExitStatus.h"
 #include "Input.h"
 #include "VersitDump.h"
 
@@ -25,26 +26,7 @@ namespace {
 using phonepim::tool::ContactReadOptions;
 using phonepim::tool::WriterOptions;
 
-// Reads FILE and runs `command` on its text. An unreadable file gives 2,
-// anything the command did not expect 3; both are one line on stderr.
-int RunOnFile(
-    const std::string& file,
-    const std::function<int(const std::string& text, const std::string& source)>& command) {
-  std::string text;
-  std::string error;
-  if (!phonepim::tool::ReadInput(file, &text, &error)) {
-    std::cerr << "phonepim: " << error << '\n';
-    return 2;
-  }
-  try {
-    return command(text, phonepim::tool::SourceName(file));
-  } catch (const std::exception& e) {
-    std::cerr << "phonepim: " << file << ": internal error: " << e.what() << '\n';
-  } catch (...) {
-    std::cerr << "phonepim: " << file << ": internal error\n";
-  }
-  return 3;
-}
+using phonepim::tool::RunOnFile;
 
 void AddFileArgument(CLI::App* command, std::string* file) {
   command->add_option("FILE", *file, "vCard file (a phone's address book), or - for standard input")
@@ -214,7 +196,13 @@ int main(int argc, char** argv) {
   AddWriterOptions(check, &writer);
   AddReadOptions(check, &readOptions, &imei);
 
-  CLI11_PARSE(app, argc, argv);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    // CLI11 has a status per kind of mistake (105 for a value out of its
+    // set, 106 for a missing option, ...); the tool answers one for all.
+    return app.exit(e) == 0 ? phonepim::tool::kExitOk : phonepim::tool::kExitUsage;
+  }
 
   if (dump->parsed()) {
     return RunOnFile(file, [&](const std::string& text, const std::string& source) {

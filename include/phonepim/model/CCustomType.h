@@ -64,8 +64,8 @@ class CCcustomTypeT {
 ///
 /// An empty argument, or one made only of the removed pieces, has no last
 /// character to drop: the registration throws std::out_of_range after the
-/// counter has moved on, and no entry is added. The reader never passes
-/// such a text.
+/// counter has moved on, and the spent code has no label. The reader never
+/// passes such a text.
 class CCustomType {
  public:
   /// The single shared table, made on first use and kept for the life of
@@ -85,7 +85,7 @@ class CCustomType {
 
   /// The label of the first entry, in registration order, whose code is
   /// `type`; nothing when no entry has it (or the entry's label could not
-  /// be decoded).
+  /// be decoded). Constant time, however many labels have been registered.
   std::optional<String> ConvertStringValFromCustomType(std::uint32_t type) const;
 
   /// Removes every entry and sets the counter back, so the next code is
@@ -98,6 +98,9 @@ class CCustomType {
   CCustomType();
   std::uint32_t Register(const String& str, std::optional<String>* decodedName);
 
+  // In registration order, which is code order: the entry of code c is at
+  // position c - kFirstCustomType (a registration that threw leaves a
+  // nameless entry).
   std::vector<CCcustomTypeT> m_arrCustomType;
   std::uint32_t m_CustomType_T;
 };
