@@ -1,0 +1,13 @@
+// How the session and the tool name a store record to a person.
+#pragma once
+
+#include "phonepim/platform/String.h"
+#include "phonepim/platform/Value.h"
+
+namespace phonepim {
+
+/// A contact record's "first name" and "last name", else its "company
+/// name"; a group record's "name"; empty for a record with none of them.
+String StoreRecordName(const Dictionary& record);
+
+}  // namespace phonepim

@@ -1,0 +1,329 @@
+#include "phonepim/session/SyncSession.h"
+
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <stdexcept>
+
+#include "phonepim/mapping/ContactIDMappingTable.h"
+#include "phonepim/model/CContact.h"
+#include "phonepim/platform/PropertyList.h"
+#include "phonepim/platform/Uuid.h"
+#include "phonepim/session/ReadContact.h"
+#include "phonepim/session/StoreRecordName.h"
+#include "phonepim/store/SyncStore.h"
+#include "phonepim/sync/SyncRecordSchema.h"
+#include "phonepim/versit/ObjectSplitter.h"
+
+namespace phonepim {
+namespace {
+
+const String* const kSubRecordLists[] = {&kPhoneNumbersKey, &kEmailAddressesKey, &kURLsKey,
+                                         &kStreetAddressesKey, &kDatesKey, &kRelatedNamesKey,
+                                         &kIMsKey};
+
+std::optional<Bytes> ReadWholeFile(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return std::nullopt;
+  return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+std::string FirstLine(std::string_view object) {
+  const std::size_t end = object.find_first_of("\r\n");
+  return std::string(object.substr(0, std::min<std::size_t>(end, 60)));
+}
+
+String GroupRecordID(const String& contactRecordID) {
+  String id = contactRecordID;
+  const std::size_t at = id.find(u"-Contact-");
+  if (at != String::npos) id.replace(at, 9, u"-Croup-");
+  return id;
+}
+
+const String& TextOf(const Dictionary& entry, const String& key) {
+  static const String kEmpty;
+  const String* text = FindAs<String>(entry, key);
+  return text ? *text : kEmpty;
+}
+
+}  // namespace
+
+std::string_view RecordChangeName(RecordChange change) {
+  switch (change) {
+    case RecordChange::kNew: return "new";
+    case RecordChange::kChanged: return "changed";
+    case RecordChange::kUnchanged: return "unchanged";
+    case RecordChange::kDeleted: return "deleted";
+  }
+  return "?";
+}
+
+SubRecordCounts& SubRecordCounts::operator+=(const SubRecordCounts& other) {
+  added += other.added;
+  removed += other.removed;
+  kept += other.kept;
+  return *this;
+}
+
+std::size_t SyncReport::count(RecordChange change) const {
+  std::size_t n = 0;
+  for (const RecordOutcome& record : records) n += record.change == change ? 1 : 0;
+  return n;
+}
+
+SubRecordCounts SyncReport::subRecords() const {
+  SubRecordCounts total;
+  for (const RecordOutcome& record : records) total += record.subRecords;
+  return total;
+}
+
+// One synchronisation: the state that lives from the lock to the commit.
+class SyncSession::Run {
+ public:
+  Run(SyncSession& session, bool dryRun) : session_(session), dryRun_(dryRun) {}
+
+  SyncReport contacts(std::string_view text) {
+    SyncStore& store = session_.store_;
+    store.begin();
+    try {
+      loadTable();
+      readExport(text);
+      dropDeleted();
+      finish();
+    } catch (...) {
+      store.rollback();
+      throw;
+    }
+    return std::move(report_);
+  }
+
+ private:
+  void write(const char* step) {
+    if (session_.writeHook_) session_.writeHook_(step);
+    changed_ = true;
+  }
+
+  // The table as the store's copy describes it; the file is brought in line
+  // first when a stop came between the file and the commit.
+  void loadTable() {
+    const PhoneIdentity& phone = session_.phone_;
+    std::filesystem::path folder = session_.tableFolder_;
+    if (dryRun_) {
+      // A dry run reads the copy only and leaves the folder alone.
+      scratch_ = std::filesystem::temp_directory_path() /
+                 ("phonepim-dry-run-" + ToDisplayUTF8(NewUUIDString()));
+      folder = scratch_;
+    }
+    filePath_ = ContactIDMappingTable::metaFilePath(phone.imei, phone.model, folder);
+    copyName_ = StringFromUTF8(filePath_.filename().string()).value_or(u"table");
+    const std::optional<Bytes> copy = session_.store_.tableCopy(copyName_);
+    if (!dryRun_ && copy && ReadWholeFile(filePath_) != copy) {
+      if (!WriteFileAtomically(filePath_, *copy)) {
+        throw std::runtime_error("cannot restore the table file " + filePath_.string());
+      }
+    }
+    table_ = std::make_shared<ContactIDMappingTable>(phone.model, phone.imei, folder);
+    if (dryRun_ || !copy) {
+      table_->mTable() = Dictionary();
+      if (copy) {
+        std::optional<Value> value = ValueFromPropertyList(*copy);
+        if (value && value->is<Dictionary>()) table_->mTable() = std::move(value->get<Dictionary>());
+      }
+    }
+    if (!scratch_.empty()) std::filesystem::remove_all(scratch_);
+  }
+
+  void readExport(std::string_view text) {
+    const std::vector<VersitObjectSpan> spans = FindVersitObjects(text);
+    for (std::size_t index = 0; index < spans.size(); ++index) {
+      const VersitObjectSpan& span = spans[index];
+      const std::string_view object = text.substr(span.offset, span.length);
+      const auto vCardID = static_cast<std::uint32_t>(index + 1);
+      std::string error;
+      std::unique_ptr<CContact> contact;
+      if (IsVCardObject(object)) {
+        contact = TryReadContact(object, vCardID, session_.phone_.imei, table_, &error);
+      } else {
+        error = "not a vCard, skipped";
+      }
+      if (!contact) {
+        report_.failures.push_back({index + 1, span.firstLine, FirstLine(object), error});
+        keepRecordOf(vCardID);
+        continue;
+      }
+      if ((contact->state() & CContact::kStateDBRecordIDKnown) == 0) {
+        // A contact the table has never seen gets a store ID of its own, and
+        // is read again so that it resolves to it.
+        const String storeID = NewUUIDString();
+        Dictionary entry;
+        entry.insert_or_assign(u"vCardID", *contact->vCardRecordID());
+        table_->addMeta(std::move(entry), storeID);
+        contact = ReadContact(object, vCardID, session_.phone_.imei, table_);
+        report_.records.push_back(apply(*contact, true));
+      } else {
+        report_.records.push_back(apply(*contact, false));
+      }
+      report_.records.back().object = index + 1;
+      report_.records.back().line = span.firstLine;
+    }
+  }
+
+  // A card that could not be read keeps its record: its absence from the
+  // contacts read is no deletion.
+  void keepRecordOf(std::uint32_t vCardID) {
+    const String recordID = CContact::generateNewVCardID(static_cast<std::int32_t>(vCardID),
+                                                         session_.phone_.imei);
+    for (const String& id : {recordID, GroupRecordID(recordID)}) {
+      if (std::optional<String> storeID = table_->dbIDForVCardID(id)) seen_.insert(*storeID);
+    }
+  }
+
+  RecordOutcome apply(CContact& contact, bool isNew) {
+    SyncStore& store = session_.store_;
+    RecordOutcome outcome;
+    outcome.storeID = *contact.dbRecordID();
+    outcome.vCardRecordID = contact.vCardRecordID().value_or(String());
+    outcome.name = DisplayName(contact);
+    seen_.insert(outcome.storeID);
+
+    contact.createMetaData();
+    Dictionary& meta = *table_->meta(outcome.storeID);
+    for (const String* key : kSubRecordLists) {
+      Array* entries = FindAs<Array>(meta, *key);
+      if (entries == nullptr) continue;
+      for (auto entry = entries->begin(); entry != entries->end();) {
+        Dictionary& fields = entry->get<Dictionary>();
+        const String& state = TextOf(fields, kMetaKeyState);
+        const String& identifier = TextOf(fields, kMetaKeyIdentifier);
+        if (state == kMetaStateDelete) {
+          // Dropped at once: a stale entry left behind could be claimed by
+          // a later number of the same value that the store never got.
+          write("remove sub-record");
+          store.remove(identifier);
+          ++outcome.subRecords.removed;
+          entry = entries->erase(entry);
+          continue;
+        }
+        if (state == kMetaStateNew) {
+          write("add sub-record");
+          store.add(identifier, fields.at(kMetaKeyData).get<Dictionary>());
+          ++outcome.subRecords.added;
+        } else {
+          ++outcome.subRecords.kept;
+        }
+        ++entry;
+      }
+    }
+
+    const Dictionary& record = contact.metaDictionary();
+    if (isNew) {
+      write("add record");
+      store.add(outcome.storeID, record);
+      table_->addContact(outcome.storeID, record);
+      outcome.change = RecordChange::kNew;
+      return outcome;
+    }
+    const Dictionary* known = FindAs<Dictionary>(meta, kMetaKeyContactData);
+    if (known == nullptr || *known != record) {
+      write("change record");
+      if (!store.fetch(outcome.storeID)) {
+        store.add(outcome.storeID, record);
+      } else {
+        store.modify(outcome.storeID, record);
+      }
+      table_->modifyContact(outcome.storeID, record);
+      outcome.change = RecordChange::kChanged;
+    } else {
+      outcome.change = outcome.subRecords.added + outcome.subRecords.removed == 0
+                           ? RecordChange::kUnchanged
+                           : RecordChange::kChanged;
+    }
+    return outcome;
+  }
+
+  // Contacts the table knows that the export no longer holds.
+  void dropDeleted() {
+    std::vector<String> gone;
+    for (const auto& [key, value] : table_->mTable()) {
+      const Dictionary* entry = value.getIf<Dictionary>();
+      if (entry != nullptr && FindAs<String>(*entry, u"vCardID") != nullptr &&
+          seen_.count(key) == 0) {
+        gone.push_back(key);
+      }
+    }
+    for (const String& storeID : gone) {
+      const Dictionary& entry = *table_->meta(storeID);
+      RecordOutcome outcome;
+      outcome.change = RecordChange::kDeleted;
+      outcome.storeID = storeID;
+      outcome.vCardRecordID = TextOf(entry, u"vCardID");
+      if (const Dictionary* data = FindAs<Dictionary>(entry, kMetaKeyContactData)) {
+        outcome.name = StoreRecordName(*data);
+      }
+      for (const String* key : kSubRecordLists) {
+        const Array* entries = FindAs<Array>(entry, *key);
+        if (entries == nullptr) continue;
+        for (const Value& item : *entries) {
+          write("remove sub-record");
+          session_.store_.remove(TextOf(item.get<Dictionary>(), kMetaKeyIdentifier));
+          ++outcome.subRecords.removed;
+        }
+      }
+      write("remove record");
+      session_.store_.remove(storeID);
+      table_->removeContact(storeID);
+      report_.records.push_back(std::move(outcome));
+    }
+  }
+
+  void finish() {
+    SyncStore& store = session_.store_;
+    if (dryRun_ || !changed_) {
+      store.rollback();
+      return;
+    }
+    const std::optional<Bytes> bytes =
+        PropertyListFromValue(Value(table_->mTable()), PropertyListFormat::XML);
+    if (!bytes) throw std::runtime_error("the table of this phone cannot be encoded");
+    write("keep table copy");
+    store.setTableCopy(copyName_, *bytes);
+    write("write table file");
+    if (!WriteFileAtomically(filePath_, *bytes)) {
+      throw std::runtime_error("cannot write the table file " + filePath_.string());
+    }
+    write("commit");
+    store.commit();
+    report_.written = true;
+  }
+
+  SyncSession& session_;
+  const bool dryRun_;
+  std::shared_ptr<ContactIDMappingTable> table_;
+  std::filesystem::path filePath_;
+  std::filesystem::path scratch_;
+  String copyName_;
+  std::set<String> seen_;
+  bool changed_ = false;
+  SyncReport report_;
+};
+
+SyncSession::SyncSession(SyncStore& store, PhoneIdentity phone, std::filesystem::path tableFolder)
+    : store_(store), phone_(std::move(phone)), tableFolder_(std::move(tableFolder)) {}
+
+SyncSession::~SyncSession() = default;
+
+std::filesystem::path SyncSession::TableFolderOf(const std::filesystem::path& storePath) {
+  std::filesystem::path folder = storePath;
+  folder += "-tables";
+  return folder;
+}
+
+SyncReport SyncSession::syncContacts(std::string_view text, bool dryRun) {
+  return Run(*this, dryRun).contacts(text);
+}
+
+void SyncSession::setWriteHook(std::function<void(const char* step)> hook) {
+  writeHook_ = std::move(hook);
+}
+
+}  // namespace phonepim
