@@ -186,6 +186,13 @@ class SyncSession::Run {
     outcome.name = DisplayName(contact);
     seen_.insert(outcome.storeID);
 
+    // Reconciling rewrites the identifier lists of "Contact Data" in place:
+    // what the store holds is the copy taken before.
+    std::optional<Dictionary> known;
+    if (const Dictionary* data = FindAs<Dictionary>(*table_->meta(outcome.storeID),
+                                                    kMetaKeyContactData)) {
+      known = *data;
+    }
     contact.createMetaData();
     Dictionary& meta = *table_->meta(outcome.storeID);
     for (const String* key : kSubRecordLists) {
@@ -223,8 +230,7 @@ class SyncSession::Run {
       outcome.change = RecordChange::kNew;
       return outcome;
     }
-    const Dictionary* known = FindAs<Dictionary>(meta, kMetaKeyContactData);
-    if (known == nullptr || *known != record) {
+    if (known != record) {
       write("change record");
       if (!store.fetch(outcome.storeID)) {
         store.add(outcome.storeID, record);
@@ -234,9 +240,7 @@ class SyncSession::Run {
       table_->modifyContact(outcome.storeID, record);
       outcome.change = RecordChange::kChanged;
     } else {
-      outcome.change = outcome.subRecords.added + outcome.subRecords.removed == 0
-                           ? RecordChange::kUnchanged
-                           : RecordChange::kChanged;
+      outcome.change = RecordChange::kUnchanged;
     }
     return outcome;
   }
