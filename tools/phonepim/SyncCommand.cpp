@@ -43,7 +43,7 @@ void PrintText(const SyncReport& report, const std::string& source, const SyncOp
   if (!options.quiet) {
     for (const RecordOutcome& record : report.records) {
       if (record.change == RecordChange::kDeleted) {
-        out << source << ": deleted";
+        out << source << ": no longer on the phone";
       } else {
         out << source << ": object " << record.object << " (line " << record.line << ")";
       }
