@@ -6,7 +6,6 @@
 
 #include "phonepim/datetime/CDateTime.h"
 #include "phonepim/model/TypeMasks.h"
-#include "phonepim/platform/PropertyList.h"
 #include "phonepim/store/SyncStore.h"
 #include "phonepim/sync/ContactRecord.h"
 #include "phonepim/sync/EmailContainer.h"
@@ -182,14 +181,13 @@ std::vector<std::unique_ptr<CContact>> ContactsFromStore(const SyncStore& store,
                                                          const String& imei) {
   std::vector<std::unique_ptr<CContact>> contacts;
   const String suffix = u"(" + imei + u")_ContactRecordIDMeta.plist";
-  for (const String& name : store.tableCopyNames()) {
+  for (const String& name : store.tableNames()) {
     if (name.size() < suffix.size() || name.compare(name.size() - suffix.size(), suffix.size(),
                                                     suffix) != 0) {
       continue;
     }
-    std::optional<Value> table = ValueFromPropertyList(*store.tableCopy(name));
-    if (!table || !table->is<Dictionary>()) continue;
-    for (const auto& [storeID, value] : table->get<Dictionary>()) {
+    const std::optional<Dictionary> table = store.table(name);
+    for (const auto& [storeID, value] : *table) {
       const Dictionary* entry = value.getIf<Dictionary>();
       const String* vCardID = entry ? FindAs<String>(*entry, u"vCardID") : nullptr;
       if (vCardID == nullptr) continue;

@@ -1,7 +1,7 @@
 #include "phonepim/session/SyncSession.h"
 
-#include <fstream>
-#include <iterator>
+#include <sys/stat.h>
+
 #include <set>
 #include <stdexcept>
 
@@ -22,10 +22,14 @@ const String* const kSubRecordLists[] = {&kPhoneNumbersKey, &kEmailAddressesKey,
                                          &kStreetAddressesKey, &kDatesKey, &kRelatedNamesKey,
                                          &kIMsKey};
 
-std::optional<Bytes> ReadWholeFile(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return std::nullopt;
-  return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+// Which file stands at `path`: its size, modification time and inode. A
+// rewrite always makes a new inode (the rename), so two stamps are equal only
+// for the same write. Empty when there is no file.
+std::string FileStamp(const std::filesystem::path& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return std::string();
+  return std::to_string(status.st_size) + ":" + std::to_string(status.st_mtim.tv_sec) + "." +
+         std::to_string(status.st_mtim.tv_nsec) + ":" + std::to_string(status.st_ino);
 }
 
 std::string FirstLine(std::string_view object) {
@@ -103,34 +107,33 @@ class SyncSession::Run {
     changed_ = true;
   }
 
-  // The table as the store's copy describes it; the file is brought in line
-  // first when a stop came between the file and the commit.
+  // The table as the store holds it.
   void loadTable() {
     const PhoneIdentity& phone = session_.phone_;
-    std::filesystem::path folder = session_.tableFolder_;
-    if (dryRun_) {
-      // A dry run reads the copy only and leaves the folder alone.
-      scratch_ = std::filesystem::temp_directory_path() /
-                 ("phonepim-dry-run-" + ToDisplayUTF8(NewUUIDString()));
-      folder = scratch_;
+    // The table object never reads a file: the store holds the table, and
+    // parsing its property list would cost many times decoding the store's
+    // copy. It is made in a scratch folder that holds none.
+    const std::filesystem::path scratch = std::filesystem::temp_directory_path() /
+                                          ("phonepim-sync-" + ToDisplayUTF8(NewUUIDString()));
+    copyName_ = StringFromUTF8(ContactIDMappingTable::metaFilePath(phone.imei, phone.model, scratch)
+                                   .filename()
+                                   .string())
+                    .value_or(u"table");
+    table_ = std::make_shared<ContactIDMappingTable>(phone.model, phone.imei, scratch);
+    std::filesystem::remove_all(scratch);
+
+    SyncStore& store = session_.store_;
+    if (std::optional<Dictionary> stored = store.table(copyName_)) {
+      table_->mTable() = std::move(*stored);
     }
-    filePath_ = ContactIDMappingTable::metaFilePath(phone.imei, phone.model, folder);
-    copyName_ = StringFromUTF8(filePath_.filename().string()).value_or(u"table");
-    const std::optional<Bytes> copy = session_.store_.tableCopy(copyName_);
-    if (!dryRun_ && copy && ReadWholeFile(filePath_) != copy) {
-      if (!WriteFileAtomically(filePath_, *copy)) {
-        throw std::runtime_error("cannot restore the table file " + filePath_.string());
-      }
+    if (dryRun_) return;  // a dry run leaves the folder alone
+    filePath_ = ContactIDMappingTable::metaFilePath(phone.imei, phone.model, session_.tableFolder_);
+    // A table file that is not the one the store last recorded (a stop
+    // between writing it and the commit, a file changed by hand) is written
+    // again at the end, even if nothing else changes.
+    if (store.tableFileStamp(copyName_).value_or(std::string()) != FileStamp(filePath_)) {
+      changed_ = true;
     }
-    table_ = std::make_shared<ContactIDMappingTable>(phone.model, phone.imei, folder);
-    if (dryRun_ || !copy) {
-      table_->mTable() = Dictionary();
-      if (copy) {
-        std::optional<Value> value = ValueFromPropertyList(*copy);
-        if (value && value->is<Dictionary>()) table_->mTable() = std::move(value->get<Dictionary>());
-      }
-    }
-    if (!scratch_.empty()) std::filesystem::remove_all(scratch_);
   }
 
   void readExport(std::string_view text) {
@@ -286,15 +289,16 @@ class SyncSession::Run {
       store.rollback();
       return;
     }
-    const std::optional<Bytes> bytes =
-        PropertyListFromValue(Value(table_->mTable()), PropertyListFormat::XML);
+    // The table is done with: moved, not copied, into the encoders.
+    const Value table(std::move(table_->mTable()));
+    const std::optional<Bytes> bytes = PropertyListFromValue(table, PropertyListFormat::XML);
     if (!bytes) throw std::runtime_error("the table of this phone cannot be encoded");
-    write("keep table copy");
-    store.setTableCopy(copyName_, *bytes);
     write("write table file");
     if (!WriteFileAtomically(filePath_, *bytes)) {
       throw std::runtime_error("cannot write the table file " + filePath_.string());
     }
+    write("keep table");
+    store.setTable(copyName_, table, FileStamp(filePath_));
     write("commit");
     store.commit();
     report_.written = true;
@@ -304,7 +308,6 @@ class SyncSession::Run {
   const bool dryRun_;
   std::shared_ptr<ContactIDMappingTable> table_;
   std::filesystem::path filePath_;
-  std::filesystem::path scratch_;
   String copyName_;
   std::set<String> seen_;
   bool changed_ = false;

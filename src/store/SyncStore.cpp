@@ -7,6 +7,7 @@
 #include "phonepim/platform/AppDataFolder.h"
 #include "phonepim/platform/PropertyList.h"
 #include "phonepim/sync/SyncRecordSchema.h"
+#include "store/ValueBytes.h"
 
 namespace phonepim {
 namespace {
@@ -14,18 +15,20 @@ namespace {
 // The whole schema. Records keep their dictionary as a binary property
 // list: every value type of the record schema (texts, dates, numbers, arrays
 // of record IDs, photo bytes) survives it exactly, dates with their
-// fractions of a second.
+// fractions of a second. Rows with a photo run to kilobytes, which is why
+// the tables keep their row IDs.
 constexpr const char* kSchema = R"sql(
 CREATE TABLE records (
-  id TEXT PRIMARY KEY NOT NULL,
+  id TEXT UNIQUE NOT NULL,
   entity TEXT NOT NULL,
   data BLOB NOT NULL
-) WITHOUT ROWID;
+);
 CREATE INDEX records_by_entity ON records (entity, id);
-CREATE TABLE table_copies (
-  name TEXT PRIMARY KEY NOT NULL,
-  bytes BLOB NOT NULL
-) WITHOUT ROWID;
+CREATE TABLE phone_tables (
+  name TEXT UNIQUE NOT NULL,
+  file_stamp TEXT NOT NULL,
+  content BLOB NOT NULL
+);
 )sql";
 
 std::string UTF8(const String& text) { return ToDisplayUTF8(text); }
@@ -190,6 +193,9 @@ SyncStore::SyncStore(const std::filesystem::path& path, OpenMode mode,
     impl_->fail("cannot open it");
   }
   sqlite3_busy_timeout(impl_->db, static_cast<int>(busyTimeout.count()));
+  // A first sync of a large phone touches every page: keep them in memory
+  // rather than spill and read them back (32 MB).
+  sqlite3_exec(impl_->db, "PRAGMA cache_size = -32768", nullptr, nullptr, nullptr);
   impl_->prepareSchema(mode == OpenMode::kCreate);
 }
 
@@ -310,29 +316,43 @@ std::size_t SyncStore::count() const {
   return static_cast<std::size_t>(sqlite3_column_int64(statement.statement, 0));
 }
 
-std::optional<Bytes> SyncStore::tableCopy(const String& name) const {
-  Impl::Statement statement(*impl_, "SELECT bytes FROM table_copies WHERE name = ?");
+std::optional<Dictionary> SyncStore::table(const String& name) const {
+  Impl::Statement statement(*impl_, "SELECT content FROM phone_tables WHERE name = ?");
   statement.text(1, UTF8(name));
-  if (!statement.step("cannot read the copy of " + UTF8(name))) return std::nullopt;
-  return BlobFromColumn(statement.statement, 0);
+  if (!statement.step("cannot read the table " + UTF8(name))) return std::nullopt;
+  std::optional<Value> value = store_detail::DecodeValue(BlobFromColumn(statement.statement, 0));
+  if (!value || !value->is<Dictionary>()) {
+    throw StoreError("store " + path().string() + ": the table " + UTF8(name) + " is damaged");
+  }
+  return std::move(value->get<Dictionary>());
 }
 
-std::vector<String> SyncStore::tableCopyNames() const {
-  Impl::Statement statement(*impl_, "SELECT name FROM table_copies ORDER BY name");
+std::optional<std::string> SyncStore::tableFileStamp(const String& name) const {
+  Impl::Statement statement(*impl_, "SELECT file_stamp FROM phone_tables WHERE name = ?");
+  statement.text(1, UTF8(name));
+  if (!statement.step("cannot read the table " + UTF8(name))) return std::nullopt;
+  return ToDisplayUTF8(FromColumn(statement.statement, 0));
+}
+
+std::vector<String> SyncStore::tableNames() const {
+  Impl::Statement statement(*impl_, "SELECT name FROM phone_tables ORDER BY name");
   std::vector<String> names;
-  while (statement.step("cannot list its table copies")) {
+  while (statement.step("cannot list its tables")) {
     names.push_back(FromColumn(statement.statement, 0));
   }
   return names;
 }
 
-void SyncStore::setTableCopy(const String& name, const Bytes& bytes) {
+void SyncStore::setTable(const String& name, const Value& table, const std::string& fileStamp) {
   impl_->requireTransaction();
-  Impl::Statement statement(*impl_,
-                            "INSERT OR REPLACE INTO table_copies (name, bytes) VALUES (?, ?)");
+  const Bytes content = store_detail::EncodeValue(table);
+  Impl::Statement statement(
+      *impl_,
+      "INSERT OR REPLACE INTO phone_tables (name, file_stamp, content) VALUES (?, ?, ?)");
   statement.text(1, UTF8(name));
-  statement.blob(2, bytes);
-  statement.step("cannot keep the copy of " + UTF8(name));
+  statement.text(2, fileStamp);
+  statement.blob(3, content);
+  statement.step("cannot keep the table " + UTF8(name));
 }
 
 }  // namespace phonepim

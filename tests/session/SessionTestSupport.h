@@ -10,6 +10,7 @@
 
 #include "mapping/MappingTestSupport.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
+#include "phonepim/platform/PropertyList.h"
 #include "phonepim/session/ContactsFromStore.h"
 #include "phonepim/session/SyncSession.h"
 #include "phonepim/store/SyncStore.h"
@@ -37,6 +38,14 @@ inline std::string ExportText(const SyncStore& store) {
                 object.object()->GetSize());
   }
   return text;
+}
+
+/// Whether the table file holds the table the store holds.
+inline bool FileAgreesWithStore(const SyncStore& store, const std::filesystem::path& file) {
+  const std::optional<Dictionary> table =
+      store.table(StringFromUTF8(file.filename().string()).value_or(u""));
+  const std::optional<Value> read = ReadPropertyListFile(file);
+  return table && read && *read == Value(*table);
 }
 
 class StoreFolder {

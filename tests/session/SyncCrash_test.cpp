@@ -26,12 +26,7 @@ struct Outcome {
 
 Outcome Check(const StoreFolder& folder) {
   const SyncStore store(folder.store(), SyncStore::OpenMode::kReadOnly);
-  const std::optional<Bytes> copy = store.tableCopy(
-      StringFromUTF8(folder.tableFile().filename().string()).value_or(u""));
-  EXPECT_TRUE(copy.has_value());
-  if (copy) {
-    EXPECT_EQ(ReadFile(folder.tableFile()), std::string(copy->begin(), copy->end()));
-  }
+  EXPECT_TRUE(FileAgreesWithStore(store, folder.tableFile()));
   return {ExportText(store), store.count()};
 }
 

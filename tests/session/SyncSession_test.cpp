@@ -109,18 +109,24 @@ TEST(sync_session, a_dry_run_reports_the_same_and_writes_nothing) {
                                            "changed Min Cho +2 -2 =0"}));
 }
 
-// A table file that lost its last write (or was damaged) is rebuilt from
-// the store's copy before anything is read.
-TEST(sync_session, a_table_file_that_disagrees_with_the_store_is_restored) {
+// A table file that lost its last write (or was damaged, or removed) is
+// never read, and is written again from the store's table.
+TEST(sync_session, a_table_file_that_disagrees_with_the_store_is_rewritten) {
   StoreFolder folder;
   folder.Sync(kAnna + kBo);
-  const std::string table = ReadFile(folder.tableFile());
-  for (const std::string damage : {"", "<plist>"}) {
-    std::ofstream(folder.tableFile(), std::ios::binary | std::ios::trunc) << damage;
-    EXPECT_EQ(Lines(folder.Sync(kAnna + kBo)),
-              (std::vector<std::string>{"unchanged Anna Smith +0 -0 =3",
-                                        "unchanged Bo Berg +0 -0 =2"}));
-    EXPECT_EQ(ReadFile(folder.tableFile()), table);
+  for (const char* damage : std::initializer_list<const char*>{"", "<plist>", nullptr}) {
+    if (damage) {
+      std::ofstream(folder.tableFile(), std::ios::binary | std::ios::trunc) << damage;
+    } else {
+      std::filesystem::remove(folder.tableFile());
+    }
+    const SyncReport report = folder.Sync(kAnna + kBo);
+    EXPECT_EQ(Lines(report), (std::vector<std::string>{"unchanged Anna Smith +0 -0 =3",
+                                                       "unchanged Bo Berg +0 -0 =2"}));
+    EXPECT_TRUE(report.written);
+    EXPECT_TRUE(FileAgreesWithStore(SyncStore(folder.store(), SyncStore::OpenMode::kReadOnly),
+                                    folder.tableFile()));
+    EXPECT_FALSE(folder.Sync(kAnna + kBo).written);
   }
 }
 

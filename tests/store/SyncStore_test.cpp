@@ -60,9 +60,16 @@ TEST(sync_store, keeps_records_exactly_and_lists_them_by_entity) {
     EXPECT_TRUE(store.remove(u"3"));
     EXPECT_FALSE(store.remove(u"3"));
     EXPECT_THROW(store.modify(u"9", changed), StoreError);
+    // A table keeps every value type too, in its own encoding.
+    store.setTable(u"N900(35)", Value(Dictionary{{u"K", Record(kURLEntityName)}, {u"V", true}}),
+                   "10:20.5:30");
     store.commit();
   }
   const SyncStore store(path, Mode::kReadOnly);
+  EXPECT_EQ(store.table(u"N900(35)"),
+            (Dictionary{{u"K", Record(kURLEntityName)}, {u"V", true}}));
+  EXPECT_EQ(store.tableFileStamp(u"N900(35)"), "10:20.5:30");
+  EXPECT_EQ(store.tableNames(), std::vector<String>{u"N900(35)"});
   EXPECT_EQ(store.fetch(u"1"), Record(kPhoneNumberEntityName));
   EXPECT_EQ(store.fetch(u"3"), std::nullopt);
   const std::vector<StoreRecord> phones = store.list(kPhoneNumberEntityName);
@@ -82,14 +89,14 @@ TEST(sync_store, a_rolled_back_or_abandoned_sync_changes_nothing) {
     EXPECT_THROW(store.add(u"1", Record(kURLEntityName)), StoreError);  // no transaction
     store.begin();
     store.add(u"1", Record(kURLEntityName));
-    store.setTableCopy(u"t.plist", Bytes{1, 2});
+    store.setTable(u"t.plist", Value(Dictionary()), "1:2:3");
     store.rollback();
     store.begin();
     store.add(u"2", Record(kURLEntityName));
   }  // closed in the middle of the transaction
   const SyncStore store(path, Mode::kExisting);
   EXPECT_EQ(store.count(), 0u);
-  EXPECT_EQ(store.tableCopy(u"t.plist"), std::nullopt);
+  EXPECT_EQ(store.table(u"t.plist"), std::nullopt);
 }
 
 struct BadStore {

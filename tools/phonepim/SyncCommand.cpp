@@ -20,7 +20,10 @@ namespace {
 enum class ExportKind { kContacts, kCalendar, kNone };
 
 ExportKind KindOf(const std::string& text) {
-  const std::vector<VersitObjectSpan> spans = FindVersitObjects(text);
+  // The first object is enough: splitting a whole large export twice is not.
+  const std::size_t end = text.find("\nEND:");
+  const std::vector<VersitObjectSpan> spans = FindVersitObjects(
+      std::string_view(text).substr(0, end == std::string::npos ? text.size() : end + 1));
   if (spans.empty()) return ExportKind::kNone;
   std::string begin = text.substr(spans[0].offset, 16);
   for (char& c : begin) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);

@@ -76,12 +76,14 @@ struct SyncReport {
 /// vCard ID is its object's number in the export, as the phone numbers its
 /// entries.
 ///
-/// Nothing is lost whenever the process stops: the records, and a copy of
-/// the table file's new bytes, change in one store transaction; the table
-/// file is replaced atomically just before that transaction commits. At the
-/// start of every session a table file that differs from the store's copy
-/// (a stop between the two) is rewritten from the copy, so table and store
-/// agree again before anything is read.
+/// Nothing is lost whenever the process stops: the records and the table
+/// change in one store transaction (the store keeps the table, see
+/// SyncStore::setTable); the table file, written for the hosts that read it,
+/// is replaced atomically just before that transaction commits, and the
+/// store records which file that was. A table file that is not the one the
+/// store recorded (a stop between the two writes) is written again from the
+/// store's table by the next session that writes, and any session reads
+/// the store's table, never the file.
 class SyncSession {
  public:
   /// The phone's tables live under `tableFolder` (see

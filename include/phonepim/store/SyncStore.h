@@ -95,14 +95,15 @@ class SyncStore {
   std::vector<std::pair<String, std::size_t>> entities() const;
   std::size_t count() const;
 
-  /// The store's copy of one identity-table file, under a name that the
-  /// caller chooses (its file name). The copy changes in the same
-  /// transaction as the records, so it always describes them; the file on
-  /// disk is made to agree with it (see SyncSession).
-  std::optional<Bytes> tableCopy(const String& name) const;
-  void setTableCopy(const String& name, const Bytes& bytes);
-  /// The names of every copy, in order.
-  std::vector<String> tableCopyNames() const;
+  /// The phones' identity tables, kept with the records they describe and
+  /// changed in the same transaction, under a name the caller chooses (its
+  /// file name). `fileStamp` says which table file on disk holds the same
+  /// table (see SyncSession). `table` must hold a Dictionary.
+  void setTable(const String& name, const Value& table, const std::string& fileStamp);
+  std::optional<Dictionary> table(const String& name) const;
+  std::optional<std::string> tableFileStamp(const String& name) const;
+  /// The names of every table, in order.
+  std::vector<String> tableNames() const;
 
  private:
   struct Impl;
