@@ -50,6 +50,26 @@ const String& TextOf(const Dictionary& entry, const String& key) {
   return text ? *text : kEmpty;
 }
 
+bool IsSubRecordList(const String& key) {
+  for (const String* list : kSubRecordLists) {
+    if (*list == key) return true;
+  }
+  return false;
+}
+
+// Whether `record` equals `known` with its sub-record lists replaced by
+// `lists`.
+bool SameRecord(const Dictionary& record, const Dictionary& known, const Dictionary& lists) {
+  std::size_t listsInRecord = 0;
+  for (const auto& [key, value] : record) {
+    const Value* other = IsSubRecordList(key) ? (++listsInRecord, Find(lists, key)) : Find(known, key);
+    if (other == nullptr || *other != value) return false;
+  }
+  std::size_t otherFields = 0;
+  for (const auto& [key, value] : known) otherFields += IsSubRecordList(key) ? 0 : 1;
+  return listsInRecord == lists.size() && record.size() - listsInRecord == otherFields;
+}
+
 }  // namespace
 
 std::string_view RecordChangeName(RecordChange change) {
@@ -190,11 +210,15 @@ class SyncSession::Run {
     seen_.insert(outcome.storeID);
 
     // Reconciling rewrites the identifier lists of "Contact Data" in place:
-    // what the store holds is the copy taken before.
-    std::optional<Dictionary> known;
+    // what the store holds has the lists as they were before. Only those are
+    // kept aside; copying the whole record (photo and all) would cost more.
+    std::optional<Dictionary> knownLists;
     if (const Dictionary* data = FindAs<Dictionary>(*table_->meta(outcome.storeID),
                                                     kMetaKeyContactData)) {
-      known = *data;
+      knownLists.emplace();
+      for (const String* key : kSubRecordLists) {
+        if (const Value* list = Find(*data, *key)) knownLists->emplace(*key, *list);
+      }
     }
     contact.createMetaData();
     Dictionary& meta = *table_->meta(outcome.storeID);
@@ -233,7 +257,8 @@ class SyncSession::Run {
       outcome.change = RecordChange::kNew;
       return outcome;
     }
-    if (known != record) {
+    const Dictionary* known = FindAs<Dictionary>(meta, kMetaKeyContactData);
+    if (!knownLists || known == nullptr || !SameRecord(record, *known, *knownLists)) {
       write("change record");
       if (!store.fetch(outcome.storeID)) {
         store.add(outcome.storeID, record);
