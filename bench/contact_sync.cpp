@@ -61,7 +61,7 @@ void BM_ReconcileKnownAddressBook(benchmark::State& state) {
   for (std::uint32_t id = 1; id <= kContacts; ++id) {
     const String dbID = CContact::generateNewVCardID(static_cast<std::int32_t>(id), kIMEI);
     table->addContact(dbID, phonepim::Dictionary{});
-    table->meta(dbID)->insert_or_assign(u"vCardID", dbID);
+    table->editMeta(dbID)->insert_or_assign(u"vCardID", dbID);
     SyncContact(id, table);
   }
 

@@ -2,30 +2,19 @@
 
 #include <algorithm>
 #include <array>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include "phonepim/platform/AppDataFolder.h"
 #include "phonepim/platform/Assert.h"
-#include "phonepim/platform/Log.h"
-#include "phonepim/platform/PropertyList.h"
-#include "phonepim/platform/Uuid.h"
+#include "MappingKeys.h"
 
 namespace phonepim {
 namespace {
 
-// Keys of a contact entry.
-const String kState = u"State";
 const String kContactData = u"Contact Data";
 const String kVCardID = u"vCardID";
 const String kPhoneRecordIDs = u"phone record IDs";
-
-// Keys of a sub-record entry.
-const String kData = u"Data";
-const String kLink = u"Link";
-const String kIdentifier = u"identifier";
 const String kContact = u"contact";
 
 // The sub-record lists.
@@ -42,31 +31,6 @@ const std::array<const String*, 7> kSubRecordLists = {
     &kPhoneNumbers, &kStreetAddresses, &kURLs,  &kEmailAddresses,
     &kRelatedNames, &kDates,           &kIMs};
 
-// State words.
-const String kAddedBySyncDB = u"AddedBySyncDB";
-const String kModified = u"Modified";
-const String kModifiedBySyncDB = u"ModifiedBySyncDB";
-const String kRemoved = u"Removed";
-const String kRemovedByPellarin = u"RemovedByPellarin";
-const String kAddedByPellarin = u"AddedByPellarin";
-const String kAdded = u"Added";
-const String kDelete = u"Delete";
-const String kLinked = u"Linked";
-
-bool HasState(const Dictionary& entry, const String& state) {
-  const String* value = FindAs<String>(entry, kState);
-  return value != nullptr && *value == state;
-}
-
-// The file-name part for a model name or an IMEI. Only '/' and NUL are
-// replaced: they would make the name point into another folder or end it.
-std::string FileNamePart(const String& text) {
-  std::string part = ToDisplayUTF8(text);
-  std::replace(part.begin(), part.end(), '/', '_');
-  std::replace(part.begin(), part.end(), '\0', '_');
-  return part;
-}
-
 }  // namespace
 
 // ---------------------------------------------------------------------------
@@ -79,176 +43,17 @@ std::filesystem::path ContactIDMappingTable::metaFilePath(const String& IMEI,
 
 std::filesystem::path ContactIDMappingTable::metaFilePath(
     const String& IMEI, const String& modelName, const std::filesystem::path& baseFolder) {
-  std::filesystem::path folder = baseFolder;
-  for (const char* level : {"Ulvrand", "Tovi", ".MetaFiles"}) {
-    folder /= level;
-    CreateFolderChain(folder);
-  }
-  return folder / (FileNamePart(modelName) + "(" + FileNamePart(IMEI) +
-                   ")_ContactRecordIDMeta.plist");
+  return metaFolder(baseFolder, {"Ulvrand", "Tovi", ".MetaFiles"}) /
+         (fileNamePart(modelName) + "(" + fileNamePart(IMEI) + ")_ContactRecordIDMeta.plist");
 }
 
-const Value* ContactIDMappingTable::LMT(const Dictionary* dictionary) {
-  return dictionary == nullptr ? nullptr : Find(*dictionary, u"LMT");
-}
-
-ContactIDMappingTable::ContactIDMappingTable(const String& modelName, const String& IMEI) {
-  std::filesystem::path base;
-  try {
-    base = ApplicationDataFolder();
-  } catch (const std::runtime_error& error) {
-    if (gVCARD_DEBUGMODE) Log("[%s] Warning: %s; the table is not saved.", __func__, error.what());
-    return;
-  }
-  mFilePath_ = metaFilePath(IMEI, modelName, base);
-  load();
-}
+ContactIDMappingTable::ContactIDMappingTable(const String& modelName, const String& IMEI)
+    : ContactIDMappingTable(modelName, IMEI, applicationDataFolderOrNone()) {}
 
 ContactIDMappingTable::ContactIDMappingTable(const String& modelName, const String& IMEI,
                                              const std::filesystem::path& baseFolder)
-    : mFilePath_(metaFilePath(IMEI, modelName, baseFolder)) {
-  load();
-}
-
-void ContactIDMappingTable::load() {
-  std::optional<Value> content = ReadPropertyListFile(mFilePath_);
-  if (content && content->is<Dictionary>()) {
-    mTable_ = std::move(*content);
-  } else if (gVCARD_DEBUGMODE) {
-    std::error_code error;
-    if (std::filesystem::exists(mFilePath_, error)) {
-      Log("[%s] Warning: cannot read %s; starting with an empty table.", __func__,
-          mFilePath_.c_str());
-    }
-  }
-  indexStale_ = true;
-}
-
-bool ContactIDMappingTable::save() const {
-  if (mFilePath_.empty()) return false;
-  if (WritePropertyListFile(mFilePath_, mTable_)) return true;
-  if (gVCARD_DEBUGMODE) Log("Writting file has a problem!!");
-  return false;
-}
-
-// ---------------------------------------------------------------------------
-// The dictionary.
-
-std::vector<String> ContactIDMappingTable::allKeys() const {
-  std::vector<String> keys;
-  keys.reserve(entries().size());
-  for (const auto& entry : entries()) keys.push_back(entry.first);
-  return keys;
-}
-
-Dictionary& ContactIDMappingTable::mTable() {
-  indexStale_ = true;
-  return entries();
-}
-
-Dictionary* ContactIDMappingTable::contactEntry(const String& storeID) {
-  Value* value = Find(entries(), storeID);
-  return value ? value->getIf<Dictionary>() : nullptr;
-}
-
-const Dictionary* ContactIDMappingTable::contactEntry(const String& storeID) const {
-  const Value* value = Find(entries(), storeID);
-  return value ? value->getIf<Dictionary>() : nullptr;
-}
-
-Dictionary* ContactIDMappingTable::meta(const String& storeID) {
-  Dictionary* entry = contactEntry(storeID);
-  if (entry != nullptr) markTouched(storeID);
-  return entry;
-}
-
-const Dictionary* ContactIDMappingTable::meta(const String& storeID) const {
-  return contactEntry(storeID);
-}
-
-void ContactIDMappingTable::setEntry(const String& key, Value value) {
-  entries().insert_or_assign(key, std::move(value));
-  reindex(key);
-}
-
-void ContactIDMappingTable::eraseEntry(const String& key) {
-  if (entries().erase(key) != 0) reindex(key);
-}
-
-void ContactIDMappingTable::addMeta(Dictionary entry, const String& storeID) {
-  setEntry(storeID, std::move(entry));
-  update();
-}
-
-// ---------------------------------------------------------------------------
-// The vCard ID index.
-//
-// Looking a contact up by vCard ID walks every key; a sync constructs one
-// contact per phone record and looks each up, which is quadratic in the size
-// of the address book (seconds for 10,000 contacts). The index keeps, per
-// vCard ID, the sorted set of store IDs whose entry carries it, so the first
-// element is exactly what the walk finds. Entries handed out for in-place
-// changes are re-read before the next look-up.
-
-void ContactIDMappingTable::reindex(const String& key) const {
-  if (indexStale_) return;
-  if (auto old = vCardIDByKey_.find(key); old != vCardIDByKey_.end()) {
-    auto holders = keysByVCardID_.find(old->second);
-    holders->second.erase(key);
-    if (holders->second.empty()) keysByVCardID_.erase(holders);
-    vCardIDByKey_.erase(old);
-  }
-  const Dictionary* entry = contactEntry(key);
-  const String* vCardID = entry ? FindAs<String>(*entry, kVCardID) : nullptr;
-  if (vCardID == nullptr) return;
-  keysByVCardID_[*vCardID].insert(key);
-  vCardIDByKey_.emplace(key, *vCardID);
-}
-
-void ContactIDMappingTable::refreshIndex() const {
-  if (indexStale_) {
-    keysByVCardID_.clear();
-    vCardIDByKey_.clear();
-    touched_.clear();
-    indexStale_ = false;
-    for (const auto& [key, value] : entries()) {
-      const Dictionary* entry = value.getIf<Dictionary>();
-      const String* vCardID = entry ? FindAs<String>(*entry, kVCardID) : nullptr;
-      if (vCardID == nullptr) continue;
-      keysByVCardID_[*vCardID].insert(key);
-      vCardIDByKey_.emplace(key, *vCardID);
-    }
-    return;
-  }
-  for (const String& key : touched_) reindex(key);
-  touched_.clear();
-}
-
-void ContactIDMappingTable::markTouched(const String& key) {
-  if (indexStale_) return;
-  // Past one re-read per entry a full rebuild is as cheap, and the list stops
-  // growing when a caller reads meta() in a loop without looking anything up.
-  if (touched_.size() >= entries().size()) {
-    indexStale_ = true;
-    touched_.clear();
-    return;
-  }
-  touched_.push_back(key);
-}
-
-std::optional<String> ContactIDMappingTable::dbIDForVCardID(const String& vCardID) const {
-  refreshIndex();
-  auto holders = keysByVCardID_.find(vCardID);
-  if (holders == keysByVCardID_.end()) return std::nullopt;
-  return *holders->second.begin();
-}
-
-std::optional<String> ContactIDMappingTable::vCardIDForDBID(const String& storeID) const {
-  const Dictionary* entry = contactEntry(storeID);
-  const String* vCardID = entry ? FindAs<String>(*entry, kVCardID) : nullptr;
-  if (vCardID == nullptr) return std::nullopt;
-  return *vCardID;
-}
+    : IDMappingTable(baseFolder.empty() ? baseFolder : metaFilePath(IMEI, modelName, baseFolder),
+                     kVCardID) {}
 
 // ---------------------------------------------------------------------------
 // Flat pairs.
@@ -292,28 +97,15 @@ void ContactIDMappingTable::removeVCardID(const String& recordID) {
   update();
 }
 
-String ContactIDMappingTable::newIdentifier() { return NewUUIDString(); }
-
 // ---------------------------------------------------------------------------
 // Contacts.
 
 void ContactIDMappingTable::addContact(const String& storeID, const Dictionary& contactData) {
-  Dictionary* entry = contactEntry(storeID);
-  if (entry == nullptr) {
-    setEntry(storeID, Dictionary());
-    entry = contactEntry(storeID);
-  }
-  entry->insert_or_assign(kState, kAddedBySyncDB);
-  entry->insert_or_assign(kContactData, contactData);
-  update();
+  addRecordData(storeID, kContactData, contactData);
 }
 
 void ContactIDMappingTable::modifyContact(const String& storeID, const Dictionary& contactData) {
-  Dictionary* entry = contactEntry(storeID);
-  if (entry == nullptr) return;
-  entry->insert_or_assign(kContactData, contactData);
-  entry->insert_or_assign(kState, kModified);
-  update();
+  modifyRecordData(storeID, kContactData, contactData);
 }
 
 void ContactIDMappingTable::removeContact(const std::optional<String>& storeID) {
@@ -332,12 +124,18 @@ void ContactIDMappingTable::removeContacts(const std::vector<String>& storeIDs) 
 
 void ContactIDMappingTable::addSubRecord(const String& listKey, const String& subRecordID,
                                          const Dictionary& data, const String& contactID) {
-  Dictionary* contact = contactEntry(contactID);
+  Dictionary* contact = entry(contactID);
   if (contact == nullptr) return;
   Value& list = (*contact)[listKey];
   if (!list.is<Array>()) list = Array();
-  list.get<Array>().push_back(Dictionary{
-      {kData, data}, {kLink, kLinked}, {kState, kAdded}, {kIdentifier, subRecordID}});
+  // Built key by key: from an initializer list GCC 12 at -O2 and above
+  // warns, wrongly, of an uninitialized variant.
+  Dictionary subRecord;
+  subRecord.emplace(kData, data);
+  subRecord.emplace(kLink, kLinked);
+  subRecord.emplace(kState, kAdded);
+  subRecord.emplace(kIdentifier, subRecordID);
+  list.get<Array>().emplace_back(std::move(subRecord));
   if (!HasState(*contact, kAddedBySyncDB)) contact->insert_or_assign(kState, kModifiedBySyncDB);
   // A relation list may have been stored under "vCardID" itself.
   reindex(contactID);
@@ -346,7 +144,7 @@ void ContactIDMappingTable::addSubRecord(const String& listKey, const String& su
 
 bool ContactIDMappingTable::modifySubRecord(const String& listKey, const String& subRecordID,
                                             Dictionary&& data, const String& contactID) {
-  Dictionary* contact = contactEntry(contactID);
+  Dictionary* contact = entry(contactID);
   if (contact == nullptr) return true;
   Array* list = FindAs<Array>(*contact, listKey);
   if (list == nullptr) return true;
@@ -453,43 +251,6 @@ void ContactIDMappingTable::modifyDataForRelationID(const String& relationID, Di
 }
 
 // ---------------------------------------------------------------------------
-// Removal tagging.
-
-void ContactIDMappingTable::setRemovedTagToAllMeta() {
-  for (auto& [key, value] : entries()) {
-    Dictionary* entry = value.getIf<Dictionary>();
-    if (entry == nullptr) continue;
-    const String* state = FindAs<String>(*entry, kState);
-    const bool keeps = state != nullptr && (*state == kRemoved || *state == kModifiedBySyncDB ||
-                                            *state == kModified || *state == kAddedBySyncDB);
-    if (!keeps) entry->insert_or_assign(kState, kRemovedByPellarin);
-  }
-  update();
-}
-
-std::size_t ContactIDMappingTable::countRemovedTagRecords() const {
-  return static_cast<std::size_t>(
-      std::count_if(entries().begin(), entries().end(), [](const auto& entry) {
-        const Dictionary* contact = entry.second.template getIf<Dictionary>();
-        return contact != nullptr && HasState(*contact, kRemovedByPellarin);
-      }));
-}
-
-void ContactIDMappingTable::removeAllRemovedTagRecords() {
-  for (auto it = entries().begin(); it != entries().end();) {
-    const Dictionary* contact = it->second.getIf<Dictionary>();
-    if (contact != nullptr && HasState(*contact, kRemovedByPellarin)) {
-      const String key = it->first;
-      it = entries().erase(it);
-      reindex(key);
-    } else {
-      ++it;
-    }
-  }
-  update();
-}
-
-// ---------------------------------------------------------------------------
 // New identities.
 
 namespace {
@@ -520,7 +281,7 @@ void SetOwner(Dictionary& subRecord, const String& contactID) {
 }  // namespace
 
 std::optional<String> ContactIDMappingTable::changeRecordIDOfMeta(const String& storeID) {
-  const Dictionary* existing = contactEntry(storeID);
+  const Dictionary* existing = entry(storeID);
   if (existing == nullptr) return std::nullopt;
   Dictionary entry = *existing;
   const String newID = newIdentifier();
@@ -555,7 +316,7 @@ std::optional<String> ContactIDMappingTable::changeRecordIDOfMeta(const String& 
 
 bool ContactIDMappingTable::replaceContactContentsWithIdentifer(const String& storeID,
                                                                 const Dictionary& replaceData) {
-  Dictionary* entry = contactEntry(storeID);
+  Dictionary* entry = IDMappingTable::entry(storeID);
   if (entry == nullptr) return false;
   Dictionary* contactData = FindAs<Dictionary>(*entry, kContactData);
   for (const String* listKey : kSubRecordLists) {
@@ -620,13 +381,13 @@ std::size_t ContactIDMappingTable::removeIndentifier(const String& identifier) {
 
 bool ContactIDMappingTable::checkDBIDForPhoneID(const String& phoneID,
                                                 const String& contactDBID) const {
-  const Dictionary* contact = contactEntry(contactDBID);
+  const Dictionary* contact = entry(contactDBID);
   const Array* list = contact ? FindAs<Array>(*contact, kPhoneRecordIDs) : nullptr;
   return list != nullptr && std::find(list->begin(), list->end(), Value(phoneID)) != list->end();
 }
 
 void ContactIDMappingTable::addPhoneRecordID(const String& phoneID, const String& contactDBID) {
-  Dictionary* contact = contactEntry(contactDBID);
+  Dictionary* contact = entry(contactDBID);
   if (contact == nullptr) return;
   Value& list = (*contact)[kPhoneRecordIDs];
   if (!list.is<Array>()) list = Array();
@@ -638,7 +399,7 @@ void ContactIDMappingTable::addPhoneRecordID(const String& phoneID, const String
 std::vector<String> ContactIDMappingTable::phoneIDsFromContactDBID(
     const String& contactDBID) const {
   std::vector<String> ids;
-  const Dictionary* contact = contactEntry(contactDBID);
+  const Dictionary* contact = entry(contactDBID);
   const Array* list = contact ? FindAs<Array>(*contact, kPhoneRecordIDs) : nullptr;
   if (list == nullptr) return ids;
   for (const Value& item : *list) {
@@ -648,7 +409,7 @@ std::vector<String> ContactIDMappingTable::phoneIDsFromContactDBID(
 }
 
 void ContactIDMappingTable::clearPhoneIDsAtContactID(const String& contactDBID) {
-  Dictionary* contact = contactEntry(contactDBID);
+  Dictionary* contact = entry(contactDBID);
   if (contact == nullptr) return;
   contact->erase(kPhoneRecordIDs);
   update();

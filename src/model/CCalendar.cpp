@@ -8,7 +8,11 @@
 #include <utility>
 
 #include "model/CCalendarDates.h"
+#include "phonepim/mapping/CalendarIDMappingTable.h"
 #include "phonepim/platform/Assert.h"
+#include "phonepim/sync/AlarmContainer.h"
+#include "phonepim/sync/AttendeeContainer.h"
+#include "phonepim/sync/RecurrenceContainer.h"
 
 namespace phonepim {
 
@@ -105,9 +109,14 @@ std::optional<CDateTimeNull> NullableCopy(const std::optional<CDateTime>& date) 
   return CDateTimeNull(*date);
 }
 
+template <class T>
+std::unique_ptr<T> CopyOf(const std::unique_ptr<T>& container) {
+  return container ? std::make_unique<T>(*container) : nullptr;
+}
+
 }  // namespace
 
-CCalendar::CCalendar() = default;
+CCalendar::CCalendar() : mIDMapper(std::make_shared<CalendarIDMappingTable>()) {}
 
 CCalendar::~CCalendar() = default;
 
@@ -176,6 +185,13 @@ std::unique_ptr<CCalendar> CCalendar::Clone() const {
   copy->Account = Account;
   copy->ExceptRule = ExceptRule;
   copy->bIsLunar = bIsLunar;
+
+  copy->mIDMapper = mIDMapper;
+  copy->mVCalRecordID = mVCalRecordID;
+  copy->mAttendeeMapper = CopyOf(mAttendeeMapper);
+  copy->mAlarmMapper = CopyOf(mAlarmMapper);
+  copy->mRecurrenceMapper = CopyOf(mRecurrenceMapper);
+  copy->mEventChanged = mEventChanged;
 
   copy->Attendee_ = CopyList(m_arrAttendee, Attendee_, copy->m_arrAttendee);
   copy->Recurrence_ = CopyList(m_arrRecurrence, Recurrence_, copy->m_arrRecurrence);

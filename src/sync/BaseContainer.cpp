@@ -1,6 +1,6 @@
 #include "phonepim/sync/BaseContainer.h"
 
-#include "phonepim/mapping/ContactIDMappingTable.h"
+#include "phonepim/mapping/IDMappingTable.h"
 #include "phonepim/platform/Assert.h"
 #include "phonepim/platform/Uuid.h"
 
@@ -33,7 +33,7 @@ void StoreIdentifiers(Dictionary& meta, const String& slot, const String& key,
 
 }  // namespace
 
-BaseContainer::BaseContainer(String vObjectID, std::shared_ptr<ContactIDMappingTable> idMapper)
+BaseContainer::BaseContainer(String vObjectID, std::shared_ptr<IDMappingTable> idMapper)
     : mIDMapper(std::move(idMapper)), mVObjectID(std::move(vObjectID)) {}
 
 BaseContainer::~BaseContainer() = default;
@@ -63,7 +63,7 @@ const Dictionary* BaseContainer::recordByID(const String& identifier) const {
 
 const Value* BaseContainer::metaDataWithKey(const String& key) const {
   if (!mIDMapper) return nullptr;
-  const ContactIDMappingTable& table = *mIDMapper;
+  const IDMappingTable& table = *mIDMapper;
   const Dictionary* meta = table.meta(mVObjectID);
   return meta ? Find(*meta, key) : nullptr;
 }
@@ -107,7 +107,9 @@ std::vector<String> BaseContainer::createMetaDataInCalendarWithKey(const String&
 std::vector<String> BaseContainer::reconcile(const String& key, const String& valueKey,
                                              bool calendar) {
   std::vector<String> identifiers;
-  Dictionary* meta = mIDMapper ? mIDMapper->meta(mVObjectID) : nullptr;
+  IDMappingTable::EntryEdit edit;
+  if (mIDMapper) edit = mIDMapper->editMeta(mVObjectID);
+  Dictionary* meta = edit.get();
   if (meta == nullptr) return identifiers;
 
   Array* entries = FindAs<Array>(*meta, key);

@@ -40,163 +40,78 @@ bool IsUUID(const String& text) {
 
 TEST_F(ContactTable, a_fresh_table_is_empty_and_counts_temporary_ids_from_one) {
   EXPECT_EQ(table_.count(), 0u);
-  EXPECT_TRUE(table_.allKeys().empty());
   EXPECT_EQ(table_.countRemovedTagRecords(), 0u);
-  EXPECT_EQ(table_.nextTemporaryID(), 1u);
-  EXPECT_EQ(table_.nextTemporaryID(), 2u);
-  EXPECT_EQ(table_.mLastPhoneID(), 2u);
+  for (std::uint32_t expected : {1u, 2u}) EXPECT_EQ(table_.nextTemporaryID(), expected);
+  EXPECT_EQ(ContactIDMappingTable(u"N95", u"36", base_.path()).nextTemporaryID(), 1u);
   table_.resetTemporaryID();
   EXPECT_EQ(table_.mLastPhoneID(), 0u);
   EXPECT_EQ(table_.nextTemporaryID(), 1u);
-}
-
-TEST_F(ContactTable, temporary_ids_count_per_table) {
-  for (int i = 0; i < 9; ++i) table_.nextTemporaryID();
-  ContactIDMappingTable other(u"N95", u"36", base_.path());
-  EXPECT_EQ(other.nextTemporaryID(), 1u);
-  EXPECT_EQ(table_.nextTemporaryID(), 10u);
-}
-
-TEST_F(ContactTable, new_identifiers_are_distinct_uuid_strings) {
-  std::set<String> seen;
-  for (int i = 0; i < 100; ++i) {
-    const String id = ContactIDMappingTable::newIdentifier();
-    EXPECT_TRUE(IsUUID(id)) << ToDisplayUTF8(id);
-    seen.insert(id);
-  }
-  EXPECT_EQ(seen.size(), 100u);
-}
-
-TEST(contact_table_lmt, reads_the_last_modified_text) {
-  const Dictionary data{{u"LMT", u"20240101T000000Z"}, {u"first name", u"A"}};
-  ASSERT_NE(ContactIDMappingTable::LMT(&data), nullptr);
+  const String id = ContactIDMappingTable::newIdentifier();
+  EXPECT_TRUE(IsUUID(id)) << ToDisplayUTF8(id);
+  EXPECT_NE(ContactIDMappingTable::newIdentifier(), id);
+  const Dictionary data{{u"LMT", u"20240101T000000Z"}};
   EXPECT_EQ(*ContactIDMappingTable::LMT(&data), Value(u"20240101T000000Z"));
-  const Dictionary without{{u"first name", u"A"}};
-  EXPECT_EQ(ContactIDMappingTable::LMT(&without), nullptr);
+  EXPECT_EQ(ContactIDMappingTable::LMT(&table_.mTable()), nullptr);
   EXPECT_EQ(ContactIDMappingTable::LMT(nullptr), nullptr);
 }
 
-// --- Flat pairs -------------------------------------------------------------
-
-TEST_F(ContactTable, add_dbid_stores_both_directions_or_the_vcard_id_alone) {
-  table_.addDBID(u"S", u"V");
-  EXPECT_EQ(table_.mTable(), (Dictionary{{u"S", u"V"}, {u"V", u"S"}}));
-  table_.addDBID(std::nullopt, u"7");
-  EXPECT_EQ(table_.mTable().at(u"7"), Value(u"7"));
-  EXPECT_EQ(table_.count(), 3u);
-}
-
-TEST_F(ContactTable, change_vcard_id_drops_the_old_pair) {
+TEST_F(ContactTable, flat_pairs_go_both_ways) {
   table_.addDBID(u"S", u"V-old");
-  table_.addDBID(u"T", u"W");
-  table_.changeVCardID(u"V-new", u"S");
-  EXPECT_EQ(table_.mTable(),
-            (Dictionary{{u"S", u"V-new"}, {u"V-new", u"S"}, {u"T", u"W"}, {u"W", u"T"}}));
-  // Without an old value nothing else is removed.
-  table_.changeVCardID(u"X", u"U");
-  EXPECT_EQ(table_.count(), 6u);
-  EXPECT_EQ(table_.mTable().at(u"U"), Value(u"X"));
-  EXPECT_EQ(table_.mTable().at(u"X"), Value(u"U"));
-}
-
-TEST_F(ContactTable, change_vcard_id_over_a_contact_entry_replaces_it) {
-  AddEntry(u"S", u"Modified", u"V");
-  table_.changeVCardID(u"V2", u"S");
-  EXPECT_EQ(table_.mTable(), (Dictionary{{u"S", u"V2"}, {u"V2", u"S"}}));
-  EXPECT_EQ(table_.dbIDForVCardID(u"V"), std::nullopt);
-}
-
-TEST_F(ContactTable, check_dbid_returns_what_is_there_or_stores_the_id_itself) {
-  table_.addDBID(u"S", u"V");
-  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"V"), Value(u"S"));
-  EXPECT_EQ(table_.count(), 2u);
-  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"unknown"), Value(u"unknown"));
-  EXPECT_EQ(table_.mTable().at(u"unknown"), Value(u"unknown"));
-  AddEntry(u"C", u"Modified");
-  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"C"), Value(Dictionary{{u"State", u"Modified"}}));
-}
-
-TEST_F(ContactTable, has_and_remove_act_on_any_key) {
-  table_.addDBID(u"S", u"V");
-  AddEntry(u"C", u"");
-  EXPECT_TRUE(table_.hasVCardRecordIDForDBID(u"S"));
+  table_.addDBID(std::nullopt, u"7");
+  EXPECT_EQ(table_.mTable(), (Dictionary{{u"S", u"V-old"}, {u"V-old", u"S"}, {u"7", u"7"}}));
+  table_.changeVCardID(u"V-new", u"S");  // drops the old pair
+  table_.changeVCardID(u"X", u"U");      // nothing old to drop
+  EXPECT_EQ(table_.mTable(), (Dictionary{{u"S", u"V-new"}, {u"V-new", u"S"}, {u"7", u"7"},
+                                         {u"U", u"X"}, {u"X", u"U"}}));
+  AddEntry(u"C", u"Modified", u"V");
+  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"V-new"), Value(u"S"));
+  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"C"), Value(Dictionary{{u"State", u"Modified"},
+                                                                     {u"vCardID", u"V"}}));
+  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"new"), Value(u"new"));
+  EXPECT_EQ(table_.mTable().at(u"new"), Value(u"new"));
   EXPECT_TRUE(table_.hasVCardRecordIDForDBID(u"C"));
   EXPECT_FALSE(table_.hasVCardRecordIDForDBID(u"nothing"));
-  table_.removeVCardID(u"S");
-  table_.removeVCardID(u"C");
-  table_.removeVCardID(u"nothing");
-  EXPECT_EQ(table_.mTable(), (Dictionary{{u"V", u"S"}}));
+  table_.changeVCardID(u"V2", u"C");  // over a contact entry
+  EXPECT_EQ(table_.mTable().at(u"C"), Value(u"V2"));
+  EXPECT_EQ(table_.dbIDForVCardID(u"V"), std::nullopt);
+  for (const char16_t* key : {u"S", u"V-new", u"U", u"X", u"C", u"V2", u"nothing"}) {
+    table_.removeVCardID(key);
+  }
+  EXPECT_EQ(table_.allKeys(), (std::vector<String>{u"7", u"new"}));
 }
 
-// --- Contacts ---------------------------------------------------------------
-
-TEST_F(ContactTable, add_contact_creates_or_updates_the_entry) {
+TEST_F(ContactTable, contact_entries_are_added_modified_and_removed) {
+  table_.modifyContact(u"C", Dictionary{{u"first name", u"A"}});
+  EXPECT_EQ(table_.count(), 0u);
   table_.addContact(u"C", Dictionary{{u"first name", u"A"}});
-  EXPECT_EQ(*table_.meta(u"C"),
-            (Dictionary{{u"Contact Data", Dictionary{{u"first name", u"A"}}},
-                        {u"State", u"AddedBySyncDB"}}));
+  EXPECT_EQ(*table_.meta(u"C"), (Dictionary{{u"Contact Data", Dictionary{{u"first name", u"A"}}},
+                                            {u"State", u"AddedBySyncDB"}}));
   table_.meta(u"C")->insert_or_assign(u"vCardID", u"V");
-  table_.meta(u"C")->insert_or_assign(u"State", u"Modified");
-  table_.addContact(u"C", Dictionary{{u"first name", u"B"}});
-  EXPECT_EQ(*table_.meta(u"C"),
-            (Dictionary{{u"Contact Data", Dictionary{{u"first name", u"B"}}},
-                        {u"State", u"AddedBySyncDB"},
-                        {u"vCardID", u"V"}}));
-  // Over a flat pair the entry starts empty.
+  table_.modifyContact(u"C", Dictionary{{u"first name", u"B"}});
+  EXPECT_EQ(*table_.meta(u"C"), (Dictionary{{u"Contact Data", Dictionary{{u"first name", u"B"}}},
+                                            {u"State", u"Modified"},
+                                            {u"vCardID", u"V"}}));
+  table_.addContact(u"C", Dictionary{});  // keeps the rest of the entry
+  EXPECT_EQ(table_.vCardIDForDBID(u"C"), u"V");
+  EXPECT_EQ(table_.contactInfo(u"C"), table_.meta(u"C"));
+  // A flat pair is no entry; adding over it starts a new one.
   table_.addDBID(u"P", u"Q");
+  table_.modifyContact(u"P", Dictionary{});
+  EXPECT_EQ(table_.meta(u"P"), nullptr);
+  EXPECT_EQ(table_.vCardIDForDBID(u"P"), std::nullopt);
   table_.addContact(u"P", Dictionary{});
   EXPECT_EQ(*table_.meta(u"P"),
             (Dictionary{{u"Contact Data", Dictionary{}}, {u"State", u"AddedBySyncDB"}}));
-}
 
-TEST_F(ContactTable, modify_contact_needs_an_entry_and_sets_modified) {
-  table_.modifyContact(u"C", Dictionary{{u"first name", u"A"}});
-  EXPECT_EQ(table_.count(), 0u);
-  AddEntry(u"C", u"AddedBySyncDB", u"V");
-  table_.modifyContact(u"C", Dictionary{{u"first name", u"A"}});
-  EXPECT_EQ(*table_.meta(u"C"), (Dictionary{{u"Contact Data", Dictionary{{u"first name", u"A"}}},
-                                            {u"State", u"Modified"},
-                                            {u"vCardID", u"V"}}));
-  // A flat pair is not an entry.
-  table_.addDBID(u"S", u"T");
-  table_.modifyContact(u"S", Dictionary{});
-  EXPECT_EQ(table_.mTable().at(u"S"), Value(u"T"));
-}
-
-TEST_F(ContactTable, meta_and_contact_info_answer_contact_entries_only) {
-  AddEntry(u"C", u"Modified");
-  table_.addDBID(u"S", u"V");
-  EXPECT_EQ(table_.meta(u"C"), table_.contactInfo(u"C"));
-  ASSERT_NE(table_.meta(u"C"), nullptr);
-  EXPECT_EQ(table_.meta(u"S"), nullptr);
-  EXPECT_EQ(table_.meta(u"missing"), nullptr);
-  const ContactIDMappingTable& constant = table_;
-  EXPECT_EQ(constant.meta(u"C"), table_.meta(u"C"));
-  EXPECT_EQ(table_.vCardIDForDBID(u"C"), std::nullopt);
-  table_.meta(u"C")->insert_or_assign(u"vCardID", u"V-C");
-  EXPECT_EQ(table_.vCardIDForDBID(u"C"), u"V-C");
-  EXPECT_EQ(table_.vCardIDForDBID(u"S"), std::nullopt);  // a pair, not an entry
-}
-
-TEST_F(ContactTable, remove_contact_ignores_no_id_and_remove_contacts_takes_a_list) {
-  AddEntry(u"A", u"");
-  AddEntry(u"B", u"");
-  AddEntry(u"C", u"");
+  for (const char16_t* key : {u"b", u"\u00e9", u"aa"}) AddEntry(key, u"");
+  const std::vector<String> sorted{u"C", u"P", u"Q", u"aa", u"b", u"\u00e9"};
+  EXPECT_EQ(table_.allKeys(), sorted);
+  EXPECT_EQ(std::vector<String>(table_.keyEnumerator().begin(), table_.keyEnumerator().end()),
+            sorted);
   table_.removeContact(std::nullopt);
-  EXPECT_EQ(table_.count(), 3u);
-  table_.removeContact(u"B");
-  EXPECT_EQ(table_.allKeys(), (std::vector<String>{u"A", u"C"}));
-  table_.removeContacts({u"A", u"C", u"missing"});
-  EXPECT_EQ(table_.count(), 0u);
-}
-
-TEST_F(ContactTable, keys_come_in_sorted_order) {
-  for (const char16_t* key : {u"b", u"a", u"C", u"\u00e9", u"aa"}) AddEntry(key, u"");
-  const std::vector<String> expected{u"C", u"a", u"aa", u"b", u"\u00e9"};
-  EXPECT_EQ(table_.allKeys(), expected);
-  std::vector<String> enumerated;
-  for (const String& key : table_.keyEnumerator()) enumerated.push_back(key);
-  EXPECT_EQ(enumerated, expected);
+  table_.removeContact(u"b");
+  table_.removeContacts({u"C", u"aa", u"missing"});
+  EXPECT_EQ(table_.allKeys(), (std::vector<String>{u"P", u"Q", u"\u00e9"}));
 }
 
 // --- Removal tags -----------------------------------------------------------

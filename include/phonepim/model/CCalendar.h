@@ -21,6 +21,11 @@
 
 namespace phonepim {
 
+class AlarmContainer;
+class AttendeeContainer;
+class CalendarIDMappingTable;
+class RecurrenceContainer;
+
 /// A calendar entry: its texts, dates, flags and codes as plain public
 /// fields named as the codecs know them, three owned lists (attendees,
 /// alarms, recurrence rules) and the extension items of CVObject.
@@ -38,9 +43,11 @@ namespace phonepim {
 /// AudioReminder, Recurrence), which the reader goes on filling after
 /// adding it and which the alarm operations work on.
 ///
-/// The store-side sub-record containers and the calendar identity table
-/// are not held here: they belong to the synchronisation layers, which
-/// build on this record. Copy with Clone.
+/// For the synchronisation, the entry resolves its identity through its
+/// phone's calendar ID mapping table (resolveIdentity) and then builds its
+/// store records (createMetaData): the event record, and its attendees,
+/// alarms and recurrence rules through one sub-record container each.
+/// Copy with Clone.
 class CCalendar : public CVObject {
  public:
   /// The kinds of SetAlarm and GetAlarm: how the alarm's offset from the
@@ -78,7 +85,8 @@ class CCalendar : public CVObject {
   /// - GetExpiry, GetAlarmTone and GetAlarmTonePath (absent reads as
   ///   empty), so an alarm tone of -1 equals none.
   /// Not deciding: the identity (mUserID, mDBRecordID, mVcalID, UID,
-  /// thisID, storage, mState), the modification and creation stamps (LMT,
+  /// thisID, storage, mState, the table and the phone record ID), the
+  /// containers, the modification and creation stamps (LMT,
   /// dtModified, dtModifiedComp, dtCreate), the dates as first received and
   /// Originaldate, the UTC flags of the text forms, TimeZoneInfo (the
   /// instants already carry it), the account fields, strAttendees, the
@@ -104,6 +112,61 @@ class CCalendar : public CVObject {
   static String generateNewVCalID(std::int64_t luid);
   /// The number in decimal; the type changes nothing.
   static String generateNewVCalIDWithType(std::int64_t luid, std::int32_t type);
+
+  // --- Identity in the calendar table and the store records. ---
+
+  /// Bits of mState: the store ID, respectively the phone record ID, is
+  /// known.
+  static constexpr std::int32_t kStateDBRecordIDKnown = 0x1;
+  static constexpr std::int32_t kStateVCalIDKnown = 0x2;
+
+  /// Resolves the entry's identity on both sides through `idMapper` (which
+  /// the entry keeps; null keeps a new empty table), as a contact does
+  /// through its own table. Call it once the kind (vCalendarType) is read.
+  /// 1. With a store record ID: mState = kStateDBRecordIDKnown and
+  ///    mDBRecordID = the ID; when the table knows it, vCalRecordID() =
+  ///    the table's phone record ID, mVcalID = its leading number and
+  ///    kStateVCalIDKnown is added; otherwise mVcalID = the table's
+  ///    nextTemporaryID() (its low 16 bits).
+  /// 2. Otherwise, with a phone number `vCalID`: mState =
+  ///    kStateVCalIDKnown, mVcalID = the number, vCalRecordID() =
+  ///    generateNewVCalIDWithNewLUID(number, IMEI, GetType()); when the
+  ///    table has a store ID for it, that is mDBRecordID and
+  ///    kStateDBRecordIDKnown is added; otherwise the phone record ID
+  ///    stands in as mDBRecordID until the store has the event.
+  /// 3. With neither, mState is 0 and nothing else changes.
+  /// With a phone record ID the three containers are made (anew), with it
+  /// as their parent and mDBRecordID as the records' owner; without one
+  /// there are none and createMetaData builds the event record only.
+  void resolveIdentity(std::optional<std::uint16_t> vCalID, const String& IMEI,
+                       const std::optional<String>& dbRecordID,
+                       std::shared_ptr<CalendarIDMappingTable> idMapper);
+
+  const std::shared_ptr<CalendarIDMappingTable>& idMapper() const { return mIDMapper; }
+  /// The phone record ID: the key of the entry in the calendar table.
+  const std::optional<String>& vCalRecordID() const { return mVCalRecordID; }
+  const AttendeeContainer* attendeeMapper() const { return mAttendeeMapper.get(); }
+  const AlarmContainer* alarmMapper() const { return mAlarmMapper.get(); }
+  const RecurrenceContainer* recurrenceMapper() const { return mRecurrenceMapper.get(); }
+
+  /// Builds the store records: mMetaDictionary becomes [the event record]
+  /// (keys: sync/CalendarRecord.h), naming `calendarID`, the phone's
+  /// calendar record (CalendarIDMappingTable::calendarRecordID()).
+  /// With containers, the table gets an entry for vCalRecordID() when it
+  /// has none (CalendarIDMappingTable::ensureEntry), the containers are
+  /// filled (each attendee by name and status; each alarm with a valid run
+  /// time by that instant; each rule) and reconciled, and the event record
+  /// gets each non-empty list of identifiers under "attendees", "audio
+  /// alarms" and "recurrences".
+  void createMetaData(const String& calendarID);
+  /// The event record of the last createMetaData; empty before.
+  const Dictionary& eventRecord() const;
+  /// Whether the last createMetaData built an event record other than the
+  /// store data the table kept for the entry (nothing kept, or no
+  /// containers, counts as a difference); a changed sub-record changes the
+  /// event's identifier lists. Tells the host to hand the event to the store
+  /// (addCalendar or modifyCalendar).
+  bool eventChanged() const { return mEventChanged; }
 
   // --- Kind, priority, status. ---
 
@@ -318,7 +381,8 @@ class CCalendar : public CVObject {
   /// A status word's number (the vCalendar reader's STATUS table); 10 is
   /// "NONE".
   std::int32_t status = 10;
-  /// The store records being built from this entry.
+  /// The store records being built from this entry: [the event record]
+  /// after createMetaData.
   Array mMetaDictionary;
   /// Kind bits; see CalendarType.
   std::int32_t vCalendarType = 0;
@@ -340,6 +404,15 @@ class CCalendar : public CVObject {
   bool bIsLunar = false;
 
  private:
+  void FillContainers();
+
+  std::shared_ptr<CalendarIDMappingTable> mIDMapper;
+  std::optional<String> mVCalRecordID;
+  std::unique_ptr<AttendeeContainer> mAttendeeMapper;
+  std::unique_ptr<AlarmContainer> mAlarmMapper;
+  std::unique_ptr<RecurrenceContainer> mRecurrenceMapper;
+  bool mEventChanged = true;
+
   CAttendee* Attendee_ = nullptr;
   std::vector<std::unique_ptr<CAttendee>> m_arrAttendee;
   CRecurrence* Recurrence_ = nullptr;

@@ -15,7 +15,7 @@
 
 namespace phonepim {
 
-class ContactIDMappingTable;
+class IDMappingTable;
 
 /// The records of one kind of sub-record of one parent record, in the order
 /// they were added, and the reconciliation of those records against the
@@ -28,14 +28,14 @@ class ContactIDMappingTable;
 class BaseContainer {
  public:
   /// No records yet.
-  BaseContainer(String vObjectID, std::shared_ptr<ContactIDMappingTable> idMapper);
+  BaseContainer(String vObjectID, std::shared_ptr<IDMappingTable> idMapper);
   virtual ~BaseContainer();
   BaseContainer(const BaseContainer&) = default;
   BaseContainer& operator=(const BaseContainer&) = default;
 
   /// The parent record's ID.
   const String& vObjectID() const { return mVObjectID; }
-  const std::shared_ptr<ContactIDMappingTable>& idMapper() const { return mIDMapper; }
+  const std::shared_ptr<IDMappingTable>& idMapper() const { return mIDMapper; }
 
   /// The number of records.
   int count() const { return static_cast<int>(mItemArray.size()); }
@@ -124,7 +124,7 @@ class BaseContainer {
  private:
   std::vector<String> reconcile(const String& key, const String& valueKey, bool calendar);
 
-  std::shared_ptr<ContactIDMappingTable> mIDMapper;
+  std::shared_ptr<IDMappingTable> mIDMapper;
   String mVObjectID;
   std::vector<Dictionary> mItemArray;
 };

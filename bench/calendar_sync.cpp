@@ -1,0 +1,124 @@
+// A synchronisation of a large calendar against a table that knows it: each
+// entry is read from the "phone" (a third recurring weekly, half with an
+// alarm, a quarter with two attendees), resolves its identity through the
+// table and is reconciled; every sub-record claims its entry again, the
+// steady state of a daily sync. Also loading and saving that table.
+
+#include <benchmark/benchmark.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "phonepim/mapping/CalendarIDMappingTable.h"
+#include "phonepim/model/CCalendar.h"
+
+namespace {
+
+using namespace phonepim;
+
+constexpr int kEntries = 10000;
+const String kModel = u"N95";
+const String kIMEI = u"350123451234560";
+
+// Reads entry `n` from the "phone" and reconciles it; answers its number of
+// sub-records.
+int SyncEntry(int n, const std::shared_ptr<CalendarIDMappingTable>& table,
+              const String& calendarID) {
+  CCalendar entry;
+  entry.strSummary = StringFromASCII("Meeting " + std::to_string(n));
+  entry.strLocation = u"Room 4";
+  const double start = 1700000000.0 + 3600.0 * n;
+  entry.setStartDate(CDateTime(start, 0));
+  entry.setEndDate(CDateTime(start + 1800, 0));
+  int subRecords = 0;
+  if (n % 3 == 0) {
+    const Array days{Value(std::int64_t{n % 7})};
+    entry.addRecurrence(std::make_unique<CRecurrence>())->SetWeekly(1, 0, nullptr, &days);
+    ++subRecords;
+  }
+  if (n % 2 == 0) {
+    entry.addAlarm(std::make_unique<CReminder>())->SetRunTime(CDateTime(start - 900, 0));
+    ++subRecords;
+  }
+  if (n % 4 == 0) {
+    entry.NewAttendee(StringFromASCII("a" + std::to_string(n) + "@example.jp"), 1, 2, -1);
+    entry.NewAttendee(StringFromASCII("b" + std::to_string(n) + "@example.jp"), 1, 0, -1);
+    subRecords += 2;
+  }
+  entry.resolveIdentity(static_cast<std::uint16_t>(n), kIMEI, std::nullopt, table);
+  entry.createMetaData(calendarID);
+  if (entry.eventChanged()) {
+    table->addCalendar(*entry.vCalRecordID(), IDMappingTable::newIdentifier(),
+                       entry.eventRecord());
+  }
+  return subRecords;
+}
+
+class Fixture {
+ public:
+  Fixture() {
+    std::string pattern =
+        (std::filesystem::temp_directory_path() / "phonepim-bench-XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
+    base_ = pattern;
+    table_ = std::make_shared<CalendarIDMappingTable>(kModel, kIMEI, base_);
+    calendarID_ = table_->calendarRecordID();
+    for (int n = 1; n <= kEntries; ++n) subRecords_ += SyncEntry(n, table_, calendarID_);
+    if (!table_->save()) throw std::runtime_error("save failed");
+    fileSize_ = static_cast<std::int64_t>(std::filesystem::file_size(table_->mFilePath()));
+  }
+  ~Fixture() {
+    table_.reset();
+    std::error_code ignored;
+    std::filesystem::remove_all(base_, ignored);
+  }
+
+  std::filesystem::path base_;
+  std::shared_ptr<CalendarIDMappingTable> table_;
+  String calendarID_;
+  std::int64_t subRecords_ = 0;
+  std::int64_t fileSize_ = 0;
+};
+
+Fixture& Shared() {
+  static Fixture fixture;
+  return fixture;
+}
+
+void BM_ReconcileKnownCalendar(benchmark::State& state) {
+  Fixture& fixture = Shared();
+  for (auto _ : state) {
+    for (int n = 1; n <= kEntries; ++n) SyncEntry(n, fixture.table_, fixture.calendarID_);
+  }
+  if (fixture.table_->count() != kEntries + 1) state.SkipWithError("the table grew");
+  state.SetItemsProcessed(state.iterations() * kEntries);
+  state.counters["sub-records/s"] = benchmark::Counter(
+      static_cast<double>(state.iterations() * fixture.subRecords_), benchmark::Counter::kIsRate);
+}
+BENCHMARK(BM_ReconcileKnownCalendar)->Unit(benchmark::kMillisecond);
+
+void BM_LoadCalendarTable(benchmark::State& state) {
+  Fixture& fixture = Shared();
+  for (auto _ : state) {
+    CalendarIDMappingTable table(kModel, kIMEI, fixture.base_);
+    if (table.count() != kEntries + 1) state.SkipWithError("table did not load");
+  }
+  state.SetBytesProcessed(state.iterations() * fixture.fileSize_);
+  state.SetItemsProcessed(state.iterations() * kEntries);
+}
+BENCHMARK(BM_LoadCalendarTable)->Unit(benchmark::kMillisecond);
+
+void BM_SaveCalendarTable(benchmark::State& state) {
+  Fixture& fixture = Shared();
+  for (auto _ : state) {
+    if (!fixture.table_->save()) state.SkipWithError("save failed");
+  }
+  state.SetBytesProcessed(state.iterations() * fixture.fileSize_);
+  state.SetItemsProcessed(state.iterations() * kEntries);
+}
+BENCHMARK(BM_SaveCalendarTable)->Unit(benchmark::kMillisecond);
+
+}  // namespace
