@@ -12,6 +12,7 @@
 #include "phonepim/encoding/NGQuotedPrintableCoding.h"
 #include "phonepim/model/CContact.h"
 #include "phonepim/platform/Assert.h"
+#include "phonepim/vcalendar/vCalendar.h"
 #include "encoding/Base64Internal.h"
 #include "encoding/QuotedPrintableUTF8.h"
 #include "vcard/vCardReaderInternal.h"
@@ -283,8 +284,12 @@ void vCard::ParseGroupType(const char* text, int len, std::uint32_t* groupType) 
   if (groupType != nullptr) *groupType = type;
 }
 
-std::optional<DateComponents> vCard::ParseLastRevision(const char* /*text*/, int /*len*/) {
-  return std::nullopt;
+std::optional<DateComponents> vCard::ParseLastRevision(const char* text, int len) {
+  const std::optional<CalendarDate> date =
+      vCalendar::ParseDateTimeComponent(CText(text, len), nullptr);
+  if (!date) return std::nullopt;
+  return MakeDateComponents(date->yearOfCommonEra(), date->monthOfYear(), date->dayOfMonth(),
+                            date->hourOfDay(), date->minuteOfHour(), date->secondOfMinute());
 }
 
 void vCard::ParseGroups(const char* text, int len, std::vector<std::int32_t>* groups) {

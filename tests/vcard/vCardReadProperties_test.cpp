@@ -72,8 +72,8 @@ INSTANTIATE_TEST_SUITE_P(
         PropertyRow{"URL;WORK;PREF:http://a.example/\r\nX-IM;SKYPE;QQ:me\r\n",
                     "URL(10000002)=http://a.example/; IM(18)=me"},
         // Recognised and dropped, unknown, empty: nothing stored.
-        PropertyRow{"X-GENDER:Male\r\nX-UNKNOWN:x\r\nfn:lower\r\nTITLE:\r\nREV:20200101T000000Z\r\n",
-                    ""}));
+        PropertyRow{"X-GENDER:Male\r\nX-UNKNOWN:x\r\nfn:lower\r\nTITLE:\r\nREV:0\r\n", ""},
+        PropertyRow{"REV:20200101T000000Z\r\n", "REV=set"}));
 
 INSTANTIATE_TEST_SUITE_P(
     structured, read_property,

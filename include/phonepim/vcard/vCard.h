@@ -122,9 +122,9 @@ class vCard {
   /// "Normal" 1, "Smart" 2, "SYSTEM" 3, each compared over the value's length
   /// (a prefix matches); anything else 0.
   static void ParseGroupType(const char* text, int len, std::uint32_t* groupType);
-  /// The revision time of "REV". It needs the vCalendar codec's date-time
-  /// reader, which is not part of the library yet: until it is, no revision
-  /// is read (nothing), and Parse leaves the contact's revision unset.
+  /// The revision time of "REV", read by the vCalendar codec's date-time
+  /// reader (vCalendar::ParseDateTimeComponent): the fields as written,
+  /// seconds dropped, "Z" or not; nothing for a date of 0.
   static std::optional<struct DateComponents> ParseLastRevision(const char* text, int len);
   /// Empties `groups` and appends the atoi value of every ','-separated
   /// piece (an empty piece gives 0).
