@@ -24,3 +24,8 @@ for file in examples/*.vcs; do
   echo "== phonepim dump $file"
   "$tool" dump "$file"
 done
+# One sync of the sample book into a store that lives only for this run.
+store=$(mktemp -d)
+trap 'rm -rf "$store"' EXIT
+echo "== phonepim sync examples/address-book.vcf --store $store/store.sqlite"
+"$tool" sync -q examples/address-book.vcf --store "$store/store.sqlite" --imei 356938035643809
