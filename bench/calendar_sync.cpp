@@ -23,12 +23,21 @@ constexpr int kEntries = 10000;
 const String kModel = u"N95";
 const String kIMEI = u"350123451234560";
 
+// prefix, n, suffix. (Built by appending: GCC 12 warns, wrongly, about
+// "literal" + std::to_string(n).)
+String Numbered(const char* prefix, int n, const char* suffix) {
+  std::string text = prefix;
+  text += std::to_string(n);
+  text += suffix;
+  return StringFromASCII(text);
+}
+
 // Reads entry `n` from the "phone" and reconciles it; answers its number of
 // sub-records.
 int SyncEntry(int n, const std::shared_ptr<CalendarIDMappingTable>& table,
               const String& calendarID) {
   CCalendar entry;
-  entry.strSummary = StringFromASCII("Meeting " + std::to_string(n));
+  entry.strSummary = Numbered("Meeting ", n, "");
   entry.strLocation = u"Room 4";
   const double start = 1700000000.0 + 3600.0 * n;
   entry.setStartDate(CDateTime(start, 0));
@@ -44,8 +53,8 @@ int SyncEntry(int n, const std::shared_ptr<CalendarIDMappingTable>& table,
     ++subRecords;
   }
   if (n % 4 == 0) {
-    entry.NewAttendee(StringFromASCII("a" + std::to_string(n) + "@example.jp"), 1, 2, -1);
-    entry.NewAttendee(StringFromASCII("b" + std::to_string(n) + "@example.jp"), 1, 0, -1);
+    entry.NewAttendee(Numbered("a", n, "@example.jp"), 1, 2, -1);
+    entry.NewAttendee(Numbered("b", n, "@example.jp"), 1, 0, -1);
     subRecords += 2;
   }
   entry.resolveIdentity(static_cast<std::uint16_t>(n), kIMEI, std::nullopt, table);

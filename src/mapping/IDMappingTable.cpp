@@ -232,9 +232,14 @@ std::optional<String> IDMappingTable::walk(const String& id) const {
 std::optional<String> IDMappingTable::firstKeyHolding(const String& id) const {
   if (tableHandedOut_) return walk(id);
   refreshIndex();
+  const auto holders = keysByHeldID_.find(id);
+  if (heldOpen_.empty() && edits_.empty()) {
+    if (holders == keysByHeldID_.end()) return std::nullopt;
+    return *holders->second.begin();
+  }
   // The first indexed key that still holds the ID (an open one may not).
   const String* best = nullptr;
-  if (auto holders = keysByHeldID_.find(id); holders != keysByHeldID_.end()) {
+  if (holders != keysByHeldID_.end()) {
     for (const String& key : holders->second) {
       if (!isOpen(key) || carries(key, id)) {
         best = &key;

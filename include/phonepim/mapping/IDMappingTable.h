@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <initializer_list>
 #include <iterator>
-#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -160,38 +159,46 @@ class IDMappingTable {
   std::optional<String> walk(const String& id) const;
   const String* heldIn(const String& key) const;
   bool carries(const String& key, const String& id) const;
-  void closeEdit(const String& key);
+  bool isOpen(const String& key) const;
+  void closeEdit(const Dictionary* entry);
+  void forgetHandles(const String& key);
+  void reindexIfChanged(const String& key) const;
 
   Value mTable_{Dictionary()};  // always a Dictionary; a Value so save() need not copy it
   std::uint32_t mLastPhoneID_ = 0;
   std::filesystem::path mFilePath_;
   String indexedKey_;
 
-  // The index covers every entry that is not open; open entries
-  // (below) are read at each look-up instead.
+  // The index of held IDs, as last read. Open entries (below) may have
+  // changed behind it: look-ups read them instead of trusting it.
   mutable std::unordered_map<String, std::set<String>> keysByHeldID_;
   mutable std::unordered_map<String, String> heldIDByKey_;
   mutable bool indexStale_ = true;
-  // Entries that may change behind the table's back, in key order, with the
-  // number of live edits; kHeldOpen for those handed out by meta().
-  static constexpr std::size_t kHeldOpen = SIZE_MAX;
-  std::map<String, std::size_t> open_;
+  // Open entries: those handed out by the mutable meta(), in key order, and
+  // those under a live EntryEdit (rarely more than one at a time).
+  struct Edit {
+    const String* key;  // the table's own key, valid while the entry is
+    const Dictionary* entry;
+    std::size_t count;
+  };
+  std::set<String> heldOpen_;
+  std::vector<Edit> edits_;
   bool tableHandedOut_ = false;
 };
 
 /// An entry opened for in-place changes (see IDMappingTable::editMeta()).
-/// The table must outlive the handle.
+/// The table must outlive the handle; removing the entry ends the edit (the
+/// handle's pointer then dangles).
 class IDMappingTable::EntryEdit {
  public:
   EntryEdit() = default;
   EntryEdit(EntryEdit&& other) noexcept
-      : table_(std::exchange(other.table_, nullptr)), key_(std::move(other.key_)),
+      : table_(std::exchange(other.table_, nullptr)),
         entry_(std::exchange(other.entry_, nullptr)) {}
   EntryEdit& operator=(EntryEdit&& other) noexcept {
     if (this != &other) {
       close();
       table_ = std::exchange(other.table_, nullptr);
-      key_ = std::move(other.key_);
       entry_ = std::exchange(other.entry_, nullptr);
     }
     return *this;
@@ -205,16 +212,14 @@ class IDMappingTable::EntryEdit {
 
  private:
   friend class IDMappingTable;
-  EntryEdit(IDMappingTable* table, String key, Dictionary* entry)
-      : table_(table), key_(std::move(key)), entry_(entry) {}
+  EntryEdit(IDMappingTable* table, Dictionary* entry) : table_(table), entry_(entry) {}
   void close() {
-    if (table_ != nullptr) table_->closeEdit(key_);
+    if (table_ != nullptr) table_->closeEdit(entry_);
     table_ = nullptr;
     entry_ = nullptr;
   }
 
   IDMappingTable* table_ = nullptr;
-  String key_;
   Dictionary* entry_ = nullptr;
 };
 

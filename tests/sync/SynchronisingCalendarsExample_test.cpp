@@ -1,0 +1,105 @@
+// The example of docs/synchronising-calendars.md, compiled and run, and a
+// check that the document and the README show exactly this code.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "mapping/MappingTestSupport.h"
+
+// BEGIN EXAMPLE
+#include <filesystem>
+#include <memory>
+
+#include "phonepim/mapping/CalendarIDMappingTable.h"
+#include "phonepim/model/CCalendar.h"
+
+using namespace phonepim;
+
+// One synchronisation of a phone holding one appointment with an alarm.
+// Returns the store identifier of the alarm.
+String SynchroniseCalendarOnce(const std::filesystem::path& metaFolder) {
+  const String imei = u"356938035643809";
+  auto table = std::make_shared<CalendarIDMappingTable>(u"N900", imei, metaFolder);
+
+  // The phone's entry number 8, as vCalendar::Parse would have filled it.
+  CCalendar entry;
+  entry.strSummary = u"Dentist";
+  entry.setStartDate(CDateTime(1767258000.0, 0));
+  entry.addAlarm(std::make_unique<CReminder>())->SetRunTime(CDateTime(1767256200.0, 0));
+
+  // Its identity: once the store has the event, the table knows its ID.
+  entry.resolveIdentity(8, imei, std::nullopt, table);
+
+  // Build the event and its sub-records and match them against the table:
+  // "New" the first time, "NoChange" after (push "New" ones to the store,
+  // remove "Delete" ones).
+  entry.createMetaData(table->calendarRecordID());
+  const String& phoneID = *entry.vCalRecordID();
+  const CalendarIDMappingTable& view = *table;
+  const Array& alarms = view.meta(phoneID)->at(u"audio alarms").get<Array>();
+  const String alarmID = alarms.front().get<Dictionary>().at(u"identifier").get<String>();
+
+  // The event itself, when it is new or changed.
+  if (entry.eventChanged()) {
+    if (entry.mState & CCalendar::kStateDBRecordIDKnown) {
+      table->modifyCalendar(phoneID, entry.eventRecord());
+    } else {
+      table->addCalendar(phoneID, IDMappingTable::newIdentifier(), entry.eventRecord());
+    }
+  }
+  table->save();
+  return alarmID;
+}
+// END EXAMPLE
+
+namespace {
+
+std::string ReadAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// The first ```cpp block after `marker`.
+std::string CodeAfter(const std::string& text, const std::string& marker) {
+  const std::size_t at = text.find(marker);
+  const std::size_t from = at == std::string::npos ? at : text.find("```cpp\n", at);
+  if (from == std::string::npos) return {};
+  return text.substr(from + 7, text.find("```", from + 7) - from - 7);
+}
+
+TEST(synchronising_calendars_example, a_second_synchronisation_keeps_the_identifiers) {
+  phonepim::testing_support::ScratchFolder folder;
+  const String first = SynchroniseCalendarOnce(folder.path());
+  EXPECT_EQ(SynchroniseCalendarOnce(folder.path()), first);
+
+  const CalendarIDMappingTable saved(u"N900", u"356938035643809", folder.path());
+  const Dictionary* meta = saved.meta(u"0000000000000008-Calendar-356938035643809_Appointment");
+  ASSERT_NE(meta, nullptr);
+  EXPECT_EQ(meta->at(u"State"), Value(u"AddedBySyncDB"));
+  const Dictionary& event = meta->at(u"Data").get<Dictionary>();
+  EXPECT_EQ(event.at(u"summary"), Value(u"Dentist"));
+  EXPECT_EQ(event.at(u"audio alarms"), Value(Array{Value(first)}));
+  EXPECT_EQ(saved.vCalIDForDBID(meta->at(u"dbRecordID").get<String>()),
+            u"0000000000000008-Calendar-356938035643809_Appointment");
+}
+
+TEST(synchronising_calendars_example, the_documents_show_this_code) {
+  const std::string source =
+      ReadAll(PHONEPIM_SOURCE_DIR "/tests/sync/SynchronisingCalendarsExample_test.cpp");
+  const std::size_t begin = source.find("// BEGIN EXAMPLE\n");
+  ASSERT_NE(begin, std::string::npos);
+  const std::string example =
+      source.substr(begin + 17, source.find("// END EXAMPLE") - begin - 17);
+  EXPECT_EQ(CodeAfter(ReadAll(PHONEPIM_SOURCE_DIR "/docs/synchronising-calendars.md"), "# "),
+            example);
+  EXPECT_EQ(CodeAfter(ReadAll(PHONEPIM_SOURCE_DIR "/README.md"),
+                      "<!-- synchronising-calendars example -->"),
+            example);
+}
+
+}  // namespace
