@@ -70,9 +70,8 @@ DateComponents DayOf(const Value* value) {
 void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
   const String& entity = Text(record, ISyncRecordEntityNameKey);
   const String& parent = *contact.dbRecordID();
-  const std::shared_ptr<ContactIDMappingTable> none;
   if (entity == kPhoneNumberEntityName) {
-    PhoneContainer builder(parent, none);
+    PhoneContainer builder(parent, nullptr);
     const std::optional<std::uint32_t> mask = MaskFor(
         record,
         {kTelephoneTypeCell, kTelephoneTypeHome, kTelephoneTypeWork, kTelephoneTypeVoice,
@@ -92,7 +91,7 @@ void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
                            LabelOf(record));
     }
   } else if (entity == kEmailAddressEntityName) {
-    EmailContainer builder(parent, none);
+    EmailContainer builder(parent, nullptr);
     const std::optional<std::uint32_t> mask =
         MaskFor(record,
                 {0u, kEmailTypeHome, kEmailTypeWork, kEmailTypeCell, kEmailTypeEtc, kEmailTypePref},
@@ -104,13 +103,13 @@ void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
                        LabelOf(record));
     }
   } else if (entity == kURLEntityName) {
-    URLContainer builder(parent, none);
+    URLContainer builder(parent, nullptr);
     const std::optional<std::uint32_t> mask =
         MaskFor(record, {0u, kURLTypeHome, kURLTypeWork, kURLTypePref},
                 [&](std::uint32_t m) { return builder.createURLDataForDB(String(), m); });
     contact.NewURL(Text(record, kSyncKeyValue), mask.value_or(0), index);
   } else if (entity == kStreetAddressEntityName) {
-    StreetAddressContainer builder(parent, none);
+    StreetAddressContainer builder(parent, nullptr);
     const std::optional<std::uint32_t> mask = MaskFor(
         record,
         {0u, kAddressTypeHome, kAddressTypeWork, kAddressTypeEtc, kAddressTypeCell,
@@ -126,7 +125,7 @@ void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
                        mask.value_or(kAddressTypeCustom), index,
                        mask ? nullptr : LabelOf(record));
   } else if (entity == kIMEntityName) {
-    IMContainer builder(parent, none);
+    IMContainer builder(parent, nullptr);
     const std::optional<std::uint32_t> mask = MaskFor(
         record,
         {kMessengerTypeAIM, kMessengerTypeYahoo, kMessengerTypeSkype, kMessengerTypeQQ,

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "phonepim/mapping/CalendarIDMappingTable.h"
 #include "session/SessionTestSupport.h"
 
 namespace phonepim {
@@ -19,37 +20,53 @@ const std::string kBefore = Card("Smith;Anna", {"CELL:111", "HOME:222"}) +
 const std::string kAfter =
     Card("Smith;Anna", {"CELL:555", "HOME:222"}) + Card("Berg;Bo", {"WORK;VOICE:333"});
 
+const std::string kCalendar =
+    "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nSUMMARY:Dentist\r\n"
+    "DTSTART:20261203T083000Z\r\nAALARM:20261203T081500Z;;;\r\nEND:VEVENT\r\n"
+    "BEGIN:VTODO\r\nSUMMARY:Passport\r\nEND:VTODO\r\nEND:VCALENDAR\r\n";
+// The alarm moved, the task done.
+const std::string kCalendarAfter =
+    "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nSUMMARY:Dentist\r\n"
+    "DTSTART:20261203T083000Z\r\nAALARM:20261203T080000Z;;;\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
+
 struct Outcome {
   std::string exported;
-  std::size_t records = 0;
+  std::vector<std::pair<String, std::size_t>> entities;
 };
 
 Outcome Check(const StoreFolder& folder) {
   const SyncStore store(folder.store(), SyncStore::OpenMode::kReadOnly);
   EXPECT_TRUE(FileAgreesWithStore(store, folder.tableFile()));
-  return {ExportText(store), store.count()};
+  EXPECT_TRUE(FileAgreesWithStore(
+      store, CalendarIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, folder.tables())));
+  return {ExportText(store), store.entities()};
+}
+
+void SyncBoth(const StoreFolder& folder, const std::string& contacts, const std::string& calendar,
+              const std::function<void(const char*)>& hook = nullptr) {
+  SyncStore store(folder.store(), SyncStore::OpenMode::kCreate);
+  SyncSession session(store, kPhone, folder.tables());
+  session.setWriteHook(hook);
+  EXPECT_TRUE(session.sync({contacts, calendar}, false).failures.empty());
 }
 
 TEST(sync_crash, a_sync_stopped_at_any_write_converges) {
   StoreFolder reference;
-  reference.Sync(kBefore);
-  reference.Sync(kAfter);
+  SyncBoth(reference, kBefore, kCalendar);
+  SyncBoth(reference, kAfter, kCalendarAfter);
   const Outcome expected = Check(reference);
-  ASSERT_EQ(expected.records, 2u + 3u + 2u);
+  ASSERT_EQ(expected.entities.size(), 6u);
 
   for (int stop = 1;; ++stop) {
     StoreFolder folder;
-    folder.Sync(kBefore);
+    SyncBoth(folder, kBefore, kCalendar);
     const pid_t child = fork();
     if (child == 0) {
       int writes = 0;
-      SyncStore store(folder.store(), SyncStore::OpenMode::kExisting);
-      SyncSession session(store, kPhone, folder.tables());
       // As sudden as a kill: no destructor, no rollback, no flush.
-      session.setWriteHook([&](const char*) {
+      SyncBoth(folder, kAfter, kCalendarAfter, [&](const char*) {
         if (++writes == stop) _exit(0);
       });
-      session.syncContacts(kAfter, false);
       _exit(2);  // finished before the stop: every step has been tried
     }
     int status = 0;
@@ -59,12 +76,15 @@ TEST(sync_crash, a_sync_stopped_at_any_write_converges) {
       EXPECT_GT(stop, 8) << "fewer writes than the sync makes";
       break;
     }
-    const SyncReport resumed = folder.Sync(kAfter);
+    SyncBoth(folder, kAfter, kCalendarAfter);
     const Outcome outcome = Check(folder);
-    EXPECT_EQ(outcome.records, expected.records) << "stopped at write " << stop;
+    EXPECT_EQ(outcome.entities, expected.entities) << "stopped at write " << stop;
     EXPECT_EQ(outcome.exported, expected.exported) << "stopped at write " << stop;
-    EXPECT_FALSE(folder.Sync(kAfter).written) << "stopped at write " << stop;
-    EXPECT_EQ(resumed.failures.size(), 0u);
+    SyncStore store(folder.store(), SyncStore::OpenMode::kExisting);
+    EXPECT_FALSE(SyncSession(store, kPhone, folder.tables())
+                     .sync({kAfter, kCalendarAfter}, false)
+                     .written)
+        << "stopped at write " << stop;
   }
 }
 

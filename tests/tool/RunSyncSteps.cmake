@@ -28,6 +28,8 @@ step(first-sync 0 sync sync-before.vcf --store ${store} --imei 35)
 step(second-sync 0 sync sync-before.vcf --store ${store} --imei 35)
 step(dry-run 0 sync sync-after.vcf --store ${store} --imei 35 --dry-run -q)
 step(edited-and-deleted 0 sync sync-after.vcf --store ${store} --imei 35)
+# A calendar export alone leaves the contacts as they are.
+step(calendar 0 sync ../../../examples/calendar.vcs --store ${store} --imei 35)
 step(show 0 store show --store ${store})
 step(export 0 store export --store ${store} --imei 35 --to vcf)
 step(json 1 sync bad-cards.vcf --store ${WORK}/other.sqlite --json -q)

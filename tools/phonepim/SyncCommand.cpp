@@ -41,25 +41,46 @@ nlohmann::ordered_json SubRecordJson(const SubRecordCounts& counts) {
   return {{"new", counts.added}, {"deleted", counts.removed}, {"unchanged", counts.kept}};
 }
 
-void PrintText(const SyncReport& report, const std::string& source, const SyncOptions& options,
-               const std::string& storePath, std::ostream& out) {
+// "24 contacts", "1 calendar entry".
+std::string Records(std::size_t count, bool calendar) {
+  if (!calendar) return Counted(count, "contact");
+  return std::to_string(count) + (count == 1 ? " calendar entry" : " calendar entries");
+}
+
+void PrintTotals(const SyncReport& report, const std::string& source, bool calendar,
+                 std::ostream& out) {
+  std::size_t read = 0;
+  std::size_t failed = 0;
+  for (const RecordOutcome& record : report.records) {
+    read += record.calendar == calendar && record.change != RecordChange::kDeleted ? 1 : 0;
+  }
+  for (const ObjectFailure& failure : report.failures) failed += failure.calendar == calendar;
+  out << source << ": " << Records(read, calendar) << ": "
+      << report.count(RecordChange::kNew, calendar) << " new, "
+      << report.count(RecordChange::kChanged, calendar) << " changed, "
+      << report.count(RecordChange::kUnchanged, calendar) << " unchanged, "
+      << report.count(RecordChange::kDeleted, calendar) << " deleted, " << failed << " failed; "
+      << SubRecordText(report.subRecords(calendar)) << '\n';
+}
+
+void PrintText(const SyncReport& report, const std::string (&sources)[2],
+               const SyncOptions& options, const std::string& storePath, std::ostream& out) {
   if (!options.quiet) {
     for (const RecordOutcome& record : report.records) {
+      const std::string& source = sources[record.calendar ? 1 : 0];
       if (record.change == RecordChange::kDeleted) {
         out << source << ": no longer on the phone";
       } else {
-        out << source << ": object " << record.object << " (line " << record.line << ")";
+        out << source << (record.calendar ? ": entry " : ": object ") << record.object
+            << " (line " << record.line << ")";
       }
       out << ": " << (record.name.empty() ? "(no name)" : ToDisplayUTF8(record.name)) << ": "
           << RecordChangeName(record.change) << "; " << SubRecordText(record.subRecords) << '\n';
     }
   }
-  const std::size_t read = report.records.size() - report.count(RecordChange::kDeleted);
-  out << source << ": " << Counted(read, "contact") << ": " << report.count(RecordChange::kNew)
-      << " new, " << report.count(RecordChange::kChanged) << " changed, "
-      << report.count(RecordChange::kUnchanged) << " unchanged, "
-      << report.count(RecordChange::kDeleted) << " deleted, " << report.failures.size()
-      << " failed; " << SubRecordText(report.subRecords()) << '\n';
+  for (const bool calendar : {false, true}) {
+    if (!sources[calendar ? 1 : 0].empty()) PrintTotals(report, sources[calendar ? 1 : 0], calendar, out);
+  }
   if (options.dryRun) {
     out << "dry run: nothing written\n";
   } else if (report.written) {
@@ -69,10 +90,19 @@ void PrintText(const SyncReport& report, const std::string& source, const SyncOp
   }
 }
 
-nlohmann::ordered_json ReportJson(const SyncReport& report, const std::string& source) {
+nlohmann::ordered_json TotalsJson(const SyncReport& report, bool calendar) {
+  return {{"new", report.count(RecordChange::kNew, calendar)},
+          {"changed", report.count(RecordChange::kChanged, calendar)},
+          {"unchanged", report.count(RecordChange::kUnchanged, calendar)},
+          {"deleted", report.count(RecordChange::kDeleted, calendar)},
+          {"subRecords", SubRecordJson(report.subRecords(calendar))}};
+}
+
+nlohmann::ordered_json ReportJson(const SyncReport& report, const std::string (&sources)[2]) {
   nlohmann::ordered_json records = nlohmann::ordered_json::array();
   for (const RecordOutcome& record : report.records) {
-    records.push_back({{"change", RecordChangeName(record.change)},
+    records.push_back({{"kind", record.calendar ? "calendar entry" : "contact"},
+                       {"change", RecordChangeName(record.change)},
                        {"object", record.object},
                        {"line", record.line},
                        {"name", ToDisplayUTF8(record.name)},
@@ -82,18 +112,16 @@ nlohmann::ordered_json ReportJson(const SyncReport& report, const std::string& s
   }
   nlohmann::ordered_json failures = nlohmann::ordered_json::array();
   for (const ObjectFailure& failure : report.failures) {
-    failures.push_back(
-        {{"object", failure.object}, {"line", failure.line}, {"reason", failure.reason}});
+    failures.push_back({{"source", sources[failure.calendar ? 1 : 0]},
+                        {"object", failure.object},
+                        {"line", failure.line},
+                        {"reason", failure.reason}});
   }
-  return {{"source", source},
+  return {{"contacts", sources[0].empty() ? nullptr : nlohmann::ordered_json(sources[0])},
+          {"calendar", sources[1].empty() ? nullptr : nlohmann::ordered_json(sources[1])},
           {"records", records},
           {"failed", failures},
-          {"totals",
-           {{"new", report.count(RecordChange::kNew)},
-            {"changed", report.count(RecordChange::kChanged)},
-            {"unchanged", report.count(RecordChange::kUnchanged)},
-            {"deleted", report.count(RecordChange::kDeleted)},
-            {"subRecords", SubRecordJson(report.subRecords())}}},
+          {"totals", {{"contacts", TotalsJson(report, false)}, {"calendar", TotalsJson(report, true)}}},
           {"written", report.written}};
 }
 
@@ -106,8 +134,9 @@ std::string StorePathOption(const std::string& option) {
 int RunSync(const SyncOptions& options, std::ostream& out, std::ostream& err) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point start = Clock::now();
-  std::string contactsText;
-  std::string contactsSource;
+  // One export of each kind: both would number their records from 1.
+  std::string texts[2];
+  std::string sources[2];
   for (const std::string& file : options.files) {
     std::string text;
     std::string error;
@@ -120,17 +149,16 @@ int RunSync(const SyncOptions& options, std::ostream& out, std::ostream& err) {
         err << SourceName(file) << ": no versit object (no BEGIN: line)\n";
         return 2;
       case ExportKind::kCalendar:
-        err << SourceName(file) << ": calendar exports cannot be synchronised yet\n";
-        return 2;
-      case ExportKind::kContacts:
-        if (!contactsSource.empty()) {
-          // Both would number their cards from 1: one phone, one address book.
-          err << "phonepim: " << contactsSource << " and " << SourceName(file)
-              << ": one address-book export per sync\n";
+      case ExportKind::kContacts: {
+        const int slot = KindOf(text) == ExportKind::kCalendar ? 1 : 0;
+        if (!sources[slot].empty()) {
+          err << "phonepim: " << sources[slot] << " and " << SourceName(file) << ": one "
+              << (slot == 1 ? "calendar" : "address-book") << " export per sync\n";
           return 2;
         }
-        contactsText = std::move(text);
-        contactsSource = SourceName(file);
+        texts[slot] = std::move(text);
+        sources[slot] = SourceName(file);
+      }
     }
   }
 
@@ -147,18 +175,21 @@ int RunSync(const SyncOptions& options, std::ostream& out, std::ostream& err) {
     SyncSession session(*store, {StringFromUTF8(options.model).value_or(u""),
                                  StringFromUTF8(options.imei).value_or(u"")},
                         SyncSession::TableFolderOf(storePath));
-    const SyncReport report = session.syncContacts(contactsText, options.dryRun);
+    SyncInput input;
+    if (!sources[0].empty()) input.contacts = texts[0];
+    if (!sources[1].empty()) input.calendar = texts[1];
+    const SyncReport report = session.sync(input, options.dryRun);
     for (const ObjectFailure& failure : report.failures) {
-      err << contactsSource << ": object " << failure.object << " (line " << failure.line
+      err << sources[failure.calendar ? 1 : 0] << ": object " << failure.object << " (line " << failure.line
           << ", \"";
       std::string line;
       AppendVisible(line, failure.firstLine);
       err << line << "\"): " << failure.reason << '\n';
     }
     if (options.json) {
-      out << ReportJson(report, contactsSource).dump(2) << '\n';
+      out << ReportJson(report, sources).dump(2) << '\n';
     } else {
-      PrintText(report, contactsSource, options, storePath, out);
+      PrintText(report, sources, options, storePath, out);
     }
     if (options.verbose) {
       err << "sync took "

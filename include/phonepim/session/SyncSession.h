@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,17 +42,19 @@ struct SubRecordCounts {
 
 /// What one synchronisation did to one phone record.
 struct RecordOutcome {
+  bool calendar = false;  ///< a calendar entry, not a contact
   RecordChange change = RecordChange::kUnchanged;
-  std::size_t object = 0;  ///< its object in the export, from 1; 0 when deleted
+  std::size_t object = 0;  ///< its object (calendar: its entry) in the export, from 1; 0 when deleted
   std::size_t line = 0;    ///< the object's BEGIN line; 0 when deleted
-  String vCardRecordID;    ///< "%016d-Contact-IMEI"
+  String vCardRecordID;    ///< "%016d-Contact-IMEI", "%016d-Calendar-IMEI_Appointment"
   String storeID;          ///< the store record's ID (a UUID)
-  String name;             ///< see DisplayName(); for a deleted record, from the store's data
+  String name;  ///< DisplayName(), or the entry's summary; for a deleted one, from the store's data
   SubRecordCounts subRecords;
 };
 
 /// An object of the export that was not synchronised.
 struct ObjectFailure {
+  bool calendar = false;   ///< in the calendar export
   std::size_t object = 0;  ///< from 1
   std::size_t line = 0;
   std::string firstLine;
@@ -63,8 +66,16 @@ struct SyncReport {
   std::vector<ObjectFailure> failures;
   bool written = false;  ///< whether the store and the table were written
 
-  std::size_t count(RecordChange change) const;
-  SubRecordCounts subRecords() const;
+  /// Of the contacts, or of the calendar entries.
+  std::size_t count(RecordChange change, bool calendar = false) const;
+  SubRecordCounts subRecords(bool calendar = false) const;
+};
+
+/// The exports of one synchronisation: a phone's address book (vCards) and
+/// its calendar (vCalendars), either or both.
+struct SyncInput {
+  std::optional<std::string_view> contacts;
+  std::optional<std::string_view> calendar;
 };
 
 /// Runs synchronisations of one phone against one store.
@@ -103,6 +114,15 @@ class SyncSession {
   /// std::runtime_error when the table file cannot be written; either way
   /// the store and the table file are left as they were.
   SyncReport syncContacts(std::string_view text, bool dryRun);
+  /// Both exports in one transaction. The calendar export is taken as the
+  /// phone's whole calendar, as the address book is: its entries (each
+  /// VEVENT or VTODO, numbered from 1 across the file as the phone numbers
+  /// them) go to the store as "com.apple.calendars.Event" records under the
+  /// phone's one "com.apple.calendars.Calendar" record, with their
+  /// attendees, alarms and rules as sub-records; an entry the table knows
+  /// that the export does not hold is deleted; an entry that cannot be read
+  /// keeps its record.
+  SyncReport sync(const SyncInput& input, bool dryRun);
 
   /// For tests: called before every write the session makes (each store
   /// change, the table copy, the table file, the commit) with its name. A
