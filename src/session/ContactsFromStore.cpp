@@ -6,6 +6,7 @@
 
 #include "phonepim/datetime/CDateTime.h"
 #include "phonepim/model/TypeMasks.h"
+#include "phonepim/session/StoreRecordName.h"
 #include "phonepim/store/SyncStore.h"
 #include "phonepim/sync/ContactRecord.h"
 #include "phonepim/sync/EmailContainer.h"
@@ -18,12 +19,6 @@
 
 namespace phonepim {
 namespace {
-
-const String& Text(const Dictionary& record, const String& key) {
-  static const String kEmpty;
-  const String* text = FindAs<String>(record, key);
-  return text ? *text : kEmpty;
-}
 
 std::string UTF8(const String& text) { return UTF8FromString(text).value_or(std::string()); }
 
@@ -68,7 +63,7 @@ DateComponents DayOf(const Value* value) {
 }
 
 void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
-  const String& entity = Text(record, ISyncRecordEntityNameKey);
+  const String& entity = TextOf(record, ISyncRecordEntityNameKey);
   const String& parent = *contact.dbRecordID();
   if (entity == kPhoneNumberEntityName) {
     PhoneContainer builder(parent, nullptr);
@@ -85,9 +80,9 @@ void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
          kTelephoneTypeDTMF, kTelephoneTypePTT, kTelephoneTypeAssistant, kTelephoneTypeCallback},
         [&](std::uint32_t m) { return builder.createPhoneDataForDB(String(), m, std::nullopt, false); });
     if (mask) {
-      contact.NewTelephone(UTF8(Text(record, kSyncKeyValue)).c_str(), *mask, index);
+      contact.NewTelephone(UTF8(TextOf(record, kSyncKeyValue)).c_str(), *mask, index);
     } else {
-      contact.NewTelephone(UTF8(Text(record, kSyncKeyValue)).c_str(), kTelephoneTypeCustom, index,
+      contact.NewTelephone(UTF8(TextOf(record, kSyncKeyValue)).c_str(), kTelephoneTypeCustom, index,
                            LabelOf(record));
     }
   } else if (entity == kEmailAddressEntityName) {
@@ -97,9 +92,9 @@ void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
                 {0u, kEmailTypeHome, kEmailTypeWork, kEmailTypeCell, kEmailTypeEtc, kEmailTypePref},
                 [&](std::uint32_t m) { return builder.createEmailDataForDB(String(), m, std::nullopt); });
     if (mask) {
-      contact.NewEmail(UTF8(Text(record, kSyncKeyValue)).c_str(), *mask, index);
+      contact.NewEmail(UTF8(TextOf(record, kSyncKeyValue)).c_str(), *mask, index);
     } else {
-      contact.NewEmail(UTF8(Text(record, kSyncKeyValue)).c_str(), kEmailTypeCustom, index,
+      contact.NewEmail(UTF8(TextOf(record, kSyncKeyValue)).c_str(), kEmailTypeCustom, index,
                        LabelOf(record));
     }
   } else if (entity == kURLEntityName) {
@@ -107,7 +102,7 @@ void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
     const std::optional<std::uint32_t> mask =
         MaskFor(record, {0u, kURLTypeHome, kURLTypeWork, kURLTypePref},
                 [&](std::uint32_t m) { return builder.createURLDataForDB(String(), m); });
-    contact.NewURL(Text(record, kSyncKeyValue), mask.value_or(0), index);
+    contact.NewURL(TextOf(record, kSyncKeyValue), mask.value_or(0), index);
   } else if (entity == kStreetAddressEntityName) {
     StreetAddressContainer builder(parent, nullptr);
     const std::optional<std::uint32_t> mask = MaskFor(
@@ -117,11 +112,11 @@ void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
         [&](std::uint32_t m) {
           return builder.createStreetAddressDataForDB({}, {}, {}, {}, {}, {}, m, std::nullopt);
         });
-    contact.NewAddress(nullptr, nullptr, UTF8(Text(record, kSyncKeyStreet)).c_str(),
-                       UTF8(Text(record, kSyncKeyCity)).c_str(),
-                       UTF8(Text(record, kSyncKeyState)).c_str(),
-                       UTF8(Text(record, kSyncKeyPostalCode)).c_str(),
-                       UTF8(Text(record, kSyncKeyCountry)).c_str(), nullptr,
+    contact.NewAddress(nullptr, nullptr, UTF8(TextOf(record, kSyncKeyStreet)).c_str(),
+                       UTF8(TextOf(record, kSyncKeyCity)).c_str(),
+                       UTF8(TextOf(record, kSyncKeyState)).c_str(),
+                       UTF8(TextOf(record, kSyncKeyPostalCode)).c_str(),
+                       UTF8(TextOf(record, kSyncKeyCountry)).c_str(), nullptr,
                        mask.value_or(kAddressTypeCustom), index,
                        mask ? nullptr : LabelOf(record));
   } else if (entity == kIMEntityName) {
@@ -132,11 +127,11 @@ void AddSubRecord(CContact& contact, const Dictionary& record, int index) {
          kMessengerTypeGoogleTalk, kMessengerTypeICQ, kMessengerTypeJabber,
          kMessengerTypeWindowsLive},
         [&](std::uint32_t m) { return builder.createIMDataForDB(String(), m); });
-    contact.NewMessengerID(Text(record, kSyncKeyUser), mask.value_or(kMessengerTypeWindowsLive),
+    contact.NewMessengerID(TextOf(record, kSyncKeyUser), mask.value_or(kMessengerTypeWindowsLive),
                            index);
   } else if (entity == kRelatedNameEntityName) {
-    const String& type = Text(record, kSyncKeyType);
-    const String& name = Text(record, kSyncKeyValue);
+    const String& type = TextOf(record, kSyncKeyType);
+    const String& name = TextOf(record, kSyncKeyValue);
     if (type == u"spouse") contact.setSpouse(name);
     if (type == u"child") contact.setChildren(name);
     if (type == u"assistant") contact.setAssistant(name);
@@ -153,14 +148,14 @@ void FillPerson(CContact& contact, const Dictionary& record) {
       {&kLastName, 0}, {&kFirstName, 1}, {&kMiddleName, 2}, {&kTitle, 3}, {&kSuffix, 4},
       {&kLastPhoneticName, 5}, {&kFirstPhoneticName, 6}, {&kMiddlePhoneticName, 7}};
   for (const auto& [key, index] : parts) {
-    if (!Text(record, *key).empty()) name.SetName(Text(record, *key), index);
+    if (!TextOf(record, *key).empty()) name.SetName(TextOf(record, *key), index);
   }
   if (const String* nickname = FindAs<String>(record, kNickname)) {
     contact.SetNickNames({*nickname});
   }
   if (Find(record, kCompanyName) || Find(record, kDepartment)) {
-    contact.NewOrg(UTF8(Text(record, kCompanyName)).c_str(),
-                   UTF8(Text(record, kDepartment)).c_str(), nullptr, nullptr, 0);
+    contact.NewOrg(UTF8(TextOf(record, kCompanyName)).c_str(),
+                   UTF8(TextOf(record, kDepartment)).c_str(), nullptr, nullptr, 0);
   }
   if (const String* title = FindAs<String>(record, kJobTitle)) contact.SetTitle(*title);
   if (Find(record, kBirthday) && Find(record, kBirthday)->is<Date>()) {
@@ -192,11 +187,11 @@ std::vector<std::unique_ptr<CContact>> ContactsFromStore(const SyncStore& store,
       if (vCardID == nullptr) continue;
       const std::optional<Dictionary> record = store.fetch(storeID);
       if (!record) continue;
-      const bool group = Text(*record, ISyncRecordEntityNameKey) == kGroupEntityName;
+      const bool group = TextOf(*record, ISyncRecordEntityNameKey) == kGroupEntityName;
       auto contact = std::make_unique<CContact>(LeadingNumber(*vCardID), imei, std::nullopt,
                                                 group ? u"Group" : u"Contact", nullptr);
       if (group) {
-        contact->SetGroupName(Text(*record, contact_record::kGroupName));
+        contact->SetGroupName(TextOf(*record, contact_record::kGroupName));
       } else {
         FillPerson(*contact, *record);
       }

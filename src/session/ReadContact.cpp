@@ -33,14 +33,15 @@ bool HasText(const std::optional<String>& text) { return text && !text->empty();
 
 }  // namespace
 
-bool IsVCardObject(std::string_view object) {
-  static constexpr std::string_view kBegin = "BEGIN:VCARD";
-  if (object.size() < kBegin.size()) return false;
-  for (std::size_t i = 0; i < kBegin.size(); ++i) {
+bool IsVersitObject(std::string_view object, std::string_view name) {
+  static constexpr std::string_view kBegin = "BEGIN:";
+  if (object.size() < kBegin.size() + name.size()) return false;
+  for (std::size_t i = 0; i < kBegin.size() + name.size(); ++i) {
     const char c = object[i];
-    if ((c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) != kBegin[i]) return false;
+    const char expected = i < kBegin.size() ? kBegin[i] : name[i - kBegin.size()];
+    if ((c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) != expected) return false;
   }
-  const std::string_view rest = object.substr(kBegin.size());
+  const std::string_view rest = object.substr(kBegin.size() + name.size());
   return rest.empty() || rest[0] == '\r' || rest[0] == '\n';
 }
 

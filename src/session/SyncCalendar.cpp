@@ -7,6 +7,7 @@
 #include "phonepim/platform/Assert.h"
 #include "phonepim/platform/Errors.h"
 #include "phonepim/platform/Uuid.h"
+#include "phonepim/session/ReadContact.h"
 #include "phonepim/sync/CalendarRecord.h"
 #include "phonepim/sync/SyncRecordSchema.h"
 #include "phonepim/vcalendar/CalendarEntries.h"
@@ -22,16 +23,6 @@ using namespace calendar_record;
 
 const std::initializer_list<const String*> kEntryLists = {&kAttendees, &kAudioAlarms,
                                                           &kRecurrences};
-
-bool IsVCalendarObject(std::string_view object) {
-  static constexpr std::string_view kBegin = "BEGIN:VCALENDAR";
-  if (object.size() < kBegin.size()) return false;
-  for (std::size_t i = 0; i < kBegin.size(); ++i) {
-    const char c = object[i];
-    if ((c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) != kBegin[i]) return false;
-  }
-  return true;
-}
 
 // The phone record IDs of the entry numbered `number` start so, whatever its
 // kind.
@@ -71,7 +62,7 @@ void SyncSession::Run::calendar(std::string_view text) {
   for (std::size_t index = 0; index < spans.size(); ++index) {
     const VersitObjectSpan& span = spans[index];
     const std::string_view object = text.substr(span.offset, span.length);
-    if (!IsVCalendarObject(object)) {
+    if (!IsVersitObject(object, "VCALENDAR")) {
       report_.failures.push_back(
           {true, index + 1, span.firstLine, FirstLine(object), "not a vCalendar, skipped"});
       continue;

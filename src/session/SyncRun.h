@@ -12,6 +12,7 @@
 #include "phonepim/mapping/CalendarIDMappingTable.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/model/CContact.h"
+#include "phonepim/session/StoreRecordName.h"
 #include "phonepim/session/SyncSession.h"
 #include "phonepim/store/SyncStore.h"
 
@@ -19,8 +20,6 @@ namespace phonepim {
 
 /// `text` without its line end, cut to 60 bytes.
 std::string FirstLine(std::string_view object);
-/// The text under `key`, or an empty one.
-const String& TextOf(const Dictionary& entry, const String& key);
 
 class SyncSession::Run {
  public:

@@ -67,12 +67,6 @@ std::string FirstLine(std::string_view object) {
   return std::string(object.substr(0, std::min<std::size_t>(end, 60)));
 }
 
-const String& TextOf(const Dictionary& entry, const String& key) {
-  static const String kEmpty;
-  const String* text = FindAs<String>(entry, key);
-  return text ? *text : kEmpty;
-}
-
 std::string_view RecordChangeName(RecordChange change) {
   switch (change) {
     case RecordChange::kNew: return "new";

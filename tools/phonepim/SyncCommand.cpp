@@ -1,5 +1,6 @@
 #include "SyncCommand.h"
 
+#include <phonepim/session/ReadContact.h>
 #include <phonepim/session/SyncSession.h>
 #include <phonepim/store/SyncStore.h>
 
@@ -25,9 +26,9 @@ ExportKind KindOf(const std::string& text) {
   const std::vector<VersitObjectSpan> spans = FindVersitObjects(
       std::string_view(text).substr(0, end == std::string::npos ? text.size() : end + 1));
   if (spans.empty()) return ExportKind::kNone;
-  std::string begin = text.substr(spans[0].offset, 16);
-  for (char& c : begin) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
-  if (begin.starts_with("BEGIN:VCALENDAR")) return ExportKind::kCalendar;
+  if (IsVersitObject(std::string_view(text).substr(spans[0].offset), "VCALENDAR")) {
+    return ExportKind::kCalendar;
+  }
   return ExportKind::kContacts;
 }
 

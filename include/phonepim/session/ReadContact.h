@@ -13,9 +13,11 @@ namespace phonepim {
 
 class ContactIDMappingTable;
 
-/// True when `object` starts with a "BEGIN:VCARD" line (any case), as a
-/// phone decides.
-bool IsVCardObject(std::string_view object);
+/// True when the first line of `object` is "BEGIN:" and `name` ("VCARD",
+/// "VCALENDAR"), in any case, as a phone decides.
+bool IsVersitObject(std::string_view object, std::string_view name);
+/// IsVersitObject(object, "VCARD").
+inline bool IsVCardObject(std::string_view object) { return IsVersitObject(object, "VCARD"); }
 
 /// Reads `card` into a new contact with the vCard ID `vCardID` (record ID
 /// "%016d-Contact-IMEI"), resolving its identity through `table` (may be
