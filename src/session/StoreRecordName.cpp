@@ -1,5 +1,6 @@
 #include "phonepim/session/StoreRecordName.h"
 
+#include "phonepim/sync/CalendarRecord.h"
 #include "phonepim/sync/ContactRecord.h"
 
 namespace phonepim {
@@ -17,6 +18,8 @@ String StoreRecordName(const Dictionary& record) {
   name += last;
   if (name.empty()) name = TextOf(record, kCompanyName);
   if (name.empty()) name = TextOf(record, kGroupName);
+  if (name.empty()) name = TextOf(record, calendar_record::kSummary);
+  if (name.empty()) name = TextOf(record, calendar_record::kTitle);
   return name;
 }
 

@@ -149,7 +149,7 @@ void SyncSession::Run::dropDeletedEntries() {
     outcome.vCardRecordID = vCalID;
     outcome.storeID = TextOf(entry, u"dbRecordID");
     if (const Dictionary* data = FindAs<Dictionary>(entry, CalendarIDMappingTable::dataKey(vCalID))) {
-      outcome.name = TextOf(*data, kSummary);
+      outcome.name = StoreRecordName(*data);
     }
     removeLists(entry, kEntryLists, &outcome.subRecords);
     if (!outcome.storeID.empty()) {

@@ -11,7 +11,8 @@ namespace phonepim {
 const String& TextOf(const Dictionary& record, const String& key);
 
 /// A contact record's "first name" and "last name", else its "company
-/// name"; a group record's "name"; empty for a record with none of them.
+/// name"; a group record's "name"; an event's "summary"; a calendar's
+/// "title"; empty for a record with none of them.
 String StoreRecordName(const Dictionary& record);
 
 }  // namespace phonepim
