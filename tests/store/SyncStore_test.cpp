@@ -99,6 +99,33 @@ TEST(sync_store, a_rolled_back_or_abandoned_sync_changes_nothing) {
   EXPECT_EQ(store.table(u"t.plist"), std::nullopt);
 }
 
+// Damage inside a store is reported, never taken for data.
+TEST(sync_store, damaged_contents_are_reported) {
+  ScratchFolder folder;
+  const auto path = folder.path() / "store.sqlite";
+  {
+    SyncStore store(path, Mode::kCreate);
+    store.begin();
+    store.add(u"R", Record(kURLEntityName));
+    store.setTable(u"T", Value(Dictionary{{u"K", Array{u"a", 1}}}), "");
+    store.commit();
+  }
+  RunSQL(path, "UPDATE records SET data = x'62706c6973743030ff'");
+  RunSQL(path, "UPDATE phone_tables SET content = substr(content, 1, length(content) - 1)");
+  const SyncStore store(path, Mode::kReadOnly);
+  const std::pair<std::function<void()>, std::string> reads[] = {
+      {[&] { store.fetch(u"R"); }, "record R is damaged"},
+      {[&] { store.table(u"T"); }, "the table T is damaged"}};
+  for (const auto& [read, message] : reads) {
+    try {
+      read();
+      ADD_FAILURE() << message;
+    } catch (const StoreError& e) {
+      EXPECT_EQ(e.what(), "store " + path.string() + ": " + message);
+    }
+  }
+}
+
 struct BadStore {
   const char* name;
   std::function<void(const std::filesystem::path&)> make;  // empty: no file
