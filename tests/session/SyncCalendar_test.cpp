@@ -6,6 +6,8 @@
 
 #include "phonepim/sync/CalendarRecord.h"
 #include "phonepim/sync/SyncRecordSchema.h"
+#include "phonepim/session/CalendarFromStore.h"
+#include "phonepim/vcalendar/vCalendar.h"
 #include "session/SessionTestSupport.h"
 
 namespace phonepim {
@@ -69,6 +71,63 @@ TEST(sync_calendar, follows_the_phone_calendar) {
   Counts after = before;
   after[2].second = 2;
   EXPECT_EQ(store.entities(), after);
+}
+
+}  // namespace
+}  // namespace phonepim
+
+namespace phonepim {
+namespace {
+
+using namespace testing_support;
+
+// The way back: store records as the calendar side builds them, written as
+// the phone's text again.
+TEST(calendar_from_store, writes_entries_back_as_vcalendar) {
+  using namespace calendar_record;
+  StoreFolder folder;
+  SyncStore store(folder.store(), SyncStore::OpenMode::kCreate);
+  store.begin();
+  const Dictionary entries{
+      {u"0000000000000002-Calendar-35_Task", Dictionary{{u"dbRecordID", u"T"}}},
+      {u"0000000000000001-Calendar-35_Appointment", Dictionary{{u"dbRecordID", u"E"}}},
+      {u"Calendar", u"C"}};
+  store.setTable(u"Calendar_N900_35", Value(entries), "");
+  store.add(u"E", {{ISyncRecordEntityNameKey, kEventEntityName},
+                   {kSummary, u"Dentist"},
+                   {kStartDate, Date{1796286600}},
+                   {kEndDate, Date{1796288400}},
+                   {kClassification, u"private"},
+                   {kAudioAlarms, Array{u"A"}},
+                   {kRecurrences, Array{u"R"}}});
+  store.add(u"A", {{ISyncRecordEntityNameKey, kAudioAlarmEntityName}, {kTriggerDate, Date{1796285700}}});
+  store.add(u"R", {{ISyncRecordEntityNameKey, kRecurrenceEntityName},
+                   {kFrequency, u"weekly"},
+                   {kInterval, 2},
+                   {kDayNames[1], Array{0}},
+                   {kDayNames[3], Array{0}}});
+  store.add(u"T", {{ISyncRecordEntityNameKey, kEventEntityName},
+                   {kSummary, u"Passport"},
+                   {kDueDate, Date{1799971200}},
+                   {kPriority, 1}});
+  store.commit();
+  std::string text;
+  for (const auto& entry : CalendarFromStore(store, u"35")) {
+    vObject object;
+    vCalendar::Generate(entry.get(), &object, static_cast<unsigned int>(entry->GetType()));
+    text.append(reinterpret_cast<const char*>(object.object()->GetData()), object.object()->GetSize());
+    text += "|";
+  }
+  EXPECT_EQ(text,
+            "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nCLASS:PRIVATE\r\nSUMMARY:Dentist\r\n"
+            "DTSTART:20261203T083000Z\r\nDTEND:20261203T090000Z\r\nCATEGORIES:APPOINTMENT\r\n"
+            "STATUS:NONE\r\nPRIORITY:0\r\n"
+            "X-ALLDAY:UNSET\r\nRRULE:W2 MO WE #0\r\nAALARM;ENCODING=QUOTED-PRINTABLE:"
+            "20261203T081500Z;;;\r\nEND:VEVENT\r\nEND:VCALENDAR|"
+            "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VTODO\r\nCLASS:PUBLIC\r\nSUMMARY:Passport\r\n"
+            "DUE:20270115T000000Z\r\nCATEGORIES:APPOINTMENT\r\nSTATUS:NONE\r\nPRIORITY:1\r\n"
+            "X-ALLDAY:UNSET\r\nEND:VTODO\r\n"
+            "END:VCALENDAR|");
 }
 
 }  // namespace

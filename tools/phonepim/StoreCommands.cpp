@@ -1,8 +1,11 @@
 #include "StoreCommands.h"
 
+#include <phonepim/session/CalendarFromStore.h>
 #include <phonepim/session/ContactsFromStore.h>
 #include <phonepim/session/StoreRecordName.h>
 #include <phonepim/store/SyncStore.h>
+#include <phonepim/vcalendar/vCalendar.h>
+#include <phonepim/versit/vObject.h>
 
 #include <cmath>
 #include <ctime>
@@ -106,15 +109,23 @@ int RunStoreShow(const StoreShowOptions& options, std::ostream& out, std::ostrea
 }
 
 int RunStoreExport(const StoreExportOptions& options, std::ostream& out, std::ostream& err) {
-  if (options.format == "vcs") {
-    err << "phonepim: the store's calendar cannot be exported yet\n";
-    return 2;
-  }
   try {
     const SyncStore store(StorePathOption(options.store), SyncStore::OpenMode::kReadOnly);
     const String imei = StringFromUTF8(options.imei).value_or(String());
     std::string text;
-    for (const auto& contact : ContactsFromStore(store, imei)) {
+    if (options.format == "vcs") {
+      for (const auto& entry : CalendarFromStore(store, imei)) {
+        vObject object;
+        vCalendar::Generate(entry.get(), &object, static_cast<unsigned int>(entry->GetType()));
+        text.append(reinterpret_cast<const char*>(object.object()->GetData()),
+                    object.object()->GetSize());
+        // The writer leaves the last line open: files of several calendars
+        // need it closed.
+        text += "\r\n";
+      }
+    }
+    for (const auto& contact : options.format == "vcf" ? ContactsFromStore(store, imei)
+                                                       : std::vector<std::unique_ptr<CContact>>()) {
       text += GenerateCard(*contact, WriterOptions());
     }
     if (options.output.empty()) {

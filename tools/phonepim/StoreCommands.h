@@ -23,7 +23,8 @@ struct StoreExportOptions {
   std::string output;  ///< empty: standard output
 };
 
-/// Writes the contacts the store holds for the phone `imei` as vCard 2.1.
+/// Writes the contacts (vcf) or calendar entries (vcs) the store holds for
+/// the phone `imei` as vCard 2.1 or vCalendar 1.0.
 /// Returns 0, or 2 when the store or the output cannot be used.
 int RunStoreExport(const StoreExportOptions& options, std::ostream& out, std::ostream& err);
 
