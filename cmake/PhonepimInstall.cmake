@@ -23,10 +23,10 @@ install(FILES ${PROJECT_BINARY_DIR}/phonepimConfig.cmake
 # public requirements then; a shared one carries them itself.
 if(BUILD_SHARED_LIBS)
   set(PHONEPIM_PC_REQUIRES "")
-  set(PHONEPIM_PC_REQUIRES_PRIVATE "icu-i18n icu-uc libplist-2.0 uuid")
+  set(PHONEPIM_PC_REQUIRES_PRIVATE "icu-i18n icu-uc libplist-2.0 uuid sqlite3")
   set(PHONEPIM_PC_LIBS_PRIVATE "")
 else()
-  set(PHONEPIM_PC_REQUIRES "icu-i18n icu-uc libplist-2.0 uuid")
+  set(PHONEPIM_PC_REQUIRES "icu-i18n icu-uc libplist-2.0 uuid sqlite3")
   set(PHONEPIM_PC_REQUIRES_PRIVATE "")
   set(PHONEPIM_PC_LIBS_PRIVATE "-lstdc++ -lm")
 endif()

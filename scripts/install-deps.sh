@@ -10,6 +10,7 @@ packages=(
   libicu-dev                                          # text conversions, calendars, time zones
   libplist-dev                                        # property-list files
   uuid-dev                                            # identifiers
+  libsqlite3-dev                                      # the synchronisation store
   libgtest-dev libgmock-dev                           # tests
   libbenchmark-dev                                    # benchmarks
   libcli11-dev nlohmann-json3-dev                     # command-line tool

@@ -34,3 +34,8 @@ for file in examples/*.vcs; do
   # 4 would mean that a round trip lost something the text could carry.
   "$tool" calendar check "$file"
 done
+# One sync of the sample book into a store that lives only for this run.
+store=$(mktemp -d)
+trap 'rm -rf "$store"' EXIT
+echo "== phonepim sync examples/address-book.vcf --store $store/store.sqlite"
+"$tool" sync -q examples/address-book.vcf --store "$store/store.sqlite" --imei 356938035643809

@@ -645,11 +645,15 @@ std::optional<Value> ReadPropertyListFile(const std::filesystem::path& path) {
 
 bool WritePropertyListFile(const std::filesystem::path& path, const Value& value) {
   const std::optional<Bytes> bytes = PropertyListFromValue(value, PropertyListFormat::XML);
-  if (!bytes || path.empty()) return false;
+  return bytes && WriteFileAtomically(path, *bytes);
+}
+
+bool WriteFileAtomically(const std::filesystem::path& path, const Bytes& bytes) {
+  if (path.empty()) return false;
   std::string temporary = path.string() + ".XXXXXX";
   const int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
   if (fd < 0) return false;
-  bool ok = WriteAll(fd, *bytes) && ::fsync(fd) == 0;
+  bool ok = WriteAll(fd, bytes) && ::fsync(fd) == 0;
   ok = ::close(fd) == 0 && ok;
   ok = ok && ::rename(temporary.c_str(), path.c_str()) == 0;
   if (!ok) {

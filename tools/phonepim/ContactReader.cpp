@@ -1,9 +1,6 @@
 #include "ContactReader.h"
 
-#include <phonepim/platform/Assert.h>
-#include <phonepim/platform/Errors.h>
-#include <phonepim/vcard/vCard.h>
-#include <phonepim/versit/vObject.h>
+#include <phonepim/session/ReadContact.h>
 
 #include <chrono>
 #include <cstdint>
@@ -17,67 +14,19 @@
 namespace phonepim::tool {
 namespace {
 
-std::unique_ptr<CContact> ParseAs(const vObject& object, std::uint32_t vCardID, const String& imei,
-                                  const String& kind, ReadAccount* account) {
-  auto contact = std::make_unique<CContact>(vCardID, imei, std::nullopt, kind, nullptr);
-  if (account != nullptr) *account = ReadAccount();
-  vCard::Parse(contact.get(), &object, account);
-  return contact;
-}
-
-bool NamesAGroup(const CContact& contact) {
-  return contact.GroupName() || contact.GroupDisplayName() || contact.GroupType() != 0;
-}
-
-// The BEGIN line decides, as it does for a phone: "BEGIN:VCARD" in any case.
-bool IsVCard(std::string_view object) {
-  static constexpr std::string_view kBegin = "BEGIN:VCARD";
-  if (object.size() < kBegin.size()) return false;
-  for (std::size_t i = 0; i < kBegin.size(); ++i) {
-    const char c = object[i];
-    if ((c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) != kBegin[i]) return false;
-  }
-  const std::string_view rest = object.substr(kBegin.size());
-  return rest.empty() || rest[0] == '\r' || rest[0] == '\n';
-}
-
-// The assertions bad phone data can trip, in words a person can act on.
-std::string RefusalReason(const std::string& assertion) {
-  if (assertion.find("\"2.1\"") != std::string::npos) return "its VERSION is not 2.1";
-  if (assertion == "len < 256") return "its X-SPEEDDIAL value is 256 bytes or longer";
-  return "a value it cannot take";
-}
+bool IsVCard(std::string_view object) { return IsVCardObject(object); }
 
 }  // namespace
 
 std::unique_ptr<CContact> ParseContact(std::string_view card, std::uint32_t vCardID,
                                        const String& imei, ReadAccount* account) {
-  vObject object;
-  object.object()->SetData(reinterpret_cast<const unsigned char*>(card.data()), card.size());
-  std::unique_ptr<CContact> contact = ParseAs(object, vCardID, imei, u"Contact", account);
-  if (NamesAGroup(*contact)) contact = ParseAs(object, vCardID, imei, u"Group", account);
-  return contact;
+  return ReadContact(card, vCardID, imei, nullptr, account);
 }
 
 std::unique_ptr<CContact> TryParseContact(std::string_view card, std::uint32_t vCardID,
                                           const String& imei, std::string* error,
                                           ReadAccount* account) {
-  try {
-    return ParseContact(card, vCardID, imei, account);
-  } catch (std::uint16_t code) {
-    if (code == kVersitParseError && account != nullptr && account->truncated) {
-      *error = "cut short: its END line never came, so what was read of it is not shown";
-    } else {
-      *error = code == kVersitParseError ? "the tokenizer rejected it"
-                                         : "the reader failed with code " + std::to_string(code);
-    }
-  } catch (const AssertionFailure& failure) {
-    *error = "the reader refused it: " + RefusalReason(failure.text()) + " (assertion \"" +
-             failure.text() + "\")";
-  } catch (const std::out_of_range& e) {
-    *error = std::string("a custom label the label table cannot register (") + e.what() + ")";
-  }
-  return nullptr;
+  return TryReadContact(card, vCardID, imei, nullptr, error, account);
 }
 
 int ForEachContact(const std::string& text, const std::string& sourceName,

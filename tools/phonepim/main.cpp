@@ -19,6 +19,8 @@
 #include "ContactsShow.h"
 #include "ExitStatus.h"
 #include "Input.h"
+#include "StoreCommands.h"
+#include "SyncCommand.h"
 #include "VersitDump.h"
 
 namespace {
@@ -196,12 +198,55 @@ int main(int argc, char** argv) {
   AddWriterOptions(check, &writer);
   AddReadOptions(check, &readOptions, &imei);
 
+  phonepim::tool::SyncOptions syncOptions;
+  CLI::App* sync = app.add_subcommand(
+      "sync", "Synchronise phone exports with the desktop store (records, identities, tables)");
+  sync->add_option("FILE", syncOptions.files,
+                   "The phone's address-book export (vCard), - for standard input")
+      ->required();
+  sync->add_option("--store", syncOptions.store,
+                   "The store file (default: phonepim/store.sqlite in the data folder)");
+  sync->add_option("--imei", syncOptions.imei, "The phone's IMEI, the end of every record ID");
+  sync->add_option("--model", syncOptions.model, "The phone's model name (names its tables)");
+  sync->add_flag("--dry-run", syncOptions.dryRun, "Report what would change; write nothing");
+  sync->add_flag("--json", syncOptions.json, "The report as one JSON document");
+  sync->add_flag("-q,--quiet", syncOptions.quiet, "Only the totals");
+  sync->add_flag("-v,--verbose", syncOptions.verbose, "How long the sync took");
+
+  CLI::App* storeCommand = app.add_subcommand("store", "What the desktop store holds");
+  storeCommand->require_subcommand(1);
+  phonepim::tool::StoreShowOptions storeShow;
+  CLI::App* storeShowCommand =
+      storeCommand->add_subcommand("show", "The entities and their counts, or one entity's records");
+  storeShowCommand->add_option("--store", storeShow.store, "The store file");
+  storeShowCommand->add_option("--entity", storeShow.entity, "List the records of this entity");
+  storeShowCommand->add_flag("--json", storeShow.json, "As one JSON document");
+  phonepim::tool::StoreExportOptions storeExport;
+  CLI::App* storeExportCommand = storeCommand->add_subcommand(
+      "export", "Write one phone's contacts back as phone text");
+  storeExportCommand->add_option("--store", storeExport.store, "The store file");
+  storeExportCommand->add_option("--imei", storeExport.imei, "The phone")->required();
+  storeExportCommand->add_option("--to", storeExport.format, "Output format")
+      ->required()
+      ->check(CLI::IsMember({"vcf", "vcs"}));
+  storeExportCommand->add_option("-o,--output", storeExport.output,
+                                 "Write to this file (whole or not at all)");
+
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     // CLI11 has a status per kind of mistake (105 for a value out of its
     // set, 106 for a missing option, ...); the tool answers one for all.
     return app.exit(e) == 0 ? phonepim::tool::kExitOk : phonepim::tool::kExitUsage;
+  }
+
+  if (sync->parsed()) return phonepim::tool::RunSync(syncOptions, std::cout, std::cerr);
+  if (storeShowCommand->parsed()) {
+    return phonepim::tool::RunStoreShow(storeShow, std::cout, std::cerr);
+  }
+  if (storeExportCommand->parsed()) {
+    return phonepim::tool::RunStoreExport(storeExport, std::cout, std::cerr);
   }
 
   if (dump->parsed()) {

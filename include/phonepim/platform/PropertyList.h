@@ -63,4 +63,9 @@ std::optional<Value> ReadPropertyListFile(const std::filesystem::path& path);
 /// (see PropertyListFromValue) or the file cannot be written.
 bool WritePropertyListFile(const std::filesystem::path& path, const Value& value);
 
+/// Writes `bytes` to `path` the same way: a flushed temporary file in the
+/// same folder renamed over `path`, so that `path` holds the old bytes or
+/// all the new ones. Returns false (leaving `path` as it was) on failure.
+bool WriteFileAtomically(const std::filesystem::path& path, const Bytes& bytes);
+
 }  // namespace phonepim

@@ -1,0 +1,219 @@
+// The store: records of every value type kept exactly, transactions, and
+// the files it refuses, each with its message and the file left unchanged.
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "mapping/MappingTestSupport.h"
+#include "phonepim/store/SyncStore.h"
+#include "phonepim/sync/SyncRecordSchema.h"
+
+namespace phonepim {
+namespace {
+
+using testing_support::ScratchFolder;
+using Mode = SyncStore::OpenMode;
+
+std::string Contents(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void RunSQL(const std::filesystem::path& path, const char* sql) {
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
+  sqlite3_close(db);
+}
+
+Dictionary Record(const String& entity) {
+  return {{ISyncRecordEntityNameKey, entity},
+          {u"value", u"+81 90 1234 5678"},
+          {u"birthday", Date{-86400.25}},
+          {u"count", 7},
+          {u"ratio", 0.5},
+          {u"contact", Array{u"A-1", u"A-2"}},
+          {u"image", Bytes{0xFF, 0xD8, 0x00, 0xFF}}};
+}
+
+TEST(sync_store, keeps_records_exactly_and_lists_them_by_entity) {
+  ScratchFolder folder;
+  const auto path = folder.path() / "a" / "store.sqlite";
+  {
+    SyncStore store(path, Mode::kCreate);
+    store.begin();
+    store.add(u"2", Record(kPhoneNumberEntityName));
+    store.add(u"1", Record(kPhoneNumberEntityName));
+    store.add(u"3", Record(kContactEntityName));
+    EXPECT_THROW(store.add(u"1", Record(kURLEntityName)), StoreError);
+    EXPECT_THROW(store.add(u"4", Dictionary{{u"value", u"x"}}), StoreError);
+    store.commit();
+    store.begin();
+    Dictionary changed = Record(kEmailAddressEntityName);
+    changed.erase(u"image");
+    store.modify(u"2", changed);
+    EXPECT_TRUE(store.remove(u"3"));
+    EXPECT_FALSE(store.remove(u"3"));
+    EXPECT_THROW(store.modify(u"9", changed), StoreError);
+    // A table keeps every value type too, in its own encoding.
+    store.setTable(u"N900(35)", Value(Dictionary{{u"K", Record(kURLEntityName)}, {u"V", true}}),
+                   "10:20.5:30");
+    store.commit();
+  }
+  const SyncStore store(path, Mode::kReadOnly);
+  EXPECT_EQ(store.table(u"N900(35)"),
+            (Dictionary{{u"K", Record(kURLEntityName)}, {u"V", true}}));
+  EXPECT_EQ(store.tableFileStamp(u"N900(35)"), "10:20.5:30");
+  EXPECT_EQ(store.tableNames(), std::vector<String>{u"N900(35)"});
+  EXPECT_EQ(store.fetch(u"1"), Record(kPhoneNumberEntityName));
+  EXPECT_EQ(store.fetch(u"3"), std::nullopt);
+  const std::vector<StoreRecord> phones = store.list(kPhoneNumberEntityName);
+  ASSERT_EQ(phones.size(), 1u);
+  EXPECT_EQ(phones[0].id, u"1");
+  EXPECT_EQ(store.list(kEmailAddressEntityName)[0].data.count(u"image"), 0u);
+  using Counts = std::vector<std::pair<String, std::size_t>>;
+  EXPECT_EQ(store.entities(),
+            (Counts{{kEmailAddressEntityName, 1}, {kPhoneNumberEntityName, 1}}));
+}
+
+TEST(sync_store, a_rolled_back_or_abandoned_sync_changes_nothing) {
+  ScratchFolder folder;
+  const auto path = folder.path() / "store.sqlite";
+  {
+    SyncStore store(path, Mode::kCreate);
+    EXPECT_THROW(store.add(u"1", Record(kURLEntityName)), StoreError);  // no transaction
+    store.begin();
+    store.add(u"1", Record(kURLEntityName));
+    store.setTable(u"t.plist", Value(Dictionary()), "1:2:3");
+    store.rollback();
+    store.begin();
+    store.add(u"2", Record(kURLEntityName));
+  }  // closed in the middle of the transaction
+  const SyncStore store(path, Mode::kExisting);
+  EXPECT_EQ(store.count(), 0u);
+  EXPECT_EQ(store.table(u"t.plist"), std::nullopt);
+}
+
+// Damage inside a store is reported, never taken for data.
+TEST(sync_store, damaged_contents_are_reported) {
+  ScratchFolder folder;
+  const auto path = folder.path() / "store.sqlite";
+  {
+    SyncStore store(path, Mode::kCreate);
+    store.begin();
+    store.add(u"R", Record(kURLEntityName));
+    store.setTable(u"T", Value(Dictionary{{u"K", Array{u"a", 1}}}), "");
+    store.commit();
+  }
+  RunSQL(path, "UPDATE records SET data = x'62706c6973743030ff'");
+  RunSQL(path, "UPDATE phone_tables SET content = substr(content, 1, length(content) - 1)");
+  const SyncStore store(path, Mode::kReadOnly);
+  const std::pair<std::function<void()>, std::string> reads[] = {
+      {[&] { store.fetch(u"R"); }, "record R is damaged"},
+      {[&] { store.table(u"T"); }, "the table T is damaged"}};
+  for (const auto& [read, message] : reads) {
+    try {
+      read();
+      ADD_FAILURE() << message;
+    } catch (const StoreError& e) {
+      EXPECT_EQ(e.what(), "store " + path.string() + ": " + message);
+    }
+  }
+}
+
+struct BadStore {
+  const char* name;
+  std::function<void(const std::filesystem::path&)> make;  // empty: no file
+  Mode mode;
+  std::string message;  // after the path
+};
+
+void PrintTo(const BadStore& row, std::ostream* os) { *os << row.name; }
+
+class bad_store : public ::testing::TestWithParam<BadStore> {};
+
+TEST_P(bad_store, is_refused_clearly_and_left_as_it_was) {
+  ScratchFolder folder;
+  const auto path = folder.path() / "store.sqlite";
+  if (GetParam().make) GetParam().make(path);
+  const std::string before = Contents(path);
+  try {
+    SyncStore store(path, GetParam().mode);
+    FAIL() << "opened";
+  } catch (const StoreError& e) {
+    const std::string& message = GetParam().message;
+    EXPECT_EQ(e.what(), message.starts_with("no store") ? message + path.string()
+                                                        : path.string() + message);
+  }
+  EXPECT_EQ(Contents(path), before);
+  EXPECT_EQ(std::filesystem::exists(path), static_cast<bool>(GetParam().make));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    files, bad_store,
+    ::testing::Values(
+        BadStore{"missing", nullptr, Mode::kReadOnly, "no store at "},
+        BadStore{"not_sqlite",
+                 [](const auto& p) { std::ofstream(p) << "BEGIN:VCARD\r\nEND:VCARD\r\n"; },
+                 Mode::kCreate, " is not a phonepim store (not an SQLite database)"},
+        BadStore{"other_application",
+                 [](const auto& p) { RunSQL(p, "CREATE TABLE notes (text TEXT)"); },
+                 Mode::kCreate,
+                 " is not a phonepim store (an SQLite database of another application)"},
+        BadStore{"newer_version",
+                 [](const auto& p) {
+                   SyncStore(p, Mode::kCreate);
+                   RunSQL(p, "PRAGMA user_version = 2");
+                 },
+                 Mode::kCreate, " is a phonepim store of version 2; this phonepim reads version 1"},
+        BadStore{"empty_file_read_only", [](const auto& p) { std::ofstream{p}; },
+                 Mode::kReadOnly, " is an empty file, not a phonepim store"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+// A second writer waits for the first and gives up clearly after its
+// timeout; a reader is not kept out.
+TEST(sync_store, a_store_held_by_another_process_is_reported) {
+  ScratchFolder folder;
+  const auto path = folder.path() / "store.sqlite";
+  SyncStore(path, Mode::kCreate);
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    SyncStore holder(path, Mode::kExisting);
+    holder.begin();
+    char byte = 1;
+    (void)!write(ready[1], &byte, 1);
+    usleep(600 * 1000);
+    holder.commit();
+    _exit(0);
+  }
+  char byte = 0;
+  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  SyncStore impatient(path, Mode::kExisting, std::chrono::milliseconds(50));
+  try {
+    impatient.begin();
+    ADD_FAILURE() << "no lock";
+  } catch (const StoreError& e) {
+    EXPECT_EQ(std::string(e.what()), "the store " + path.string() +
+                                         " is in use by another process (a sync still "
+                                         "running?); try again");
+  }
+  EXPECT_EQ(impatient.count(), 0u);
+  SyncStore patient(path, Mode::kExisting, std::chrono::seconds(20));
+  patient.begin();  // waits for the holder
+  patient.commit();
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  close(ready[0]);
+  close(ready[1]);
+}
+
+}  // namespace
+}  // namespace phonepim

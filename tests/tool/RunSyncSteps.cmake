@@ -1,0 +1,38 @@
+# Script mode: one scenario of `phonepim sync` and `phonepim store` against a
+# fresh store, each step's exit status and output compared with a file of
+# data/sync-steps/ (the store's folder shows as STORE).
+#   TOOL, DATA (the data folder, also the working directory), WORK (scratch)
+file(REMOVE_RECURSE "${WORK}")
+file(MAKE_DIRECTORY "${WORK}")
+set(store "${WORK}/store.sqlite")
+
+function(step name exit)
+  execute_process(COMMAND "${TOOL}" ${ARGN} WORKING_DIRECTORY "${DATA}"
+                  RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  string(REPLACE "${WORK}" "STORE" out "${out}")
+  string(REPLACE "${WORK}" "STORE" err "${err}")
+  # Store IDs are new UUIDs on every run.
+  set(uuid "[0-9A-F]+-[0-9A-F]+-[0-9A-F]+-[0-9A-F]+-[0-9A-F]+")
+  string(REGEX REPLACE "${uuid}" "UUID" out "${out}")
+  if(NOT status STREQUAL exit)
+    message(FATAL_ERROR "${name}: exit status ${status}, expected ${exit}\n${out}\n${err}")
+  endif()
+  file(READ "${DATA}/sync-steps/${name}" expected)
+  if(NOT "${out}${err}" STREQUAL expected)
+    file(WRITE "${WORK}/${name}" "${out}${err}")
+    message(FATAL_ERROR "${name} differs from data/sync-steps/${name}:\n${out}${err}")
+  endif()
+endfunction()
+
+step(first-sync 0 sync sync-before.vcf --store ${store} --imei 35)
+step(second-sync 0 sync sync-before.vcf --store ${store} --imei 35)
+step(dry-run 0 sync sync-after.vcf --store ${store} --imei 35 --dry-run -q)
+step(edited-and-deleted 0 sync sync-after.vcf --store ${store} --imei 35)
+# A calendar export alone leaves the contacts as they are.
+step(calendar 0 sync ../../../examples/calendar.vcs --store ${store} --imei 35)
+step(show 0 store show --store ${store})
+step(export 0 store export --store ${store} --imei 35 --to vcf)
+step(json 1 sync bad-cards.vcf --store ${WORK}/other.sqlite --json -q)
+step(not-a-store 2 store show --store contacts.vcf)
+step(no-store 2 store show --store ${WORK}/none.sqlite)
+step(two-exports 2 sync sync-before.vcf sync-after.vcf --store ${store})
