@@ -49,6 +49,26 @@ String WithoutLoneSurrogates(const String& text) {
   return out;
 }
 
+std::string Utf8Of(std::u16string_view text) {
+  const char16_t* const units = text.data();
+  const std::size_t count = text.size();
+  char16_t any = 0;
+  for (std::size_t i = 0; i < count; ++i) any |= units[i];
+  if (any < 0x80) return std::string(text.begin(), text.end());
+  // One pass into room for the worst case, three bytes a unit (a pair's
+  // four bytes stand for two).
+  std::string bytes(count * 3, '\0');
+  char* const first = bytes.data();
+  char* out = first;
+  for (std::size_t i = 0; i < count; ++i) {
+    unsigned char encoded[4];
+    const int n = utf8::EncodeCharacter(units, count, &i, encoded);
+    for (int k = 0; k < n; ++k) *out++ = static_cast<char>(encoded[k]);
+  }
+  bytes.resize(static_cast<std::size_t>(out - first));
+  return bytes;
+}
+
 void StoreCard(std::u16string_view text, const Bytes* photo, vobj::_byte_array* bytes) {
   // The line vCard::AddPhoto makes: the data on a line of its own, a blank
   // folded line after it. It has no "::" for AddItem to collapse.

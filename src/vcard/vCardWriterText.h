@@ -45,6 +45,9 @@ String CustomLabelParameter(const String& label);
 /// `text` with every unpaired surrogate replaced by U+FFFD.
 String WithoutLoneSurrogates(const String& text);
 
+/// The UTF-8 form of `text`, an unpaired surrogate written as U+FFFD.
+std::string Utf8Of(std::u16string_view text);
+
 /// Stores a card as the contents of `bytes` (which keeps its storage when
 /// large enough): the UTF-8 form of `text` (an unpaired surrogate written as
 /// U+FFFD), the PHOTO line of `photo` as vCard::AddPhoto writes it (none for
