@@ -20,6 +20,7 @@
 #include "phonepim/versit/vObject.h"
 #include "vcalendar/vCalendarReaderInternal.h"
 #include "vcalendar/vCalendarText.h"
+#include "phonepim/encoding/Charset.h"
 #include "versit/TokenizeObject.h"
 
 namespace phonepim {
@@ -79,6 +80,7 @@ bool ClassifyEncodingWord(Data& d, const char* name, const char* value, bool any
                                                  : kEncodingQuotedPrintable;
   if (SameWord("CHARSET", name, anyCase)) {
     if (value == nullptr) return true;
+    if (anyCase) d.charsetWord = value;
     if (SameWord("UTF-8", value, anyCase)) {
       d.charset = kCharsetUTF8;
     } else if (SameWord("SHIFT_JIS", value, anyCase)) {
@@ -108,6 +110,7 @@ void ClassifyProperty(Data& d, const char* name, char** params) {
   const bool lenient = LenientNames();
   d.propertyID = vCalendarPropertyIDOf(name, lenient);
   d.charset = 0;
+  d.charsetWord.clear();
   d.encoding = 0;
   d.reminderParams = 0;
   d.attendeeRole = 0;
@@ -131,10 +134,12 @@ void ClassifyProperty(Data& d, const char* name, char** params) {
   }
 }
 
-// The value as text in its charset and encoding. Under lenient reading a
-// value that is not valid in its charset (a charset the decoder does not
-// know) is taken byte for byte as Latin-1 rather than lost.
+// The value as text in its charset and encoding. Under lenient reading any
+// charset ICU knows is decoded, and a value whose bytes do not fit the
+// charset it claims is kept (as Latin-1 or with replacement characters),
+// never lost.
 std::optional<String> DecodeText(const Data& d, std::string_view value) {
+  if (LenientNames()) return DecodeCharset(value, d.charsetWord, d.encoding).text;
   std::optional<String> text =
       Decode(value.data(), static_cast<int>(value.size()), d.charset, d.encoding);
   if (!text && LenientNames()) text = StringFromASCII(value);
@@ -451,7 +456,7 @@ void vCalendar::Parse(CCalendar* calendar, const vObject* object) {
     calendar->mVcalID = static_cast<std::uint16_t>(object->objectID());
   }
   const bool parsed = TokenizeObject(object, &parseData, &vCalendar::vCalendarPropHandler,
-                                     &vCalendar::vCalendarDataHandler);
+                                     &vCalendar::vCalendarDataHandler, LenientNames());
   // A failure inside a callback came first: the tokenizer may have gone on
   // (and even failed) only because the callbacks stopped storing.
   if (parseData.failure) std::rethrow_exception(parseData.failure);

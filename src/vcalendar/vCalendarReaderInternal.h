@@ -57,6 +57,9 @@ struct vCalendar::vCalendarParseData {
   int propertyID = 0;
   /// From CHARSET: kCharsetUTF8, kCharsetShiftJIS, or 0.
   int charset = 0;
+  /// Lenient reading: the CHARSET word as written, for charsets beyond the
+  /// two codes above.
+  std::string charsetWord;
   /// From ENCODING or a bare word: kEncodingQuotedPrintable (or
   /// kEncodingQuotedPrintableCR under UseCarrageReturn), kEncodingBase64,
   /// kEncodingUnknown, or 0.

@@ -27,12 +27,13 @@ bool FeedAll(VP* parser, const unsigned char* bytes, std::size_t size) {
 }  // namespace
 
 bool TokenizeObject(const vObject* object, void* userData, CARD_PropHandler propHandler,
-                    CARD_DataHandler dataHandler) {
+                    CARD_DataHandler dataHandler, bool lenient) {
   const std::unique_ptr<VP, ParserFree> parser(CARD_ParserCreate());
   if (!parser) throw std::bad_alloc();
   CARD_SetUserData(parser.get(), userData);
   CARD_SetPropHandler(parser.get(), propHandler);
   CARD_SetDataHandler(parser.get(), dataHandler);
+  CARD_SetLenient(parser.get(), lenient ? 1 : 0);
   if (object == nullptr) return CARD_Parse(parser.get(), nullptr, 0, 1) != 0;
   return FeedAll(parser.get(), object->object()->GetData(), object->object()->GetSize());
 }

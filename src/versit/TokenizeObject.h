@@ -9,9 +9,10 @@ namespace phonepim {
 
 /// Creates a tokenizer with `userData` and the two callbacks, feeds it the
 /// whole of `object` (null: no text) in pieces its int length can carry,
-/// frees it, and answers whether the text was tokenized. Throws
-/// std::bad_alloc when no tokenizer can be made.
+/// frees it, and answers whether the text was tokenized; `lenient` sets
+/// the tokenizer's lenient mode (CARD_SetLenient). Throws std::bad_alloc
+/// when no tokenizer can be made.
 bool TokenizeObject(const vObject* object, void* userData, CARD_PropHandler propHandler,
-                    CARD_DataHandler dataHandler);
+                    CARD_DataHandler dataHandler, bool lenient = false);
 
 }  // namespace phonepim
