@@ -33,7 +33,7 @@ void AddRule(CCalendar& entry, const Dictionary& record) {
   Array positions;
   for (std::int64_t day = 0; day < 7; ++day) {
     if (const Array* at = FindAs<Array>(record, kDayNames[day])) {
-      weekdays.push_back(day);
+      weekdays.emplace_back(day);
       if (!at->empty()) positions.push_back(at->front());
     }
   }
