@@ -2,6 +2,7 @@
 // calendar export into the store through the phone's calendar table.
 
 #include <stdexcept>
+#include <utility>
 
 #include "phonepim/model/CCalendar.h"
 #include "phonepim/platform/Assert.h"
@@ -111,7 +112,7 @@ void SyncSession::Run::calendarEntry(std::string_view text, std::uint16_t number
   seen_.insert(vCalID);
 
   entry->createMetaData(calendarID_);
-  applyLists(*calendarTable_->meta(vCalID), kEntryLists, &outcome.subRecords);
+  applyLists(*calendarTable_->editMeta(vCalID), kEntryLists, &outcome.subRecords);
   const Dictionary& record = entry->eventRecord();
   if (isNew) {
     write("add record");
@@ -134,7 +135,7 @@ void SyncSession::Run::calendarEntry(std::string_view text, std::uint16_t number
 // Entries the table knows that the export no longer holds.
 void SyncSession::Run::dropDeletedEntries() {
   std::vector<String> gone;
-  for (const auto& [key, value] : calendarTable_->mTable()) {
+  for (const auto& [key, value] : std::as_const(*calendarTable_).mTable()) {
     const Dictionary* entry = value.getIf<Dictionary>();
     if (entry == nullptr || seen_.count(key) != 0) continue;
     bool kept = false;
@@ -142,7 +143,7 @@ void SyncSession::Run::dropDeletedEntries() {
     if (!kept) gone.push_back(key);
   }
   for (const String& vCalID : gone) {
-    const Dictionary& entry = *calendarTable_->meta(vCalID);
+    const Dictionary& entry = *std::as_const(*calendarTable_).meta(vCalID);
     RecordOutcome outcome;
     outcome.calendar = true;
     outcome.change = RecordChange::kDeleted;

@@ -4,6 +4,7 @@
 
 #include <set>
 #include <stdexcept>
+#include <utility>
 
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/model/CContact.h"
@@ -58,6 +59,25 @@ bool SameRecord(const Dictionary& record, const Dictionary& known, const Diction
   std::size_t otherFields = 0;
   for (const auto& [key, value] : known) otherFields += IsSubRecordList(key) ? 0 : 1;
   return listsInRecord == lists.size() && record.size() - listsInRecord == otherFields;
+}
+
+// Entry by entry, so that the table keeps its index: a table whose whole
+// dictionary was handed out walks every entry on each look-up, and a sync
+// looks up every contact. Flat pairs go back as pairs.
+void Fill(ContactIDMappingTable& table, Dictionary&& stored) {
+  for (auto& [key, value] : stored) {
+    if (Dictionary* entry = value.getIf<Dictionary>()) {
+      table.addMeta(std::move(*entry), key);
+    } else if (const String* other = value.getIf<String>()) {
+      table.addDBID(key == *other ? std::nullopt : std::optional<String>(*other), key);
+    }
+  }
+}
+
+// A phone's calendar is small, and its table keeps a flat text (the calendar
+// record's ID) that only the whole dictionary can take.
+void Fill(CalendarIDMappingTable& table, Dictionary&& stored) {
+  table.mTable() = std::move(stored);
 }
 
 }  // namespace
@@ -137,9 +157,7 @@ std::shared_ptr<T> SyncSession::Run::loadTable() {
   slot.table = table;
 
   SyncStore& store = session_.store_;
-  if (std::optional<Dictionary> stored = store.table(slot.name)) {
-    table->mTable() = std::move(*stored);
-  }
+  if (std::optional<Dictionary> stored = store.table(slot.name)) Fill(*table, std::move(*stored));
   if (!dryRun_) {  // a dry run leaves the folder alone
     slot.filePath = T::metaFilePath(phone.imei, phone.model, session_.tableFolder_);
     // A table file that is not the one the store last recorded (a stop
@@ -260,7 +278,7 @@ RecordOutcome SyncSession::Run::apply(CContact& contact, bool isNew) {
   // what the store holds has the lists as they were before. Only those are
   // kept aside; copying the whole record (photo and all) would cost more.
   std::optional<Dictionary> knownLists;
-  if (const Dictionary* data = FindAs<Dictionary>(*table_->meta(outcome.storeID),
+  if (const Dictionary* data = FindAs<Dictionary>(*std::as_const(*table_).meta(outcome.storeID),
                                                   kMetaKeyContactData)) {
     knownLists.emplace();
     for (const String* key : kSubRecordLists) {
@@ -268,9 +286,11 @@ RecordOutcome SyncSession::Run::apply(CContact& contact, bool isNew) {
     }
   }
   contact.createMetaData();
-  Dictionary& meta = *table_->meta(outcome.storeID);
-  applyLists(meta, {&kPhoneNumbersKey, &kEmailAddressesKey, &kURLsKey, &kStreetAddressesKey,
-                    &kDatesKey, &kRelatedNamesKey, &kIMsKey},
+  // Changed through a handle that closes, so that the table need not
+  // re-read the entry on every later look-up.
+  applyLists(*table_->editMeta(outcome.storeID),
+             {&kPhoneNumbersKey, &kEmailAddressesKey, &kURLsKey, &kStreetAddressesKey,
+              &kDatesKey, &kRelatedNamesKey, &kIMsKey},
              &outcome.subRecords);
 
   const Dictionary& record = contact.metaDictionary();
@@ -281,7 +301,8 @@ RecordOutcome SyncSession::Run::apply(CContact& contact, bool isNew) {
     outcome.change = RecordChange::kNew;
     return outcome;
   }
-  const Dictionary* known = FindAs<Dictionary>(meta, kMetaKeyContactData);
+  const Dictionary* known =
+      FindAs<Dictionary>(*std::as_const(*table_).meta(outcome.storeID), kMetaKeyContactData);
   if (!knownLists || known == nullptr || !SameRecord(record, *known, *knownLists)) {
     write("change record");
     if (!store.fetch(outcome.storeID)) {
@@ -300,7 +321,7 @@ RecordOutcome SyncSession::Run::apply(CContact& contact, bool isNew) {
 // Contacts the table knows that the export no longer holds.
 void SyncSession::Run::dropDeletedContacts() {
   std::vector<String> gone;
-  for (const auto& [key, value] : table_->mTable()) {
+  for (const auto& [key, value] : std::as_const(*table_).mTable()) {
     const Dictionary* entry = value.getIf<Dictionary>();
     if (entry != nullptr && FindAs<String>(*entry, u"vCardID") != nullptr &&
         seen_.count(key) == 0) {
@@ -308,7 +329,7 @@ void SyncSession::Run::dropDeletedContacts() {
     }
   }
   for (const String& storeID : gone) {
-    const Dictionary& entry = *table_->meta(storeID);
+    const Dictionary& entry = *std::as_const(*table_).meta(storeID);
     RecordOutcome outcome;
     outcome.change = RecordChange::kDeleted;
     outcome.storeID = storeID;
