@@ -34,8 +34,15 @@ void SetText(Dictionary& record, const String& key, const std::optional<String>&
   if (text && !text->empty()) record.insert_or_assign(key, *text);
 }
 
-void SetDate(Dictionary& record, const String& key, const std::optional<CDateTimeNull>& date) {
-  if (!IsNullDate(date)) record.insert_or_assign(key, Date{date->date()});
+// The vCalendar reader fills the calendar-date form of a date (dtStartComp
+// and its kin); a host may set the other. Either gives the record its date.
+void SetDate(Dictionary& record, const String& key, const std::optional<CDateTimeNull>& date,
+             const std::optional<CalendarDate>& readDate) {
+  if (!IsNullDate(date)) {
+    record.insert_or_assign(key, Date{date->date()});
+  } else if (readDate) {
+    record.insert_or_assign(key, Date{readDate->date});
+  }
 }
 
 constexpr std::int32_t kTaskKind = 7;
@@ -91,13 +98,13 @@ void CCalendar::createMetaData(const String& calendarID) {
   SetText(event, kSummary, strSummary);
   SetText(event, kDescription, strDescription);
   SetText(event, kLocation, strLocation);
-  SetDate(event, kStartDate, dtStart);
+  SetDate(event, kStartDate, dtStart, dtStartComp);
   const bool task = GetType() == kTaskKind;
   if (task) {
-    SetDate(event, kDueDate, dtDue);
+    SetDate(event, kDueDate, dtDue, dtDueComp);
     event.insert_or_assign(kPriority, std::int64_t{GetPriority()});
   } else {
-    SetDate(event, kEndDate, dtEnd);
+    SetDate(event, kEndDate, dtEnd, dtEndComp);
   }
   event.insert_or_assign(kAllDay, bIsAllDay);
   event.insert_or_assign(kClassification,
@@ -109,7 +116,7 @@ void CCalendar::createMetaData(const String& calendarID) {
   }
   if (categories != 0) event.insert_or_assign(kCategories, std::int64_t{categories});
   SetText(event, kExternalID, UID);
-  SetDate(event, kDateModified, dtModified);
+  SetDate(event, kDateModified, dtModified, dtModifiedComp);
   event.insert_or_assign(kCalendar, Array{Value(calendarID)});
 
   mEventChanged = true;

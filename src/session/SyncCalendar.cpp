@@ -39,6 +39,14 @@ std::unique_ptr<CCalendar> ReadEntry(std::string_view text, std::string* error) 
   object.object()->SetData(reinterpret_cast<const unsigned char*>(text.data()), text.size());
   try {
     vCalendar::Parse(entry.get(), &object);
+    // The reader marks the kind in the categories (a to-do by BEGIN:VTODO,
+    // an anniversary by its category word); the record ID and the store
+    // record take it from the type mask.
+    if (entry->vCalendarType == 0) {
+      entry->vCalendarType = (entry->categories & 0x40) != 0 ? 0x40
+                             : (entry->categories & 0x2) != 0 ? 0x2
+                                                               : 0x1;
+    }
     return entry;
   } catch (std::uint16_t code) {
     *error = code == kVersitParseError ? "the tokenizer rejected it"
