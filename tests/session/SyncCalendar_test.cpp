@@ -34,7 +34,7 @@ std::vector<std::string> Lines(const SyncReport& report) {
 }
 
 TEST(sync_calendar, follows_the_phone_calendar) {
-  const std::string calendar = ReadFile(std::string(PHONEPIM_SOURCE_DIR) + "/examples/calendar.vcs");
+  const std::string calendar = ReadFile(std::string(PHONEPIM_SOURCE_DIR) + "/tests/tool/data/sync-calendar.vcs");
   const std::string contacts = Card("Smith;Anna", {"CELL:111"});
   StoreFolder folder;
   SyncStore store(folder.store(), SyncStore::OpenMode::kCreate);

@@ -30,7 +30,12 @@ bool Matches(const Lines& shown, std::size_t s, const Lines& printed, std::size_
 Lines LinesOf(const std::string& text) {
   Lines lines;
   std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  // vCard and vCalendar output ends its lines in CRLF, which a terminal
+  // shows as plain lines.
+  for (std::string line; std::getline(in, line);) {
+    if (line.ends_with('\r')) line.pop_back();
+    lines.push_back(line);
+  }
   return lines;
 }
 

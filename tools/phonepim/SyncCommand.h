@@ -17,6 +17,7 @@ struct SyncOptions {
   bool json = false;
   bool quiet = false;
   bool verbose = false;
+  bool strict = false;  ///< the standard reading rules instead of lenient reading
 };
 
 /// Runs the command; returns its exit status (0 synchronised, 1 some

@@ -212,6 +212,8 @@ int main(int argc, char** argv) {
   sync->add_flag("--json", syncOptions.json, "The report as one JSON document");
   sync->add_flag("-q,--quiet", syncOptions.quiet, "Only the totals");
   sync->add_flag("-v,--verbose", syncOptions.verbose, "How long the sync took");
+  sync->add_flag("--strict", syncOptions.strict,
+                 "Read with the standard rules only (lenient reading is the default)");
 
   CLI::App* storeCommand = app.add_subcommand("store", "What the desktop store holds");
   storeCommand->require_subcommand(1);
@@ -241,7 +243,10 @@ int main(int argc, char** argv) {
     return app.exit(e) == 0 ? phonepim::tool::kExitOk : phonepim::tool::kExitUsage;
   }
 
-  if (sync->parsed()) return phonepim::tool::RunSync(syncOptions, std::cout, std::cerr);
+  if (sync->parsed()) {
+    phonepim::vCard::LenientReading(!syncOptions.strict);
+    return phonepim::tool::RunSync(syncOptions, std::cout, std::cerr);
+  }
   if (storeShowCommand->parsed()) {
     return phonepim::tool::RunStoreShow(storeShow, std::cout, std::cerr);
   }
