@@ -150,10 +150,47 @@ TEST_P(contact_element_list, DeathTest_index_outside_the_list_fails_the_assertio
 INSTANTIATE_TEST_SUITE_P(kinds, contact_element_list, ::testing::ValuesIn(kKinds),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(contact_element_list, DeathTest_deleting_no_address_fails_the_assertion) {
+TEST(contact_element_list, creators_pass_their_arguments_to_the_element) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
   CContact contact(u"Contact");
   EXPECT_DEATH(contact.DeleteAddress(nullptr), AssertionPattern("pAddress != nil"));
+  const auto label = std::make_shared<const String>(u"Villa");
+  const CPostalAddress* full =
+      contact.NewAddress("PO", "Ext", "Street", "City", "Region", "12345", "JP", "Nb", 0x10000001, 4, label);
+  EXPECT_EQ((std::vector<String>{full->POBox(), full->ExtAddr(), full->Street(), full->Locality(), full->Region(),
+                                 full->PostalCode(), full->Country(), full->Neighbor()}),
+            (std::vector<String>{u"PO", u"Ext", u"Street", u"City", u"Region", u"12345", u"JP", u"Nb"}));
+  EXPECT_EQ((std::vector<std::int64_t>{full->Type(), full->AddressID()}), (std::vector<std::int64_t>{0x10000001, 4}));
+  EXPECT_EQ(full->Label(), label);
+  EXPECT_EQ(contact.NewAddress(nullptr, nullptr, "S", nullptr, nullptr, nullptr, nullptr, nullptr, 2, 5)->Label(),
+            nullptr);
+  const CPostalAddress* oneLine = contact.NewAddress("Line", 8, 6, label);
+  EXPECT_EQ(oneLine->Street(), u"Line");
+  EXPECT_EQ(oneLine->Label(), label);
+  EXPECT_TRUE(contact.NewAddress()->IsEmpty());
+  const COrganization* org = contact.NewOrg("Org", "Unit", "Pos", "Extra", 8);
+  EXPECT_EQ((std::vector<String>{org->Name(), org->Unit(), org->Position(), org->Additional().at(0)}),
+            (std::vector<String>{u"Org", u"Unit", u"Pos", u"Extra"}));
+  EXPECT_EQ(org->Type(), 8u);
+  const CTelephoneNumber* tel = contact.NewTelephone("+81", 0x100000, 7, label);
+  EXPECT_EQ(tel->GetNumber(), u"+81");
+  EXPECT_EQ((std::vector<std::int64_t>{tel->GetType(), tel->thisID()}), (std::vector<std::int64_t>{0x100000, 7}));
+  EXPECT_EQ(tel->GetLabel(), label);
+  EXPECT_EQ(contact.NewEmail("x@y", 0x10, 8, label)->GetLabel(), label);
+  EXPECT_EQ(contact.NewEmail("x@y", 2, 9)->GetLabel(), nullptr);
+  EXPECT_EQ(contact.NewNotes("\xE3\x83\xA1", 3)->GetNote(), u"\u30E1");
+  EXPECT_EQ(contact.NewMessengerID("me", 0x40, 2)->GetType(), 0x40u);
+  EXPECT_EQ(contact.NewURL(nullptr, 2, 1)->GetURL(), u"");
+  // Text already decoded is kept whole, where a C string stops at its NUL.
+  const String withNul(u"a\0b", 3);
+  const CEmail* email = contact.NewEmail(withNul, 0x10, 8, label);
+  EXPECT_EQ(email->GetEmail(), withNul);
+  EXPECT_EQ((std::vector<std::int64_t>{email->GetType(), email->thisID()}), (std::vector<std::int64_t>{0x10, 8}));
+  EXPECT_EQ(email->GetLabel(), label);
+  EXPECT_EQ(contact.NewNotes(withNul, 3)->GetNote(), withNul);
+  EXPECT_EQ(contact.NewURL(withNul, 2, 1)->GetURL(), withNul);
+  EXPECT_EQ(contact.NewMessengerID(String(u"\uFFFF"), 0x40, 2)->GetMessengerID(), u"\uFFFF");
+  EXPECT_EQ(contact.NewNotes("a\0b", 4)->GetNote(), u"a");
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 namespace phonepim {
 namespace {
 
+using testing_support::TableFixture;
 using Opt = std::optional<String>;
 
 // One row: a record built by some container, the keys it must hold besides
@@ -166,6 +167,58 @@ TEST(contact_container_records, carry_the_stores_words) {
     expected.emplace(u"contact", Array{Value(u"PARENT")});
     EXPECT_EQ(row.build(u"PARENT", &counted), expected) << row.name;
     EXPECT_EQ(counted, 1) << row.name;
+  }
+}
+
+// Each container files its entries under its own key and matches on its own
+// value key: a second sync claims the entry only through that key.
+class contact_containers : public TableFixture {};
+
+TEST_F(contact_containers, each_reconciles_under_its_key_and_value_key) {
+  auto table = NewTable();
+  table->addMeta(Dictionary{{u"Contact Data", Dictionary{}}}, u"P");
+  const std::pair<const char16_t*, std::function<std::vector<String>(const String&)>> cases[] = {
+      {u"email addresses", [&](const String& v) {
+         EmailContainer c(u"P", table);
+         c.addEmail(u"a@b", 1, std::nullopt);
+         c.addEmail(v, 1, std::nullopt);
+         return c.createMetaData();
+       }},
+      {u"URLs", [&](const String& v) {
+         URLContainer c(u"P", table);
+         c.addURL(u"http://a", 1);
+         c.addURL(v, 1);
+         return c.createMetaData();
+       }},
+      {u"street addresses", [&](const String& v) {
+         StreetAddressContainer c(u"P", table);
+         c.addStreetAddress(u"S", u"", u"same", u"", u"", u"", 1, std::nullopt);
+         c.addStreetAddress(v, u"", u"same", u"", u"", u"", 1, std::nullopt);
+         return c.createMetaData();
+       }},
+      {u"related names", [&](const String& v) {
+         RelatedNameContainer c(u"P", table);
+         c.addRelatedName(u"Hanako", 0);
+         c.addRelatedName(v, 1);
+         return c.createMetaData();
+       }},
+      {u"IMs", [&](const String& v) {
+         IMContainer c(u"P", table);
+         c.addIM(u"taro", 1);
+         c.addIM(v, 1);
+         return c.createMetaData();
+       }},
+  };
+  for (const auto& [key, sync] : cases) {
+    SCOPED_TRACE(ToDisplayUTF8(key));
+    const std::vector<String> first = sync(u"one"), second = sync(u"two");
+    ASSERT_EQ(first.size(), 2u);
+    ASSERT_EQ(second.size(), 2u);
+    EXPECT_EQ(second[0], first[0]);
+    EXPECT_NE(second[1], first[1]);
+    EXPECT_EQ(StatesOf(Entries(*table, u"P", key)),
+              (std::vector<std::string>{"NoChange/Linked", "Delete/Unlinked", "New/Linked"}));
+    EXPECT_EQ(Strings(Find(table->meta(u"P")->at(u"Contact Data").get<Dictionary>(), key)), second);
   }
 }
 
