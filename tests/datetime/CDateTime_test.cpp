@@ -239,42 +239,6 @@ TEST_P(date_time_in_zone, intervals_give_local_values_read_on_the_wall_clock) {
   EXPECT_EQ(FieldsOf(earlier), (Fields{2009, 11, 1, hourAfter, 0, 0}));
 }
 
-TEST(date_time, components_and_instants_agree_across_daylight_saving) {
-  const struct {
-    const char* zone;
-    int year, month, day, hour, minute, second;
-    double instant;
-    int bias;
-  } rows[] = {
-      {"UTC", 2038, 1, 19, 3, 14, 8, 2147483648, 0},
-      {"Asia/Tokyo", 2008, 2, 29, 23, 59, 59, 1204297199, 32400},
-      {"America/New_York", 2009, 3, 8, 1, 59, 59, 1236495599, -18000},
-      {"America/New_York", 2009, 3, 8, 3, 0, 0, 1236495600, -14400},
-      {"America/New_York", 2009, 11, 1, 0, 30, 0, 1257049800, -14400},
-      {"America/New_York", 2009, 11, 1, 2, 0, 0, 1257058800, -18000},
-  };
-  for (const auto& r : rows) {
-    const ScopedDefaultZone zone(r.zone);
-    const DateComponents comps = MakeDateComponents(r.year, r.month, r.day, r.hour, r.minute, r.second);
-    const CDateTime fromFields(comps, kLocal);
-    EXPECT_EQ(fromFields.date(), r.instant) << &r - rows;
-    EXPECT_EQ(fromFields.bias(), r.bias) << &r - rows;
-    EXPECT_TRUE(CDateTime(r.instant, kLocal).isEqualToDateComponents(comps)) << &r - rows;
-  }
-  const ScopedDefaultZone zone("America/New_York");
-  // 02:30 on the spring-forward day does not exist: it is read with the
-  // offset before the change and lands on 03:30.
-  const CDateTime skipped(MakeDateComponents(2009, 3, 8, 2, 30, 0), kLocal);
-  EXPECT_EQ(skipped.date(), 1236497400.0);
-  EXPECT_EQ(skipped.bias(), -14400);
-  // 01:30 on the fall-back day happens twice; the calendar takes the
-  // second, in standard time. The first still reads back as 01:30.
-  const CDateTime repeated(MakeDateComponents(2009, 11, 1, 1, 30, 0), kLocal);
-  EXPECT_EQ(repeated.date(), 1257057000.0);
-  EXPECT_EQ(repeated.bias(), -18000);
-  EXPECT_EQ(FieldsOf(CDateTime(1257057000.0 - 3600, kLocal)), (Fields{2009, 11, 1, 1, 30, 0}));
-}
-
 TEST(date_time, spans_differences_and_order_go_by_instant) {
   const ScopedDefaultZone zone("UTC");
   const CDateTime early(1000.5, kLocal);
@@ -287,27 +251,6 @@ TEST(date_time, spans_differences_and_order_go_by_instant) {
   EXPECT_EQ(early.compare(late), -1);
   EXPECT_EQ(late.compare(early), 1);
   EXPECT_EQ(early.compare(CDateTime(1000.5, kGMT)), 0);
-}
-
-TEST(date_time, is_equal_needs_instant_type_and_zone) {
-  const ScopedDefaultZone zone("Asia/Tokyo");
-  const CDateTime base(1235210400.0, kLocal);
-  EXPECT_TRUE(base.IsEqual(CDateTime(MakeDateComponents(2009, 2, 21, 19, 0, 0), kLocal)));
-  EXPECT_FALSE(base.IsEqual(CDateTime(1235210401.0, kLocal)));
-  EXPECT_FALSE(base.IsEqual(CDateTime(1235210400.0, kGMT)));
-  // Same instant and type, the zone "GMT".
-  CDateTime gmtZone = base;
-  gmtZone.SetYear(2009, 2, 21, 10, 0, 0);
-  ASSERT_EQ(base.date(), gmtZone.date());
-  EXPECT_FALSE(base.IsEqual(gmtZone));
-  EXPECT_FALSE(gmtZone.IsEqual(base));
-  // Fields, bias and status do not take part.
-  CDateTime other = base;
-  other.setHour(3);
-  other.SetStatus(CDateTime::kStatusNull);
-  EXPECT_TRUE(base.IsEqual(other));
-  EXPECT_TRUE(base.isEqualToDate(1235210400.0));
-  EXPECT_FALSE(base.isEqualToDate(1235210400.001));
 }
 
 TEST(date_time, field_setters_leave_the_instant_and_equality_takes_eight_fields) {

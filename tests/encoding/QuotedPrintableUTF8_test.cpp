@@ -14,31 +14,6 @@
 namespace phonepim {
 namespace {
 
-using namespace std::string_literals;
-
-TEST(quoted_printable_utf8, decodes_or_declines) {
-  const struct {
-    std::string text;
-    std::optional<String> expected;  // nothing: the one-pass decoder declines
-  } rows[] = {
-      {"", u""},
-      {"m=c3=BCller_=5F=C3\xA9=F0=9F=98=80a=00b", u"m\u00FCller _\u00E9\U0001F600a\0b"s},
-      // Plain runs go eight bytes at a time; a stop at each place of a block.
-      {"Treffen wegen der Schl=C3=BCssel in Z=C3=BCrich_um 12345678",
-       u"Treffen wegen der Schl\u00FCssel in Z\u00FCrich um 12345678"},
-      {"1234567_abcdefgh=41", u"1234567 abcdefghA"},
-      // Declined: the general rules decide these.
-      {"a=\r\nb", std::nullopt}, {"a=", std::nullopt},   {"a=4", std::nullopt},
-      {"=ZZ", std::nullopt},     {"=C3", std::nullopt},  {"=ED=A0=80", std::nullopt},
-      {"\xFF", std::nullopt},
-  };
-  for (const auto& r : rows) {
-    String out;
-    const bool decoded = DecodeQuotedPrintableUTF8(r.text.data(), r.text.size(), &out);
-    EXPECT_EQ(decoded ? std::optional(out) : std::nullopt, r.expected) << r.text;
-  }
-}
-
 // Random texts of escapes, raw bytes and the troublesome tokens: whenever
 // the one-pass decoder answers, the two steps give the same text.
 TEST(quoted_printable_utf8, decoding_agrees_with_the_two_steps) {

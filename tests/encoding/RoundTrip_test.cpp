@@ -104,26 +104,5 @@ TEST(round_trip, quoted_printable_encoders_then_decoders) {
   }
 }
 
-// Value level: what the writer produces, the reader gives back, except that
-// every '_' reads back as a space.
-TEST(round_trip, qpencode_then_decode_turns_underscores_into_spaces) {
-  std::mt19937 engine(4242);
-  std::uniform_int_distribution<int> pick(0, 9);
-  const char16_t kUnits[] = {u'a', u'_', u' ', u';', u'\\', u'.', u'=', u'\r', u'\n',
-                             u'\u00E9', u'\u3042', u'\uFF76', u'\u0000'};
-  for (int i = 0; i < 3000; ++i) {
-    String text;
-    for (int k = pick(engine) * 15; k > 0; --k) {
-      text += pick(engine) == 0 ? String(u"\U0001F600") : String(1, kUnits[static_cast<std::size_t>(pick(engine))]);
-    }
-    const std::optional<std::string> ascii = BytesFromString(QPEncode(text).value(), StringEncoding::ASCII);
-    ASSERT_TRUE(ascii.has_value());
-    for (char16_t& unit : text) {
-      if (unit == u'_') unit = u' ';
-    }
-    EXPECT_EQ(Decode(ascii->data(), static_cast<int>(ascii->size()), kCharsetUTF8, kEncodingQuotedPrintable), text);
-  }
-}
-
 }  // namespace
 }  // namespace phonepim

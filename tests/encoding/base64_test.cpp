@@ -1,34 +1,14 @@
 #include "phonepim/encoding/base64.h"
 
-#include "encoding/Base64Internal.h"
-
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 #include <vector>
 
 namespace phonepim {
 namespace {
 
-using namespace std::string_literals;
-
 const std::string kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
-TEST(base64, encodes_padded_groups_and_counts_the_nul) {
-  const struct {
-    std::string in, expected;
-  } rows[] = {{"", ""}, {"M", "TQ=="}, {"Ma", "TWE="}, {"fooba", "Zm9vYmE="}, {"\0\0\0"s, "AAAA"},
-              {"\xFF\xFE\xFD\xFB\xFF", "//79+/8="}};
-  for (const auto& r : rows) {
-    const int len = static_cast<int>(r.in.size());
-    std::vector<char> dst(static_cast<std::size_t>(Base64encode_len(len)), '#');
-    EXPECT_EQ(Base64encode(dst.data(), r.in.data(), len), static_cast<int>(r.expected.size()) + 1);
-    EXPECT_EQ(std::string(dst.data()), r.expected);
-  }
-  const int lengths[] = {1, 5, 5, 5, 9};
-  for (int len = 0; len < 5; ++len) EXPECT_EQ(Base64encode_len(len), lengths[len]) << len;
-}
 
 TEST(base64, decodes_up_to_the_first_byte_outside_the_alphabet) {
   const struct {
@@ -63,36 +43,6 @@ TEST(base64, decodes_up_to_the_first_byte_outside_the_alphabet) {
     if (value != std::string::npos) {
       EXPECT_EQ(static_cast<unsigned char>(out[0]), value << 2) << b;
     }
-  }
-}
-
-// Both decoders, the terminated one and the counted one the vCard reader
-// uses, against plain decoding (six bits a character, a byte whenever eight
-// have gathered): random texts where the data stops at every place of a group.
-TEST(base64, decoders_agree_with_plain_decoding) {
-  static constexpr char kBytes[] = "AZaz09+/=\r\n -";
-  std::mt19937 random(64);
-  std::uniform_int_distribution<std::size_t> pick(0, sizeof kBytes - 2);
-  std::uniform_int_distribution<int> alphabetRun(0, 14);
-  for (int round = 0; round < 20000; ++round) {
-    std::string text;
-    for (int i = alphabetRun(random); i > 0; --i) text += kAlphabet[pick(random) * 5 % 64];
-    for (int i = alphabetRun(random) % 4; i > 0; --i) text += kBytes[pick(random)];
-    std::string expected;
-    unsigned bits = 0;
-    int count = 0;
-    for (const char c : text) {
-      const std::size_t value = kAlphabet.find(c);
-      if (value == std::string::npos) break;
-      bits = (bits << 6) | static_cast<unsigned>(value);
-      if ((count += 6) >= 8) expected += static_cast<char>((bits >> (count -= 8)) & 0xFF);
-    }
-    std::vector<char> terminated(text.size() + 4);
-    const int n = Base64decode(terminated.data(), text.c_str());
-    ASSERT_EQ(std::string(terminated.data(), static_cast<std::size_t>(n)), expected) << text;
-    std::vector<unsigned char> counted(text.size() / 4 * 3 + 2);
-    const std::size_t written = Base64DecodePrefix(text.data(), text.size(), counted.data());
-    ASSERT_EQ(std::string(counted.begin(), counted.begin() + static_cast<std::ptrdiff_t>(written)), expected) << text;
   }
 }
 

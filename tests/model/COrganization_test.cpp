@@ -9,23 +9,6 @@
 namespace phonepim {
 namespace {
 
-TEST(organization, adds_only_a_non_empty_additional_line) {
-  const struct {
-    const char* additional;
-    std::vector<String> expected;
-  } rows[] = {{nullptr, {}}, {"", {}}, {" ", {u" "}}, {"\xFF\xFE", {}}};
-  for (const auto& r : rows) {
-    const COrganization org("N", nullptr, "P", r.additional, kOrganizationTypeEtc);
-    EXPECT_EQ(org.Additional(), r.expected) << &r - rows;
-    EXPECT_EQ((std::vector<String>{org.Name(), org.Unit(), org.Position()}), (std::vector<String>{u"N", u"", u"P"}));
-    EXPECT_EQ(org.Type(), 0x8u);
-  }
-  const COrganization three("ACME", "R&D", "CEO");
-  EXPECT_EQ(three.Unit(), u"R&D");
-  EXPECT_EQ(three.Type(), 0u);
-  EXPECT_TRUE(three.Additional().empty());
-}
-
 TEST(organization, equality_compares_lines_then_texts_then_type) {
   const struct {
     std::function<void(COrganization&)> change;

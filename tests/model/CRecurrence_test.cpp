@@ -131,47 +131,6 @@ TEST(recurrence, setters_accept_their_bounds_or_stop_with_the_exact_text) {
   }
 }
 
-TEST(recurrence, setters_fill_the_rule_in_ascending_order) {
-  CRecurrence recurrence;
-  recurrence.SetDaily(200, 12, nullptr);
-  const RecurrenceData* daily = recurrence.GetRecurrenceData();
-  EXPECT_EQ((std::vector<std::int64_t>{daily->Interval(), daily->duration()}), (std::vector<std::int64_t>{200, 12}));
-  EXPECT_FALSE(daily->UntilDate());
-  const Array weekdays = Ints({5, 1, 3, 1});
-  recurrence.SetWeekly(2, 0, nullptr, &weekdays);
-  EXPECT_EQ(Numbers(dynamic_cast<const WeeklyData&>(*recurrence.GetRecurrenceData()).ArrayWeekday()),
-            (std::vector<std::int64_t>{1, 3, 5}));
-  recurrence.SetWeekly(1, 0, nullptr, nullptr);
-  EXPECT_TRUE(dynamic_cast<const WeeklyData&>(*recurrence.GetRecurrenceData()).ArrayWeekday().empty());
-  recurrence.SetMonthlyByPos(4, Ints({-1, 2, -5, 2}), Ints({6, 0}), 3, nullptr);
-  const auto& byPos = dynamic_cast<const MonthlyByPosData&>(*recurrence.GetRecurrenceData());
-  EXPECT_EQ(Numbers(byPos.ArrayWeekPos()), (std::vector<std::int64_t>{-5, -1, 2}));
-  EXPECT_EQ(Numbers(byPos.ArrayWeekday()), (std::vector<std::int64_t>{0, 6}));
-  EXPECT_EQ((std::vector<std::int64_t>{byPos.Interval(), byPos.duration()}), (std::vector<std::int64_t>{4, 3}));
-  recurrence.SetMonthlyByDay(1, Ints({31, -31, 15}), 0, nullptr);
-  EXPECT_EQ(Numbers(dynamic_cast<const MonthlyByDayData&>(*recurrence.GetRecurrenceData()).ArrayMonthday()),
-            (std::vector<std::int64_t>{-31, 15, 31}));
-  recurrence.SetYearlyByMonth(1, Ints({12, 1, 12}), 0, nullptr);
-  EXPECT_EQ(Numbers(dynamic_cast<const YearlyByMonthData&>(*recurrence.GetRecurrenceData()).ArrayMonth()),
-            (std::vector<std::int64_t>{1, 12}));
-  // Yearly by day keeps its end date, made from the instant and the type:
-  // valid, and without the local bias.
-  const testing::ScopedDefaultZone zone("Asia/Tokyo");
-  CDateTime until(MakeDateComponents(2010, 1, 1, 9, 0, 0), CDateTime::kTimeZoneTypeLocal);
-  until.SetStatus(CDateTime::kStatusNull);
-  recurrence.SetYearlyByDay(2, Ints({366, 100, 1}), 5, &until);
-  const auto& byYearDay = dynamic_cast<const YearlyByDayData&>(*recurrence.GetRecurrenceData());
-  EXPECT_EQ(Numbers(byYearDay.ArrayYearday()), (std::vector<std::int64_t>{1, 100, 366}));
-  const CDateTimeNull& stored = *byYearDay.UntilDate();
-  EXPECT_EQ(stored.GetStatus(), CDateTime::kStatusValid);
-  EXPECT_EQ(stored.date(), 1262304000.0);
-  EXPECT_EQ(stored.timeZoneType(), CDateTime::kTimeZoneTypeLocal);
-  EXPECT_EQ(stored.bias(), 0);
-  recurrence.ResetRecurrenceData();
-  EXPECT_EQ(recurrence.GetRecurrenceData(), nullptr);
-  EXPECT_EQ(recurrence.GetNestedRecurrenceData(), nullptr);
-}
-
 TEST(recurrence, copies_are_deep) {
   CRecurrence original;
   original.SetMonthlyByDay(1, Ints({1, 15}), 0, nullptr);
@@ -220,33 +179,6 @@ TEST(recurrence, add_sorted_walks_from_the_end) {
     for (int v : r.start) array.emplace_back(v);
     for (int v : r.added) AddSorted(array, v);
     EXPECT_EQ(Numbers(array), r.expected) << &r - rows;
-  }
-}
-
-TEST(recurrence_data, kinds_start_every_once_without_end) {
-  std::vector<std::unique_ptr<RecurrenceData>> kinds;
-  kinds.push_back(std::make_unique<DailyData>());
-  kinds.push_back(std::make_unique<WeeklyData>());
-  kinds.push_back(std::make_unique<MonthlyByPosData>());
-  kinds.push_back(std::make_unique<MonthlyByDayData>());
-  kinds.push_back(std::make_unique<YearlyByMonthData>());
-  kinds.push_back(std::make_unique<YearlyByDayData>());
-  for (std::size_t i = 0; i < kinds.size(); ++i) {
-    const RecurrenceData& rule = *kinds[i];
-    EXPECT_EQ((std::vector<std::int64_t>{rule.Type(), rule.Interval(), rule.duration()}),
-              (std::vector<std::int64_t>{static_cast<std::int64_t>(i + 1), 1, 0}));
-    EXPECT_FALSE(rule.UntilDate() || rule.UntilDateComp());
-  }
-  // Every number of the first list somewhere in the second: one-sided.
-  const struct {
-    std::vector<int> a, b;
-    bool equal;
-  } lists[] = {{{}, {1, 2}, true}, {{1}, {}, false}, {{3, 1, 1}, {1, 3}, true}, {{1, 3}, {1}, false}, {{2}, {1, 3}, false}};
-  for (const auto& r : lists) {
-    Array a, b;
-    for (int v : r.a) a.emplace_back(v);
-    for (int v : r.b) b.emplace_back(v);
-    EXPECT_EQ(IsEqualNumberArrayData(a, b), r.equal) << &r - lists;
   }
 }
 

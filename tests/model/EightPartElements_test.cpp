@@ -24,25 +24,6 @@ std::vector<String> Parts(const CPostalAddress& a) {
   return {a.POBox(), a.ExtAddr(), a.Street(), a.Locality(), a.Region(), a.PostalCode(), a.Country(), a.Neighbor()};
 }
 
-TEST(eight_parts, initialisers_keep_the_order_and_empty_nulls) {
-  EXPECT_EQ(Parts(CName("Yamada")), (std::vector<String>{u"Yamada", u"", u"", u"", u"", u"", u"", u""}));
-  EXPECT_EQ(Parts(CName("\xE5\xB1\xB1", nullptr, "M", "Dr.", nullptr, "yamada", "taro", "em")),
-            (std::vector<String>{u"\u5C71", u"", u"M", u"Dr.", u"", u"yamada", u"taro", u"em"}));
-  EXPECT_EQ(Parts(CName(static_cast<const char*>(nullptr))), std::vector<String>(8));
-  const auto label = std::make_shared<const String>(u"Cottage");
-  const CPostalAddress street("1 Main St", kAddressTypeCustom, 4, label);
-  EXPECT_EQ(Parts(street), (std::vector<String>{u"", u"", u"1 Main St", u"", u"", u"", u"", u""}));
-  EXPECT_EQ((std::vector<std::int64_t>{street.AddressID(), street.Type()}), (std::vector<std::int64_t>{4, 0x10}));
-  EXPECT_EQ(street.Label(), label);
-  const CPostalAddress full("PO 1", nullptr, "Street 3", "Town", "Region", "12345", "\xE6\x97\xA5", "Quarter",
-                            kAddressTypeWork | kAddressTypePref, 9);
-  EXPECT_EQ(Parts(full), (std::vector<String>{u"PO 1", u"", u"Street 3", u"Town", u"Region", u"12345", u"\u65E5",
-                                              u"Quarter"}));
-  EXPECT_EQ((std::vector<std::int64_t>{full.AddressID(), full.Type()}), (std::vector<std::int64_t>{9, 0x10000002}));
-  EXPECT_EQ(full.Label(), nullptr);
-  EXPECT_EQ(CPostalAddress().AddressID(), -1);
-}
-
 TEST(eight_parts, each_index_sets_its_part_only_and_decides_equality_and_emptiness) {
   for (unsigned index = 0; index < 8; ++index) {
     std::vector<String> expected(8);

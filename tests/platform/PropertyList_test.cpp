@@ -146,15 +146,6 @@ Bytes BinaryList(const std::vector<Bytes>& objects) {
   return out;
 }
 
-TEST(property_list, reads_hand_made_binary_lists) {
-  // "c" is stored once and referenced twice, as writers share equal strings;
-  // "k" holds UTF-16 with a surrogate pair.
-  EXPECT_EQ(ValueFromPropertyList(BinaryList({{0xD2, 1, 2, 3, 4}, {0x51, 'a'}, {0x51, 'b'}, {0x10, 0x01},
-                                              {0xA3, 5, 5, 6}, {0x51, 'c'},
-                                              {0x63, 0, 'a', 0xD8, 0x3D, 0xDE, 0x00}})),
-            Value(Dictionary{{u"a", 1}, {u"b", Array{Value(u"c"), Value(u"c"), Value(u"a\U0001F600")}}}));
-}
-
 // A binary list of `levels` arrays, object i holding object i+1 `fanOut`
 // times; the last array is empty (or holds the first: a cycle). Two-byte
 // references and offsets.

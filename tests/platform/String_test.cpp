@@ -14,42 +14,6 @@ namespace {
 using namespace std::string_literals;
 using E = StringEncoding;
 
-TEST(string_from_bytes, decodes_valid_bytes_and_gives_nothing_for_invalid_ones) {
-  const struct {
-    StringEncoding encoding;
-    std::string bytes;
-    std::optional<String> expected;
-  } rows[] = {
-      {E::UTF8, "", u""},
-      // A byte-order mark is text like any other, not a signature.
-      {E::UTF8, "a\0\xEF\xBB\xBF\xF4\x8F\xBF\xBF"s, u"a\0\uFEFF\U0010FFFF"s},
-      // ASCII is taken eight bytes at a time: a character or a bad byte on
-      // either side of a block edge.
-      {E::UTF8, "1234567\xC3\xA9z", u"1234567\u00E9z"},
-      {E::UTF8, "12345678abcdefgh\x80", std::nullopt},
-      {E::UTF8, "1234567\xC3", std::nullopt},
-      {E::UTF8, "\xED\xA0\xBD\xED\xB8\x80", std::nullopt},
-      {E::ASCII, "\x7F\x01", u"\x7F\x01"},
-      {E::ASCII, "caf\xE9", std::nullopt},
-      // Latin-1 never fails.
-      {E::Latin1, "\xC3\xA9", u"\u00C3\u00A9"},
-      {E::ShiftJIS, "Tel:\x93\xFA\xB1", u"Tel:\u65E5\uFF71"},
-      // A lead byte without its trail or an unassigned code: no string at
-      // all, never U+FFFD.
-      {E::ShiftJIS, "ab\x93", std::nullopt},
-      {E::ShiftJIS, "\x85\x40", std::nullopt},
-      // No byte-order mark handling: it stays as U+FEFF.
-      {E::UTF16LE, "\xFF\xFE\x3D\xD8\x00\xDE"s, u"\uFEFF\U0001F600"},
-      {E::UTF16BE, "\0a\x65\xE5"s, u"a\u65E5"},
-      {E::UTF16LE, "a\0b"s, std::nullopt},
-      {E::UTF16BE, "\xDC\x00"s, std::nullopt},
-  };
-  for (const auto& r : rows) {
-    EXPECT_EQ(StringFromBytes(r.bytes.data(), r.bytes.size(), r.encoding), r.expected)
-        << &r - rows;
-  }
-}
-
 // The library decodes UTF-8 itself; ICU is the reference. Random strings
 // over the bytes where the rules have their edges.
 TEST(string_from_utf8, agrees_with_icu_on_random_bytes) {

@@ -112,28 +112,6 @@ TEST_F(reconciliation, entries_are_new_kept_or_deleted_by_value) {
   EXPECT_EQ(ContactDataPhones(), (std::vector<String>{first[0]}));
 }
 
-TEST_F(reconciliation, numbers_are_re_created_every_time_and_dates_match_as_instants) {
-  std::vector<String> previous;
-  for (int round = 1; round <= 2; ++round) {
-    TestContainer container(u"C", table_);
-    container.add(Dictionary{{u"value", 7}});
-    const std::vector<String> ids = container.createMetaData();
-    EXPECT_EQ(StatesOf(Phones()).back(), "New/Linked");
-    EXPECT_NE(ids, previous);
-    previous = ids;
-  }
-  EXPECT_EQ(StatesOf(Phones()).front(), "Delete/Unlinked");
-  const auto sync = [this](double date) {
-    DateContainer container(u"C", table_);
-    container.addDate(Date{date}, 0);
-    return container.createMetaData();
-  };
-  const std::vector<String> first = sync(1.0e9);
-  EXPECT_EQ(sync(1.0e9), first);
-  EXPECT_NE(sync(1.0e9 + 1), first);
-  EXPECT_EQ(StatesOf(Entries(*table_, u"C", u"dates")), (States{"Delete/Unlinked", "New/Linked"}));
-}
-
 TEST_F(reconciliation, odd_meta_is_left_alone_replaced_or_matched) {
   // Without meta, or without a table, nothing happens.
   PhoneContainer unknown(u"UNKNOWN", table_);

@@ -119,31 +119,6 @@ TEST_F(contact_meta_data, a_person_becomes_a_contact_record_with_its_sub_records
   EXPECT_EQ(field(contact.imContainer(), 0, u"user"), Value(u"taro_s"));
 }
 
-TEST_F(contact_meta_data, known_contacts_get_the_identifiers_of_their_sub_records) {
-  CContact contact(8, u"IMEI", std::nullopt, u"Contact", table_);
-  table_->addContact(*contact.dbRecordID(), Dictionary{});
-  Fill(contact);
-  contact.createMetaData();
-  const Dictionary record = contact.metaDictionary();
-  const Dictionary& contactData = table_->meta(*contact.dbRecordID())->at(u"Contact Data").get<Dictionary>();
-  const std::pair<const char16_t*, std::size_t> lists[] = {
-      {u"phone numbers", 3}, {u"email addresses", 2}, {u"URLs", 1}, {u"street addresses", 1},
-      {u"dates", 1},         {u"related names", 2},   {u"IMs", 1}};
-  for (const auto& [key, size] : lists) {
-    SCOPED_TRACE(ToDisplayUTF8(key));
-    const std::vector<String> identifiers = Strings(Find(record, key));
-    ASSERT_EQ(identifiers.size(), size);
-    EXPECT_EQ(IdentifiersOf(Entries(*table_, *contact.dbRecordID(), key)), identifiers);
-    EXPECT_EQ(Strings(Find(contactData, key)), identifiers);
-  }
-  // Building again replaces the records instead of adding to them, and
-  // matches every one of them.
-  contact.createMetaData();
-  EXPECT_EQ(contact.phoneMapper()->count(), 3);
-  EXPECT_EQ(Entries(*table_, *contact.dbRecordID(), u"phone numbers").size(), 3u);
-  EXPECT_EQ(Strings(Find(contact.metaDictionary(), u"phone numbers")), Strings(Find(record, u"phone numbers")));
-}
-
 TEST_F(contact_meta_data, phone_style_fallbacks_groups_and_records_without_identity) {
   CContact contact(8, u"IMEI", std::nullopt, u"Contact", table_);
   contact.NewTelephone("1", kTelephoneTypeHome | kTelephoneTypeCell, 0);
