@@ -29,30 +29,6 @@ std::shared_ptr<const String> Label(const char16_t* text) {
 
 // --- Telephone numbers ---------------------------------------------------
 
-struct TelephoneCase {
-  const char* name;
-  std::uint32_t type;
-  const char16_t* label;  // the number's own label, null for none
-  const char16_t* plain;  // AddTelephone's parameters
-  const char16_t* zandor; // AddTelephoneAtZandor's parameters
-};
-
-void PrintTo(const TelephoneCase& c, std::ostream* os) { *os << c.name; }
-
-class vcard_write_tel : public ::testing::TestWithParam<TelephoneCase> {
- protected:
-  ScopedWriterDefaults defaults_;
-};
-
-TEST_P(vcard_write_tel, writes_the_type_words_of_each_dialect) {
-  const TelephoneCase& c = GetParam();
-  const CTelephoneNumber tel("+81 3-1234", c.type, 0, c.label ? Label(c.label) : nullptr);
-  EXPECT_EQ(Written([&](String& out) { vCard::AddTelephone(out, tel); }),
-            u"TEL" + String(c.plain) + u":+81 3-1234\r\n");
-  EXPECT_EQ(Written([&](String& out) { vCard::AddTelephoneAtZandor(out, tel); }),
-            u"TEL" + String(c.zandor) + u":+81 3-1234\r\n");
-}
-
 constexpr std::uint32_t kEveryTelephoneWord =
     kTelephoneTypePref | kTelephoneTypeWork | kTelephoneTypeHome | kTelephoneTypeVoice |
     kTelephoneTypeFax | kTelephoneTypeMsg | kTelephoneTypeCell | kTelephoneTypePager |
@@ -60,38 +36,41 @@ constexpr std::uint32_t kEveryTelephoneWord =
     kTelephoneTypeEtc | kTelephoneTypeInternet | kTelephoneTypeVideo | kTelephoneTypeDTMF |
     kTelephoneTypePTT;
 
-INSTANTIATE_TEST_SUITE_P(
-    types, vcard_write_tel,
-    ::testing::Values(
-        TelephoneCase{"none", 0, nullptr, u"", u""},
-        TelephoneCase{"cell", kTelephoneTypeCell, nullptr, u";CELL", u";HOME;CELL"},
-        TelephoneCase{"home_cell", kTelephoneTypeCell | kTelephoneTypeHome, nullptr,
-                      u";HOME;CELL", u";HOME;HOME;CELL"},
-        TelephoneCase{"work_voice", kTelephoneTypeWork | kTelephoneTypeVoice, nullptr,
-                      u";WORK;VOICE", u";WORK"},
-        TelephoneCase{"pref_fax", kTelephoneTypePref | kTelephoneTypeFax, nullptr,
-                      u";PREF;FAX", u";PREF;FAX"},
-        TelephoneCase{"every_word", kEveryTelephoneWord, nullptr,
-                      u";PREF;WORK;HOME;VOICE;FAX;MSG;CELL;PAGER;BBS;MODEM;CAR;ISDN;X-ETC;"
-                      u"INTERNET;VIDEO;DTMF;PTT",
-                      u";PREF;WORK;HOME;FAX;MSG;HOME;CELL;PAGER;BBS;MODEM;CAR;ISDN;X-ETC;"
-                      u"INTERNET;VIDEO;DTMF;PTT"},
-        TelephoneCase{"callback", kTelephoneTypeCallback | kTelephoneTypePTT, nullptr, u";PTT",
-                      u";PTT;X-CALLBACK"},
-        TelephoneCase{"main", kTelephoneTypeMain, nullptr, u"", u";X-CUSTOM(Main)"},
-        TelephoneCase{"main_with_more_is_not_main", kTelephoneTypeMain | kTelephoneTypeHome,
-                      nullptr, u";HOME", u";HOME"},
-        TelephoneCase{"own_label", kTelephoneTypeCustom, u"Office", u"", u";X-CUSTOM(Office)"},
-        TelephoneCase{"own_label_without_charset_prefix", kTelephoneTypeCustom | kTelephoneTypeWork,
-                      u"My office;2", u";WORK", u";WORK;X-CUSTOM(My=20office\\;2)"},
-        TelephoneCase{"own_label_as_read", kTelephoneTypeCustom, u"PREF=X-CUSTOM(Main)", u"",
-                      u";X-CUSTOM(Main)"},
-        TelephoneCase{"custom_bit_without_label", kTelephoneTypeCustom, nullptr, u"",
-                      u";X-ETC"},
-        TelephoneCase{"custom_bit_with_empty_label", kTelephoneTypeCustom, u"", u"", u";X-ETC"},
-        TelephoneCase{"label_without_custom_bit", kTelephoneTypeHome, u"Office", u";HOME",
-                      u";HOME"}),
-    [](const ::testing::TestParamInfo<TelephoneCase>& info) { return info.param.name; });
+TEST(vcard_write_tel, writes_the_type_words_of_each_dialect) {
+  const ScopedWriterDefaults defaults;
+  const struct {
+    const char* name;
+    std::uint32_t type;
+    const char16_t* label;  // the number's own label, null for none
+    const char16_t* plain;  // AddTelephone's parameters
+    const char16_t* zandor; // AddTelephoneAtZandor's parameters
+  } rows[] = {
+      {"none", 0, nullptr, u"", u""},
+      {"cell", kTelephoneTypeCell, nullptr, u";CELL", u";HOME;CELL"},
+      {"home_cell", kTelephoneTypeCell | kTelephoneTypeHome, nullptr, u";HOME;CELL", u";HOME;HOME;CELL"},
+      {"work_voice", kTelephoneTypeWork | kTelephoneTypeVoice, nullptr, u";WORK;VOICE", u";WORK"},
+      {"pref_fax", kTelephoneTypePref | kTelephoneTypeFax, nullptr, u";PREF;FAX", u";PREF;FAX"},
+      {"every_word", kEveryTelephoneWord, nullptr, u";PREF;WORK;HOME;VOICE;FAX;MSG;CELL;PAGER;BBS;MODEM;CAR;ISDN;X-ETC;" u"INTERNET;VIDEO;DTMF;PTT", u";PREF;WORK;HOME;FAX;MSG;HOME;CELL;PAGER;BBS;MODEM;CAR;ISDN;X-ETC;" u"INTERNET;VIDEO;DTMF;PTT"},
+      {"callback", kTelephoneTypeCallback | kTelephoneTypePTT, nullptr, u";PTT", u";PTT;X-CALLBACK"},
+      {"main", kTelephoneTypeMain, nullptr, u"", u";X-CUSTOM(Main)"},
+      {"main_with_more_is_not_main", kTelephoneTypeMain | kTelephoneTypeHome, nullptr, u";HOME", u";HOME"},
+      {"own_label", kTelephoneTypeCustom, u"Office", u"", u";X-CUSTOM(Office)"},
+      {"own_label_without_charset_prefix", kTelephoneTypeCustom | kTelephoneTypeWork, u"My office;2", u";WORK", u";WORK;X-CUSTOM(My=20office\\;2)"},
+      {"own_label_as_read", kTelephoneTypeCustom, u"PREF=X-CUSTOM(Main)", u"", u";X-CUSTOM(Main)"},
+      {"custom_bit_without_label", kTelephoneTypeCustom, nullptr, u"", u";X-ETC"},
+      {"custom_bit_with_empty_label", kTelephoneTypeCustom, u"", u"", u";X-ETC"},
+      {"label_without_custom_bit", kTelephoneTypeHome, u"Office", u";HOME", u";HOME"},
+  };
+  for (const auto& c : rows) {
+    const CTelephoneNumber tel("+81 3-1234", c.type, 0, c.label ? Label(c.label) : nullptr);
+    EXPECT_EQ(Written([&](String& out) { vCard::AddTelephone(out, tel); }),
+              u"TEL" + String(c.plain) + u":+81 3-1234\r\n")
+        << c.name;
+    EXPECT_EQ(Written([&](String& out) { vCard::AddTelephoneAtZandor(out, tel); }),
+              u"TEL" + String(c.zandor) + u":+81 3-1234\r\n")
+        << c.name;
+  }
+}
 
 class vcard_write_element : public ::testing::Test {
  protected:
@@ -111,58 +90,45 @@ TEST_F(vcard_write_element, a_number_is_written_as_it_is) {
 
 // --- Custom labels from the table ----------------------------------------
 
-struct TableLabelCase {
-  const char* name;
-  const char16_t* registered;  // what the reader hands the table
-  bool escape;                 // sm_fNonstandardEscChar
-  const char16_t* parameter;
-};
-
-void PrintTo(const TableLabelCase& c, std::ostream* os) { *os << c.name; }
-
-class vcard_write_custom_label : public ::testing::TestWithParam<TableLabelCase> {
- protected:
-  ScopedWriterDefaults defaults_;
-};
-
 // Every writer that looks its type up in the table prints the label alone,
 // in place of all type words.
-TEST_P(vcard_write_custom_label, replaces_the_type_words) {
-  const TableLabelCase& c = GetParam();
-  vCard::NonstandardEscChar(c.escape);
-  CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(first)");
-  const std::uint32_t code = CCustomType::Inst().ConvertCustomTypeFromString(c.registered);
-  ASSERT_EQ(code, kFirstCustomType + 1);
-  const String p = c.parameter;
-
-  const CTelephoneNumber tel("1", code, 0, Label(u"own"));
-  EXPECT_EQ(Written([&](String& out) { vCard::AddTelephone(out, tel); }), u"TEL" + p + u":1\r\n");
-  EXPECT_EQ(Written([&](String& out) { vCard::AddTelephoneAtZandor(out, tel); }),
-            u"TEL" + p + u":1\r\n");
-  const CEmail email("a@b", code, 0, Label(u"own"));
-  EXPECT_EQ(Written([&](String& out) { vCard::AddEmail(out, email); }),
-            u"EMAIL" + p + u":a@b\r\n");
-  COrganization org("Acme", nullptr, nullptr, nullptr, code);
-  EXPECT_EQ(Written([&](String& out) { vCard::AddOrganization(out, org); }),
-            u"ORG" + p + u":Acme;;\r\n");
-  const CMessengerID im("jd", code, 0);
-  EXPECT_EQ(Written([&](String& out) { vCard::AddMessengerID(out, im); }),
-            u"X-IM" + p + u":jd\r\n");
+TEST_F(vcard_write_element, a_table_label_replaces_the_type_words) {
+  const struct {
+    const char* name;
+    const char16_t* registered;  // what the reader hands the table
+    bool escape;                 // sm_fNonstandardEscChar
+    const char16_t* parameter;
+  } rows[] = {
+      {"plain", u"X-CUSTOM(Main)", false, u";X-CUSTOM(Main)"},
+      {"behind_other_parameters", u"PREF=x-custom(Main)", false, u";X-CUSTOM(Main)"},
+      {"quoted_printable", u"X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,=41=20=C3=A9)", false,
+       u";X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,A=20=C3=A9)"},
+      {"not_escaped_by_default", u"X-CUSTOM(a;b)", false, u";X-CUSTOM(a;b)"},
+      {"escaped_with_the_option", u"X-CUSTOM(a;b)", true, u";X-CUSTOM(a\\;b)"},
+  };
+  for (const auto& c : rows) {
+    SCOPED_TRACE(c.name);
+    CCustomType::Inst().DeleteAllItem();
+    vCard::NonstandardEscChar(c.escape);
+    CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(first)");
+    const std::uint32_t code = CCustomType::Inst().ConvertCustomTypeFromString(c.registered);
+    ASSERT_EQ(code, kFirstCustomType + 1);
+    const String p = c.parameter;
+    const CTelephoneNumber tel("1", code, 0, Label(u"own"));
+    EXPECT_EQ(Written([&](String& out) { vCard::AddTelephone(out, tel); }), u"TEL" + p + u":1\r\n");
+    EXPECT_EQ(Written([&](String& out) { vCard::AddTelephoneAtZandor(out, tel); }),
+              u"TEL" + p + u":1\r\n");
+    const CEmail email("a@b", code, 0, Label(u"own"));
+    EXPECT_EQ(Written([&](String& out) { vCard::AddEmail(out, email); }),
+              u"EMAIL" + p + u":a@b\r\n");
+    COrganization org("Acme", nullptr, nullptr, nullptr, code);
+    EXPECT_EQ(Written([&](String& out) { vCard::AddOrganization(out, org); }),
+              u"ORG" + p + u":Acme;;\r\n");
+    const CMessengerID im("jd", code, 0);
+    EXPECT_EQ(Written([&](String& out) { vCard::AddMessengerID(out, im); }),
+              u"X-IM" + p + u":jd\r\n");
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    labels, vcard_write_custom_label,
-    ::testing::Values(
-        TableLabelCase{"plain", u"X-CUSTOM(Main)", false, u";X-CUSTOM(Main)"},
-        TableLabelCase{"behind_other_parameters", u"PREF=x-custom(Main)", false,
-                       u";X-CUSTOM(Main)"},
-        TableLabelCase{"quoted_printable",
-                       u"X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,=41=20=C3=A9)", false,
-                       u";X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,A=20=C3=A9)"},
-        TableLabelCase{"not_escaped_by_default", u"X-CUSTOM(a;b)", false, u";X-CUSTOM(a;b)"},
-        TableLabelCase{"escaped_with_the_option", u"X-CUSTOM(a;b)", true,
-                       u";X-CUSTOM(a\\;b)"}),
-    [](const ::testing::TestParamInfo<TableLabelCase>& info) { return info.param.name; });
 
 TEST_F(vcard_write_element, a_custom_label_needs_a_registered_code) {
   // 0x10000010 is a custom-label code only once sixteen labels are in the
