@@ -66,6 +66,10 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"escapes_in_structured_values", Card("N:Sales Dept.\\Manager;a\\;b;c\\\\;d\\,e\r\n"),
             "N=Sales Dept.\\anager|a\\b|c\\;d\\e|||||",
             "N=Sales Dept.\\Manager|a\\;b|c\\\\|d\\,e||||"},
+        Row{"card_words_in_any_case_with_blanks",
+            "BEGIN:vcard \t\r\nVERSION:2.1\r\nFN:a\r\nEND:Vcard\t \r\n", "FN=a", "FN=a"},
+        Row{"name_parts_past_eight", Card("N:a;b;c;d;e;f;g;h;i\r\n"), "N=a|b|c|d|e|f|g|h",
+            "N=a|b|c|d|e|f|g|h"},
         Row{"underscore_in_quoted_printable", Card("FN;QUOTED-PRINTABLE:(nessa_flame)\r\n"),
             "FN=(nessa flame)", "FN=(nessa_flame)"},
         Row{"single_value_property_repeated",
@@ -99,7 +103,8 @@ TEST(read_lenient, accounts_for_every_property) {
   CContact contact(u"Contact");
   ReadAccount account;
   const vObject object =
-      MakeObject(Card("TITLE:a\r\nTITLE:b\r\nNOTE:\r\nX-A:1\r\nX-GENDER:f\r\n"));
+      MakeObject(Card("TITLE:a\r\nTITLE:b\r\nNOTE:\r\nX-A:1\r\nX-GENDER:f\r\n"
+                      "BEGIN:VCARD\r\nTEL:9\r\nEND:VCARD\r\n"));
   vCard::Parse(&contact, &object, &account);
   std::string lines;
   for (const PropertyAccount& p : account.properties) {
@@ -113,6 +118,7 @@ TEST(read_lenient, accounts_for_every_property) {
             "NOTE empty no value\n"
             "X-A extension extension item X-A\n"
             "X-GENDER dropped by design recognised, nothing to keep\n"
+            "BEGIN dropped by design a nested card, read as a contact of its own\n"
             "END dropped by design recognised, nothing to keep\n");
 }
 

@@ -11,6 +11,7 @@
 #include "phonepim/platform/Errors.h"
 #include "phonepim/platform/Log.h"
 #include "vcard/vCardReadTestSupport.h"
+#include "vcard/vCardWriteTestSupport.h"
 
 namespace phonepim {
 namespace {
@@ -75,6 +76,13 @@ TEST(read_speed_dial, of_256_bytes_fails_the_assertion) {
   EXPECT_EQ(Describe(*Read(Card("X-SPEEDDIAL:" + value + "\r\n"))),
             "SPEED=7,0,-1,-1,-1,-1,-1,-1,-1,-1");
   EXPECT_DEATH(Read(Card("X-SPEEDDIAL:" + value + "1\r\n")), AssertionPattern("len < 256"));
+  // Lenient reading keeps that value whole as an extension item.
+  const testing_support::ScopedWriterDefaults defaults;
+  vCard::LenientReading(true);
+  EXPECT_EQ(Describe(*Read(Card("X-SPEEDDIAL:" + value + "\r\n"))),
+            "SPEED=7,0,-1,-1,-1,-1,-1,-1,-1,-1");
+  EXPECT_EQ(Describe(*Read(Card("X-SPEEDDIAL:" + value + "1\r\n"))),
+            "X:X-SPEEDDIAL=" + value + "1");
 }
 
 TEST(read_without_contact, fails_the_assertion_at_the_first_value) {
