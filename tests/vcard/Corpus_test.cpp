@@ -27,8 +27,7 @@
 #include "phonepim/platform/Assert.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/ObjectSplitter.h"
-#include "vcard/vCardReadTestSupport.h"
-#include "vcard/vCardWriteTestSupport.h"
+#include "vcard/vCardTestSupport.h"
 
 namespace phonepim {
 namespace {

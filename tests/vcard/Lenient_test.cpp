@@ -9,8 +9,7 @@
 #include "phonepim/model/CCustomType.h"
 #include "phonepim/platform/Errors.h"
 #include "phonepim/versit/ReadAccount.h"
-#include "vcard/vCardReadTestSupport.h"
-#include "vcard/vCardWriteTestSupport.h"
+#include "vcard/vCardTestSupport.h"
 
 namespace phonepim {
 namespace {

@@ -10,8 +10,7 @@
 #include "phonepim/platform/Assert.h"
 #include "phonepim/platform/Errors.h"
 #include "phonepim/platform/Log.h"
-#include "vcard/vCardReadTestSupport.h"
-#include "vcard/vCardWriteTestSupport.h"
+#include "vcard/vCardTestSupport.h"
 
 namespace phonepim {
 namespace {

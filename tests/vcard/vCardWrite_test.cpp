@@ -15,7 +15,7 @@
 #include "phonepim/model/CContact.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
-#include "vcard/vCardWriteTestSupport.h"
+#include "vcard/vCardTestSupport.h"
 #include "vcard/vCardWriterText.h"
 
 namespace phonepim {
@@ -25,6 +25,7 @@ using testing_support::AssertionPattern;
 using testing_support::BytesOf;
 using testing_support::ScopedWriterDefaults;
 using testing_support::Written;
+using testing_vcard::Day;
 
 class vcard_write : public ::testing::Test {
  protected:
@@ -148,14 +149,6 @@ TEST_F(vcard_write, AddRName_writes_the_reading_name) {
 }
 
 // --- Dates ---------------------------------------------------------------
-
-DateComponents Day(std::int64_t year, std::int64_t month, std::int64_t day) {
-  DateComponents date;
-  date.year = year;
-  date.month = month;
-  date.day = day;
-  return date;
-}
 
 TEST_F(vcard_write, birthday_and_anniversary_write_the_same_value) {
   const struct {
