@@ -119,6 +119,9 @@ TEST(read_lenient, escaped_values_settle_on_the_first_pass) {
   const testing_support::ScopedWriterDefaults defaults;
   vCard::LenientReading(true);
   vCard::NonstandardEscChar(true);
+  // Elements and extension items keep their escapes.
+  EXPECT_EQ(Describe(*Read(Card("EMAIL:a\\;b@x\r\nX-A:c\\;d\r\n"))),
+            "EMAIL(0)=a\\;b@x; X:X-A=c\\;d");
   std::string text = Card("N:Sales Dept.\\Manager;a\\;b\\\\;;;\r\n");
   std::string first;
   for (int pass = 0; pass < 3; ++pass) {
