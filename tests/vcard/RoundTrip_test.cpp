@@ -13,15 +13,17 @@
 #include "phonepim/model/CContact.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
-#include "vcard/vCardReadTestSupport.h"
-#include "vcard/vCardWriteTestSupport.h"
+#include "vcard/vCardTestSupport.h"
 
 namespace phonepim {
 namespace {
 
 using testing_support::BytesOf;
 using testing_support::ScopedWriterDefaults;
+using testing_vcard::Day;
 using testing_vcard::Describe;
+using testing_vcard::Label;
+using testing_vcard::Read;
 
 struct Options {
   bool escape = false;       // sm_fNonstandardEscChar
@@ -40,26 +42,6 @@ std::string Write(const CContact& contact, int phoneStyle) {
   vObject object;
   vCard::Generate(&contact, &object, phoneStyle);
   return BytesOf(object);
-}
-
-std::unique_ptr<CContact> ReadAs(const std::string& text, const String& kind) {
-  auto contact = std::make_unique<CContact>(kind);
-  vObject object;
-  object.object()->SetData(reinterpret_cast<const unsigned char*>(text.data()), text.size());
-  vCard::Parse(contact.get(), &object);
-  return contact;
-}
-
-DateComponents Day(std::int64_t year, std::int64_t month, std::int64_t day) {
-  DateComponents date;
-  date.year = year;
-  date.month = month;
-  date.day = day;
-  return date;
-}
-
-std::shared_ptr<const String> Label(String text) {
-  return std::make_shared<const String>(std::move(text));
 }
 
 // --- Contacts that survive whole ----------------------------------------
@@ -166,27 +148,9 @@ struct SurvivingCase {
   std::function<void(CContact&)> fill;
 };
 
-void PrintTo(const SurvivingCase& c, std::ostream* os) { *os << c.name; }
-
-class round_trip : public ::testing::TestWithParam<SurvivingCase> {
- protected:
-  ScopedWriterDefaults defaults_;
-};
-
-TEST_P(round_trip, keeps_every_shared_field) {
-  const SurvivingCase& c = GetParam();
-  Apply(c.options);
-  CContact original(c.kind);
-  c.fill(original);
-  const std::string text = Write(original, c.options.phoneStyle);
-  const std::unique_ptr<CContact> back = ReadAs(text, c.kind);
-  EXPECT_EQ(Describe(*back), Describe(original)) << text;
-  EXPECT_EQ(Write(*back, c.options.phoneStyle), text);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    contacts, round_trip,
-    ::testing::Values(
+TEST(round_trip, keeps_every_shared_field) {
+  const ScopedWriterDefaults defaults;
+  const SurvivingCase cases[] = {
         SurvivingCase{"person", u"Contact", {}, Person},
         SurvivingCase{"person_with_irmc_reading", u"Contact", {false, true, false, 0},
                       [](CContact& c) {
@@ -209,8 +173,18 @@ INSTANTIATE_TEST_SUITE_P(
         SurvivingCase{"zandor_person", u"Contact", {false, false, false, 1}, ZandorPerson},
         SurvivingCase{"group", u"Group", {}, Group},
         SurvivingCase{"smart_group", u"Group", {}, SmartGroup},
-        SurvivingCase{"empty_person", u"Contact", {}, [](CContact&) {}}),
-    [](const ::testing::TestParamInfo<SurvivingCase>& info) { return info.param.name; });
+        SurvivingCase{"empty_person", u"Contact", {}, [](CContact&) {}}};
+  for (const SurvivingCase& c : cases) {
+    ScopedWriterDefaults::Reset();
+    Apply(c.options);
+    CContact original(c.kind);
+    c.fill(original);
+    const std::string text = Write(original, c.options.phoneStyle);
+    const std::unique_ptr<CContact> back = Read(text, c.kind);
+    EXPECT_EQ(Describe(*back), Describe(original)) << c.name << "\n" << text;
+    EXPECT_EQ(Write(*back, c.options.phoneStyle), text) << c.name;
+  }
+}
 
 // --- What does not survive, by design -----------------------------------
 
@@ -221,25 +195,9 @@ struct LossCase {
   const char* readBack;  // Describe() of the contact read back
 };
 
-void PrintTo(const LossCase& c, std::ostream* os) { *os << c.name; }
-
-class round_trip_loss : public ::testing::TestWithParam<LossCase> {
- protected:
-  ScopedWriterDefaults defaults_;
-};
-
-TEST_P(round_trip_loss, reads_back_as_stated) {
-  const LossCase& c = GetParam();
-  Apply(c.options);
-  CContact original(u"Contact");
-  c.fill(original);
-  const std::string text = Write(original, c.options.phoneStyle);
-  EXPECT_EQ(Describe(*ReadAs(text, u"Contact")), c.readBack) << text;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    fields, round_trip_loss,
-    ::testing::Values(
+TEST(round_trip_loss, reads_back_as_stated) {
+  const ScopedWriterDefaults defaults;
+  const LossCase cases[] = {
         LossCase{"reading_first_name_needs_irmc",
                  {},
                  [](CContact& c) {
@@ -247,10 +205,6 @@ INSTANTIATE_TEST_SUITE_P(
                    c.SetRLName(u"yamada");
                  },
                  "RL=yamada"},
-        LossCase{"reading_first_name_alone_is_not_written",
-                 {},
-                 [](CContact& c) { c.SetRFName(u"taro"); },
-                 ""},
         LossCase{"account_name_type_and_revision_are_not_written",
                  {},
                  [](CContact& c) {
@@ -261,31 +215,6 @@ INSTANTIATE_TEST_SUITE_P(
                    c.SetExtension(u"77");
                  },
                  ""},
-        LossCase{"double_colons_become_one",
-                 {},
-                 [](CContact& c) {
-                   c.SetFName(u"a::b");
-                   c.NewTelephone("1::2", 0, 0);
-                 },
-                 "FN=a:b; TEL(0)=1:2"},
-        LossCase{"underscore_in_quoted_printable_reads_as_space",
-                 {},
-                 [](CContact& c) {
-                   c.SetFName(u"John_Doe Smith");
-                   c.SetTitle(u"snake_case");
-                 },
-                 "FN=John Doe Smith; TITLE=snake_case"},
-        LossCase{"semicolon_splits_an_unescaped_structured_value",
-                 {},
-                 [](CContact& c) { c.Name().SetName(u"a;b", 0); },
-                 "N=a|b||||||"},
-        LossCase{"backslash_drops_the_next_character_of_a_structured_value",
-                 {},
-                 [](CContact& c) {
-                   c.Name().SetName(u"a\\bc", 0);
-                   c.setAssistant(u"x;y");
-                 },
-                 "N=a\\c|||||||; ASSISTANT=x\\y; ASSISTANT#="},
         LossCase{"escaping_turns_a_semicolon_into_a_backslash",
                  {true, false, false, 0},
                  [](CContact& c) {
@@ -314,10 +243,6 @@ INSTANTIATE_TEST_SUITE_P(
                    c.NewEmail("a@b", kEmailTypePref | kEmailTypeHome, 0);
                  },
                  "EMAIL(10000001)=a@b; ADR(10,label=Summer house)=||Main St|||||"},
-        LossCase{"read_only_group_type",
-                 {},
-                 [](CContact& c) { c.SetGroupType(3); },
-                 ""},
         LossCase{"dtmf_and_ptt_wipe_the_types_before_them",
                  {},
                  [](CContact& c) {
@@ -392,13 +317,6 @@ INSTANTIATE_TEST_SUITE_P(
                    org->Additional() = {u"", u"Lab"};
                  },
                  "ORG(0)=Acme|||+Lab"},
-        LossCase{"leading_white_space_is_dropped",
-                 {},
-                 [](CContact& c) {
-                   c.NewTelephone(" 12", 0, 0);
-                   c.SetTitle(u"\tBoss");
-                 },
-                 "TEL(0)=12; TITLE=Boss"},
         // The parameters say quoted-printable, the text is not: the reader
         // decodes "=42" and drops the '=' of "=v2"; "=de" makes a byte that
         // is no UTF-8, and the address reads back empty.
@@ -408,8 +326,16 @@ INSTANTIATE_TEST_SUITE_P(
                    c.NewURL("http://x.org/?id=42&k=v2", kURLTypeHome, 0);
                    c.NewURL("http://x.org/?c=de", kURLTypeWork, 1);
                  },
-                 "URL(1)=http://x.org/?idB&kv2; URL(2)="}),
-    [](const ::testing::TestParamInfo<LossCase>& info) { return info.param.name; });
+                 "URL(1)=http://x.org/?idB&kv2; URL(2)="}};
+  for (const LossCase& c : cases) {
+    ScopedWriterDefaults::Reset();
+    Apply(c.options);
+    CContact original(u"Contact");
+    c.fill(original);
+    const std::string text = Write(original, c.options.phoneStyle);
+    EXPECT_EQ(Describe(*Read(text)), c.readBack) << c.name << "\n" << text;
+  }
+}
 
 // A person's group fields and a group's person fields have no place in the
 // card of the other kind.
@@ -417,10 +343,10 @@ TEST(round_trip_case, each_kind_writes_only_its_own_fields) {
   const ScopedWriterDefaults defaults;
   CContact group(u"Group");
   Person(group);
-  EXPECT_EQ(Describe(*ReadAs(Write(group, 0), u"Group")), "PHOTO=11");
+  EXPECT_EQ(Describe(*Read(Write(group, 0), u"Group")), "PHOTO=11");
   CContact person(u"Contact");
   Group(person);
-  EXPECT_EQ(Describe(*ReadAs(Write(person, 0), u"Contact")), "PHOTO=5:0102030405");
+  EXPECT_EQ(Describe(*Read(Write(person, 0))), "PHOTO=5:0102030405");
 }
 
 // ORG and X-IM register the parameter name as their label, and the name of
@@ -437,7 +363,7 @@ TEST(round_trip_case, an_organization_label_that_needs_quoted_printable_becomes_
                        "Acme;;\r\n"),
             std::string::npos)
       << first;
-  const std::string second = Write(*ReadAs(first, u"Contact"), 0);
+  const std::string second = Write(*Read(first), 0);
   EXPECT_NE(second.find("ORG;X-CUSTOM(CHARSET):Acme;;\r\nX-IM;X-CUSTOM(CHARSET):me\r\n"),
             std::string::npos)
       << second;
@@ -454,8 +380,8 @@ TEST(round_trip_case, a_long_address_label_alternates_between_two_forms) {
   contact.NewAddress("Lane 1", kAddressTypeCustom, 0,
                      Label(u"Summe" + String(50, u'\u000E') + u"r house"));
   const std::string first = Write(contact, 0);
-  const std::string second = Write(*ReadAs(first, u"Contact"), 0);
-  const std::string third = Write(*ReadAs(second, u"Contact"), 0);
+  const std::string second = Write(*Read(first), 0);
+  const std::string third = Write(*Read(second), 0);
   EXPECT_NE(second, first);
   EXPECT_EQ(third, first);
 }
@@ -474,7 +400,7 @@ TEST(round_trip_case, an_assistant_ending_in_a_backslash_never_settles) {
     const std::size_t at = text.find("X-ASSISTANT:");
     ASSERT_NE(at, std::string::npos) << text;
     lines.push_back(text.substr(at, text.find('\r', at) - at));
-    text = Write(*ReadAs(text, u"Contact"), 0);
+    text = Write(*Read(text), 0);
   }
   EXPECT_EQ(lines, (std::vector<std::string>{"X-ASSISTANT:O\\\\;", "X-ASSISTANT:O\\\\\\;;",
                                              "X-ASSISTANT:O\\\\\\\\;",
@@ -492,12 +418,12 @@ TEST(round_trip_case, underscores_grow_the_text_a_backslash_then_eats) {
   const ScopedAssertionHandler handler(ThrowingAssertionHandler);
   const std::string card =
       "BEGIN:VCARD\r\nVERSION:2.1\r\nN:a\\bc d" + std::string(100, '_') + "\r\nEND:VCARD\r\n";
-  std::string text = Write(*ReadAs(card, u"Contact"), 0);
+  std::string text = Write(*Read(card), 0);
   const std::size_t first = text.size();
   std::size_t largest = first;
   int passes = 1;
   for (;;) {
-    std::string next = Write(*ReadAs(text, u"Contact"), 0);
+    std::string next = Write(*Read(text), 0);
     if (next == text) break;
     largest = std::max(largest, next.size());
     text = std::move(next);

@@ -10,7 +10,7 @@
 #include "phonepim/platform/Assert.h"
 #include "phonepim/platform/Errors.h"
 #include "phonepim/platform/Log.h"
-#include "vcard/vCardReadTestSupport.h"
+#include "vcard/vCardTestSupport.h"
 
 namespace phonepim {
 namespace {
@@ -75,6 +75,14 @@ TEST(read_speed_dial, of_256_bytes_fails_the_assertion) {
   EXPECT_EQ(Describe(*Read(Card("X-SPEEDDIAL:" + value + "\r\n"))),
             "SPEED=7,0,-1,-1,-1,-1,-1,-1,-1,-1");
   EXPECT_DEATH(Read(Card("X-SPEEDDIAL:" + value + "1\r\n")), AssertionPattern("len < 256"));
+  // Lenient reading keeps that value whole as an extension item.
+  const testing_support::ScopedWriterDefaults defaults;
+  const ScopedAssertionHandler throwing(&ThrowingAssertionHandler);
+  vCard::LenientReading(true);
+  EXPECT_EQ(Describe(*Read(Card("X-SPEEDDIAL:" + value + "\r\n"))),
+            "SPEED=7,0,-1,-1,-1,-1,-1,-1,-1,-1");
+  EXPECT_EQ(Describe(*Read(Card("X-SPEEDDIAL:" + value + "1\r\n"))),
+            "X:X-SPEEDDIAL=" + value + "1");
 }
 
 TEST(read_without_contact, fails_the_assertion_at_the_first_value) {

@@ -10,7 +10,7 @@
 #include "phonepim/encoding/Encoding.h"
 #include "phonepim/model/CCustomType.h"
 #include "phonepim/versit/vParser.h"
-#include "vcard/vCardReadTestSupport.h"
+#include "vcard/vCardTestSupport.h"
 #include "vcard/vCardReaderInternal.h"
 
 namespace phonepim {
@@ -57,52 +57,42 @@ Classification Classify(std::string_view head) {
   return probe.seen;
 }
 
-struct ClassificationRow {
-  const char* head;
-  Classification expected;
-};
-
-void PrintTo(const ClassificationRow& row, std::ostream* os) { *os << row.head; }
-
-class classify_property : public ::testing::TestWithParam<ClassificationRow> {};
-
-TEST_P(classify_property, sets_code_charset_encoding_and_types) {
-  EXPECT_EQ(Classify(GetParam().head), GetParam().expected);
+TEST(classify_property, sets_code_charset_encoding_and_types) {
+  const struct {
+    const char* head;
+    Classification expected;
+  } rows[] = {
+      // types
+      {"TEL;CELL;PREF", {9, 0, 0, 0x10000020}},
+      {"TEL;HOME;DTMF", {9, 0, 0, 0x2000}},
+      {"TEL;DTMF;HOME", {9, 0, 0, 0x2001}},
+      {"TEL;WORK;PTT;X-CALLBACK;X-ETC", {9, 0, 0, 0x4c000}},
+      {"TEL;VOICE;FAX;MSG;PAGER;BBS;MODEM;CAR;ISDN;VIDEO;INTERNET",
+       {9, 0, 0, 0x1fdc}},
+      {"TEL;TYPE=HOME;home;Pref;X-IRMC-N", {9, 0, 0, 0}},
+      {"EMAIL;PREF;HOME;WORK;CELL;X-ETC;INTERNET", {10, 0, 0, 0x1000000f}},
+      {"ADR;CELL", {12, 0, 0, 0x8}},
+      {"ADR;X-ETC;PREF;WORK", {12, 0, 0, 0x10000006}},
+      {"URL;PREF;HOME;WORK;CELL;X-ETC", {11, 0, 0, 0x10000003}},
+      {"ORG;HOME;WORK;X-ETC;PREF;CELL", {16, 0, 0, 0xb}},
+      {"X-IM;AIM;WINDOWSLIVE;YAHOO;SKYPE;QQ;GOOGLETALK;ICQ;JABBER;HOME",
+       {23, 0, 0, 0xff}},
+      {"SOUND;X-IRMC-N;HOME", {6, 0, 0, 0x1}},
+      {"NOTE;HOME;X-IRMC-N;X-CUSTOM(A)", {13, 0, 0, 0}},
+      {"tel;HOME", {-1, 0, 0, 0}},
+      // charset and encoding
+      {"FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE", {3, 1, 1, 0}},
+      {"FN;CHARSET=SHIFT_JIS;BASE64", {3, 2, 2, 0}},
+      {"FN;CHARSET=utf-8;ENCODING=quoted-printable", {3, -1, -1, 0}},
+      {"FN;CHARSET=UTF8;ENCODING=8BIT", {3, -1, -1, 0}},
+      {"FN;QUOTED-PRINTABLE;ENCODING=b", {3, 0, -1, 0}},
+      {"FN;ENCODING=BASE64;QUOTED-PRINTABLE", {3, 0, 1, 0}},
+      {"FN;TYPE=QUOTED-PRINTABLE;8BIT", {3, 0, 0, 0}},
+      {"FN;CHARSET", {3, -1, 0, 0}},
+      {"X-FOO;CHARSET=UTF-8", {-1, 1, 0, 0}},
+  };
+  for (const auto& row : rows) EXPECT_EQ(Classify(row.head), row.expected) << row.head;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    types, classify_property,
-    ::testing::Values(
-        ClassificationRow{"TEL;CELL;PREF", {9, 0, 0, 0x10000020}},
-        ClassificationRow{"TEL;HOME;DTMF", {9, 0, 0, 0x2000}},
-        ClassificationRow{"TEL;DTMF;HOME", {9, 0, 0, 0x2001}},
-        ClassificationRow{"TEL;WORK;PTT;X-CALLBACK;X-ETC", {9, 0, 0, 0x4c000}},
-        ClassificationRow{"TEL;VOICE;FAX;MSG;PAGER;BBS;MODEM;CAR;ISDN;VIDEO;INTERNET",
-                          {9, 0, 0, 0x1fdc}},
-        ClassificationRow{"TEL;TYPE=HOME;home;Pref;X-IRMC-N", {9, 0, 0, 0}},
-        ClassificationRow{"EMAIL;PREF;HOME;WORK;CELL;X-ETC;INTERNET", {10, 0, 0, 0x1000000f}},
-        ClassificationRow{"ADR;CELL", {12, 0, 0, 0x8}},
-        ClassificationRow{"ADR;X-ETC;PREF;WORK", {12, 0, 0, 0x10000006}},
-        ClassificationRow{"URL;PREF;HOME;WORK;CELL;X-ETC", {11, 0, 0, 0x10000003}},
-        ClassificationRow{"ORG;HOME;WORK;X-ETC;PREF;CELL", {16, 0, 0, 0xb}},
-        ClassificationRow{"X-IM;AIM;WINDOWSLIVE;YAHOO;SKYPE;QQ;GOOGLETALK;ICQ;JABBER;HOME",
-                          {23, 0, 0, 0xff}},
-        ClassificationRow{"SOUND;X-IRMC-N;HOME", {6, 0, 0, 0x1}},
-        ClassificationRow{"NOTE;HOME;X-IRMC-N;X-CUSTOM(A)", {13, 0, 0, 0}},
-        ClassificationRow{"tel;HOME", {-1, 0, 0, 0}}));
-
-INSTANTIATE_TEST_SUITE_P(
-    charset_and_encoding, classify_property,
-    ::testing::Values(
-        ClassificationRow{"FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE", {3, 1, 1, 0}},
-        ClassificationRow{"FN;CHARSET=SHIFT_JIS;BASE64", {3, 2, 2, 0}},
-        ClassificationRow{"FN;CHARSET=utf-8;ENCODING=quoted-printable", {3, -1, -1, 0}},
-        ClassificationRow{"FN;CHARSET=UTF8;ENCODING=8BIT", {3, -1, -1, 0}},
-        ClassificationRow{"FN;QUOTED-PRINTABLE;ENCODING=b", {3, 0, -1, 0}},
-        ClassificationRow{"FN;ENCODING=BASE64;QUOTED-PRINTABLE", {3, 0, 1, 0}},
-        ClassificationRow{"FN;TYPE=QUOTED-PRINTABLE;8BIT", {3, 0, 0, 0}},
-        ClassificationRow{"FN;CHARSET", {3, -1, 0, 0}},
-        ClassificationRow{"X-FOO;CHARSET=UTF-8", {-1, 1, 0, 0}}));
 
 TEST(classify_property_name, gives_each_known_name_its_code) {
   const char* const names[] = {

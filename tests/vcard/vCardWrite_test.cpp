@@ -15,7 +15,7 @@
 #include "phonepim/model/CContact.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
-#include "vcard/vCardWriteTestSupport.h"
+#include "vcard/vCardTestSupport.h"
 #include "vcard/vCardWriterText.h"
 
 namespace phonepim {
@@ -25,6 +25,7 @@ using testing_support::AssertionPattern;
 using testing_support::BytesOf;
 using testing_support::ScopedWriterDefaults;
 using testing_support::Written;
+using testing_vcard::Day;
 
 class vcard_write : public ::testing::Test {
  protected:
@@ -33,66 +34,40 @@ class vcard_write : public ::testing::Test {
 
 // --- Ordinary text properties --------------------------------------------
 
-using TextWriter = void (*)(String&, const std::optional<String>&);
-
-struct TextProperty {
-  const char* name;
-  const char16_t* property;
-  TextWriter writer;
-};
-
-void PrintTo(const TextProperty& p, std::ostream* os) { *os << p.name; }
-
-class vcard_write_text : public ::testing::TestWithParam<TextProperty> {
- protected:
-  String Write(const std::optional<String>& text) const {
-    String out;
-    GetParam().writer(out, text);
-    return out;
+// Each writer of a text property, on the same texts.
+TEST_F(vcard_write, text_properties_are_plain_quoted_printable_or_escaped) {
+  const struct {
+    const char16_t* property;
+    void (*writer)(String&, const std::optional<String>&);
+  } writers[] = {{u"FN", vCard::AddFName},          {u"NICKNAME", vCard::AddNName},
+                 {u"TITLE", vCard::AddTitle},       {u"ROLE", vCard::AddRole},
+                 {u"NOTE", vCard::AddNote},         {u"X-HOBBY", vCard::AddHobby},
+                 {u"X-ACCOUNT", vCard::AddAccount}, {u"X-SPOUSE", vCard::AddSpouse},
+                 {u"X-CHILDREN", vCard::AddChildren}, {u"GN", vCard::AddGroupName},
+                 {u"X-GDISPN", vCard::AddGroupDisplayName}};
+  for (const auto& w : writers) {
+    SCOPED_TRACE(ToDisplayUTF8(w.property));
+    vCard::NonstandardEscChar(false);
+    const auto Write = [&](const std::optional<String>& text) {
+      String out;
+      w.writer(out, text);
+      return out;
+    };
+    const auto Line = [&](const String& rest) { return w.property + rest + u"\r\n"; };
+    EXPECT_EQ(Write(std::nullopt), u"");
+    EXPECT_EQ(Write(u""), u"");
+    EXPECT_EQ(Write(u"a::b"), Line(u":a:b"));
+    EXPECT_EQ(Write(u"a;b\\c"), Line(u":a;b\\c"));
+    EXPECT_EQ(Write(u"J\u00F6rg Doe"),
+              Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:J=C3=B6rg=20Doe"));
+    EXPECT_EQ(Write(u"1+1=2"), Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:1+1=3D2"));
+    EXPECT_EQ(Write(u"line\r\nnext"),
+              Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:line=0D=0Anext"));
+    vCard::NonstandardEscChar(true);
+    EXPECT_EQ(Write(u"a;b\\c"), Line(u":a\\;b\\\\c"));
+    EXPECT_EQ(Write(u"a b;c"), Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=20b\\;c"));
   }
-  String Line(const String& rest) const { return GetParam().property + rest + u"\r\n"; }
-  ScopedWriterDefaults defaults_;
-};
-
-TEST_P(vcard_write_text, writes_nothing_for_missing_or_empty_text) {
-  EXPECT_EQ(Write(std::nullopt), u"");
-  EXPECT_EQ(Write(u""), u"");
 }
-
-TEST_P(vcard_write_text, plain_text_goes_out_as_it_is) {
-  EXPECT_EQ(Write(u"Hello!"), Line(u":Hello!"));
-  EXPECT_EQ(Write(u"a::b"), Line(u":a:b"));
-  EXPECT_EQ(Write(u"a;b\\c"), Line(u":a;b\\c"));
-}
-
-TEST_P(vcard_write_text, text_that_needs_it_is_quoted_printable) {
-  EXPECT_EQ(Write(u"J\u00F6rg Doe"),
-            Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:J=C3=B6rg=20Doe"));
-  EXPECT_EQ(Write(u"1+1=2"), Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:1+1=3D2"));
-  EXPECT_EQ(Write(u"line\r\nnext"),
-            Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:line=0D=0Anext"));
-}
-
-TEST_P(vcard_write_text, escapes_only_with_the_nonstandard_escape_option) {
-  vCard::NonstandardEscChar(true);
-  EXPECT_EQ(Write(u"a;b\\c"), Line(u":a\\;b\\\\c"));
-  EXPECT_EQ(Write(u"a b;c"), Line(u";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=20b\\;c"));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    writers, vcard_write_text,
-    ::testing::Values(TextProperty{"FN", u"FN", vCard::AddFName},
-                      TextProperty{"NICKNAME", u"NICKNAME", vCard::AddNName},
-                      TextProperty{"TITLE", u"TITLE", vCard::AddTitle},
-                      TextProperty{"ROLE", u"ROLE", vCard::AddRole},
-                      TextProperty{"NOTE", u"NOTE", vCard::AddNote},
-                      TextProperty{"X_HOBBY", u"X-HOBBY", vCard::AddHobby},
-                      TextProperty{"X_ACCOUNT", u"X-ACCOUNT", vCard::AddAccount},
-                      TextProperty{"X_SPOUSE", u"X-SPOUSE", vCard::AddSpouse},
-                      TextProperty{"X_CHILDREN", u"X-CHILDREN", vCard::AddChildren},
-                      TextProperty{"GN", u"GN", vCard::AddGroupName},
-                      TextProperty{"X_GDISPN", u"X-GDISPN", vCard::AddGroupDisplayName}),
-    [](const ::testing::TestParamInfo<TextProperty>& info) { return info.param.name; });
 
 // The writers encode without QPEncode's intermediate copies; the text must
 // be what QPEncode gives.
@@ -125,100 +100,67 @@ CName TwoPartName(const String& family, const String& given) {
   return name;
 }
 
-struct ReadingNameCase {
-  const char* name;
-  bool useReadingLastName;
-  std::optional<String> first;
-  std::optional<String> last;
-  const char16_t* expected;
-};
-
-void PrintTo(const ReadingNameCase& c, std::ostream* os) { *os << c.name; }
-
-class vcard_write_sound : public ::testing::TestWithParam<ReadingNameCase> {
- protected:
-  ScopedWriterDefaults defaults_;
-};
-
-TEST_P(vcard_write_sound, writes_the_reading_name) {
-  const ReadingNameCase& c = GetParam();
-  vCard::UseReadingLastName(c.useReadingLastName);
-  EXPECT_EQ(Written([&](String& out) { vCard::AddRName(out, c.first, c.last); }), c.expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    cases, vcard_write_sound,
-    ::testing::Values(
-        ReadingNameCase{"both_missing", true, std::nullopt, std::nullopt, u""},
-        ReadingNameCase{"both_empty", true, u"", u"", u""},
-        ReadingNameCase{"irmc_last_then_first", true, u"taro", u"yamada",
+TEST_F(vcard_write, AddRName_writes_the_reading_name) {
+  const struct {
+    const char* name;
+    bool useReadingLastName;
+    std::optional<String> first;
+    std::optional<String> last;
+    const char16_t* expected;
+  } rows[] = {
+      {"both_missing", true, std::nullopt, std::nullopt, u""},
+      {"both_empty", true, u"", u"", u""},
+      {"irmc_last_then_first", true, u"taro", u"yamada",
                         u"SOUND;X-IRMC-N:yamada;taro;;;\r\n"},
-        ReadingNameCase{"irmc_first_only", true, u"taro", std::nullopt,
+      {"irmc_first_only", true, u"taro", std::nullopt,
                         u"SOUND;X-IRMC-N:;taro;;;\r\n"},
-        ReadingNameCase{"irmc_escapes_always", true, u"a;b", u"c\\d",
+      {"irmc_escapes_always", true, u"a;b", u"c\\d",
                         u"SOUND;X-IRMC-N:c\\\\d;a\\;b;;;\r\n"},
-        ReadingNameCase{"irmc_quoted_printable", true, u"\u30BF\u30ED\u30A6", u"yamada",
+      {"irmc_quoted_printable", true, u"\u30BF\u30ED\u30A6", u"yamada",
                         u"SOUND;X-IRMC-N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:"
                         u"yamada;=E3=82=BF=E3=83=AD=E3=82=A6;;;\r\n"},
-        ReadingNameCase{"plain_last_name_only", false, u"taro", u"yamada", u"SOUND:yamada\r\n"},
-        ReadingNameCase{"plain_nothing_without_last_name", false, u"taro", u"", u""},
-        ReadingNameCase{"plain_does_not_escape", false, u"", u"a;b", u"SOUND:a;b\r\n"},
-        ReadingNameCase{"plain_quoted_printable", false, u"", u"y d",
-                        u"SOUND;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:y=20d\r\n"}),
-    [](const ::testing::TestParamInfo<ReadingNameCase>& info) { return info.param.name; });
-
-// --- Dates ---------------------------------------------------------------
-
-struct DateCase {
-  const char* name;
-  std::optional<DateComponents> date;
-  std::uint32_t type;
-  const char16_t* value;  // null: nothing written
-};
-
-void PrintTo(const DateCase& c, std::ostream* os) { *os << c.name; }
-
-DateComponents Day(std::int64_t year, std::int64_t month, std::int64_t day) {
-  DateComponents date;
-  date.year = year;
-  date.month = month;
-  date.day = day;
-  return date;
-}
-
-class vcard_write_date : public ::testing::TestWithParam<DateCase> {
- protected:
-  ScopedWriterDefaults defaults_;
-};
-
-TEST_P(vcard_write_date, birthday_and_anniversary_write_the_same_value) {
-  const DateCase& c = GetParam();
-  const String birthday =
-      Written([&](String& out) { vCard::AddBirtyDate(out, c.date, c.type); });
-  const String anniversary =
-      Written([&](String& out) { vCard::AddAnnivesaryDate(out, c.date, c.type); });
-  if (c.value == nullptr) {
-    EXPECT_EQ(birthday, u"");
-    EXPECT_EQ(anniversary, u"");
-  } else {
-    EXPECT_EQ(birthday, u"BDAY:" + String(c.value) + u"\r\n");
-    EXPECT_EQ(anniversary, u"X-ANNIVERSARY:" + String(c.value) + u"\r\n");
+      {"plain_last_name_only", false, u"taro", u"yamada", u"SOUND:yamada\r\n"},
+      {"plain_nothing_without_last_name", false, u"taro", u"", u""},
+      {"plain_does_not_escape", false, u"", u"a;b", u"SOUND:a;b\r\n"},
+      {"plain_quoted_printable", false, u"", u"y d",
+                        u"SOUND;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:y=20d\r\n"},
+  };
+  for (const auto& c : rows) {
+    vCard::UseReadingLastName(c.useReadingLastName);
+    EXPECT_EQ(Written([&](String& out) { vCard::AddRName(out, c.first, c.last); }), c.expected)
+        << c.name;
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    cases, vcard_write_date,
-    ::testing::Values(DateCase{"no_date", std::nullopt, 0, nullptr},
-                      DateCase{"plain", Day(2001, 2, 1), 0, u"20010201"},
-                      DateCase{"lunar", Day(1999, 12, 31), 1, u"19991231L"},
-                      DateCase{"type_2", Day(1999, 1, 1), 2, u"19990101Y"},
-                      DateCase{"type_3_has_no_suffix", Day(1999, 1, 1), 3, u"19990101"},
-                      DateCase{"negative_int_type_has_no_suffix", Day(1999, 1, 1), 0xFFFFFFFFu,
+// --- Dates ---------------------------------------------------------------
+
+TEST_F(vcard_write, birthday_and_anniversary_write_the_same_value) {
+  const struct {
+    const char* name;
+    std::optional<DateComponents> date;
+    std::uint32_t type;
+    const char16_t* value;  // null: nothing written
+  } rows[] = {
+      {"no_date", std::nullopt, 0, nullptr},
+      {"plain", Day(2001, 2, 1), 0, u"20010201"},
+      {"lunar", Day(1999, 12, 31), 1, u"19991231L"},
+      {"type_2", Day(1999, 1, 1), 2, u"19990101Y"},
+      {"type_3_has_no_suffix", Day(1999, 1, 1), 3, u"19990101"},
+      {"negative_int_type_has_no_suffix", Day(1999, 1, 1), 0xFFFFFFFFu,
                                u"19990101"},
-                      DateCase{"padded", Day(5, 3, 4), 0, u"00050304"},
-                      DateCase{"undefined_month_prints_as_minus_one",
-                               Day(2001, kUndefinedComponent, 9), 0, u"2001-109"}),
-    [](const ::testing::TestParamInfo<DateCase>& info) { return info.param.name; });
+      {"padded", Day(5, 3, 4), 0, u"00050304"},
+      {"undefined_month_prints_as_minus_one",
+                               Day(2001, kUndefinedComponent, 9), 0, u"2001-109"},
+  };
+  for (const auto& c : rows) {
+    const String birthday = Written([&](String& out) { vCard::AddBirtyDate(out, c.date, c.type); });
+    const String anniversary =
+        Written([&](String& out) { vCard::AddAnnivesaryDate(out, c.date, c.type); });
+    EXPECT_EQ(birthday, c.value ? u"BDAY:" + String(c.value) + u"\r\n" : String()) << c.name;
+    EXPECT_EQ(anniversary, c.value ? u"X-ANNIVERSARY:" + String(c.value) + u"\r\n" : String())
+        << c.name;
+  }
+}
 
 TEST(vcard_write_date_death, a_type_beyond_the_table_stops_the_writer) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
@@ -316,54 +258,34 @@ TEST_F(vcard_write, line_builders_and_one_line_writers) {
 
 // --- Speed dial ----------------------------------------------------------
 
-struct SpeedDialCase {
-  const char* name;
-  int numbers;
-  std::vector<std::pair<int, std::int32_t>> slots;  // index, slot
-  const char* line;                                 // null: no line
-};
-
-void PrintTo(const SpeedDialCase& c, std::ostream* os) { *os << c.name; }
-
-class vcard_write_speed_dial : public ::testing::TestWithParam<SpeedDialCase> {
- protected:
-  ScopedWriterDefaults defaults_;
-};
-
-TEST_P(vcard_write_speed_dial, writes_one_entry_per_number) {
-  const SpeedDialCase& c = GetParam();
-  CContact contact(u"Contact");
-  for (int i = 0; i < c.numbers; ++i) contact.NewTelephone(std::to_string(i).c_str(), 0, i);
-  for (const auto& [index, slot] : c.slots) contact.SetSpeedDial(slot, index);
-  vObject object;
-  vCard::Generate(&contact, &object);
-  std::string expected = "BEGIN:VCARD\r\nVERSION:2.1\r\n";
-  for (int i = 0; i < c.numbers; ++i) expected += "TEL:" + std::to_string(i) + "\r\n";
-  if (c.line != nullptr) expected += std::string(c.line) + "\r\n";
-  expected += "END:VCARD\r\n";
-  EXPECT_EQ(BytesOf(object), expected);
+TEST_F(vcard_write, speed_dial_has_one_entry_per_number) {
+  const struct {
+    const char* name;
+    int numbers;
+    std::vector<std::pair<int, std::int32_t>> slots;  // index, slot
+    const char* line;                                 // null: no line
+  } rows[] = {
+      {"no_slot_no_line", 3, {}, nullptr},
+      {"one_number_gets_a_trailing_comma", 1, {{0, 3}}, "X-SPEEDDIAL:3,"},
+      {"empty_slots_are_spaces", 3, {{1, 7}}, "X-SPEEDDIAL: ,7, "},
+      {"slot_zero_counts", 2, {{0, 0}}, "X-SPEEDDIAL:0, "},
+      {"slots_without_numbers_do_not_count", 2, {{5, 9}}, nullptr},
+      {"numbers_past_ten_are_empty", 12, {{0, 1}, {9, 2}}, "X-SPEEDDIAL:1, , , , , , , , ,2, , "},
+  };
+  for (const auto& c : rows) {
+    CContact contact(u"Contact");
+    for (int i = 0; i < c.numbers; ++i) contact.NewTelephone(std::to_string(i).c_str(), 0, i);
+    for (const auto& [index, slot] : c.slots) contact.SetSpeedDial(slot, index);
+    vObject object;
+    vCard::Generate(&contact, &object);
+    std::string expected = "BEGIN:VCARD\r\nVERSION:2.1\r\n";
+    for (int i = 0; i < c.numbers; ++i) expected += "TEL:" + std::to_string(i) + "\r\n";
+    if (c.line != nullptr) expected += std::string(c.line) + "\r\n";
+    EXPECT_EQ(BytesOf(object), expected + "END:VCARD\r\n") << c.name;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    cases, vcard_write_speed_dial,
-    ::testing::Values(
-        SpeedDialCase{"no_slot_no_line", 3, {}, nullptr},
-        SpeedDialCase{"one_number_gets_a_trailing_comma", 1, {{0, 3}}, "X-SPEEDDIAL:3,"},
-        SpeedDialCase{"empty_slots_are_spaces", 3, {{1, 7}}, "X-SPEEDDIAL: ,7, "},
-        SpeedDialCase{"slot_zero_counts", 2, {{0, 0}}, "X-SPEEDDIAL:0, "},
-        SpeedDialCase{"slots_without_numbers_do_not_count", 2, {{5, 9}}, nullptr},
-        SpeedDialCase{"numbers_past_ten_are_empty", 12, {{0, 1}, {9, 2}},
-                      "X-SPEEDDIAL:1, , , , , , , , ,2, , "}),
-    [](const ::testing::TestParamInfo<SpeedDialCase>& info) { return info.param.name; });
 
 // --- Generate ------------------------------------------------------------
-
-TEST_F(vcard_write, an_empty_person_is_three_lines) {
-  CContact contact(u"Contact");
-  vObject object;
-  vCard::Generate(&contact, &object);
-  EXPECT_EQ(BytesOf(object), "BEGIN:VCARD\r\nVERSION:2.1\r\nEND:VCARD\r\n");
-}
 
 TEST_F(vcard_write, Generate_replaces_the_object_bytes_and_ignores_null) {
   CContact contact(u"Group");
@@ -449,7 +371,7 @@ std::string PersonLines(const std::string& tel) {
   return lines;
 }
 
-TEST_F(vcard_write, a_full_person_in_property_order) {
+TEST_F(vcard_write, a_full_person_in_property_order_in_each_phone_style) {
   CContact contact(u"Contact");
   FillPerson(contact);
   vObject object;
@@ -459,12 +381,7 @@ TEST_F(vcard_write, a_full_person_in_property_order) {
   vCard::Generate(&contact, &object, 0);
   EXPECT_EQ(BytesOf(object), PersonLines("TEL;PREF;CELL:+1-555-0100\r\n"
                                          "TEL;WORK;VOICE:+1-555-0101\r\n"));
-}
-
-TEST_F(vcard_write, a_phone_style_writes_numbers_the_zandor_way) {
-  CContact contact(u"Contact");
-  FillPerson(contact);
-  vObject object;
+  // The zandor style.
   vCard::Generate(&contact, &object, 1);
   EXPECT_EQ(BytesOf(object), PersonLines("TEL;PREF;HOME;CELL:+1-555-0100\r\n"
                                          "TEL;WORK:+1-555-0101\r\n"));

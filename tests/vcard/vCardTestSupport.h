@@ -1,6 +1,10 @@
-// Reading cards in tests, and a one-line description of everything a
-// contact holds, so that a table row can state the whole expected result.
+// Reading and writing cards in tests: the codec's process-wide options
+// reset around each test, a one-line description of everything a contact
+// holds (so that a table row can state the whole expected result), and the
+// bytes a writer gives.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <memory>
@@ -8,6 +12,8 @@
 #include <string_view>
 
 #include "phonepim/model/CContact.h"
+#include "phonepim/model/CCustomType.h"
+#include "phonepim/platform/String.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
 
@@ -24,11 +30,23 @@ inline std::string Card(std::string_view lines) {
   return "BEGIN:VCARD\r\nVERSION:2.1\r\n" + std::string(lines) + "END:VCARD\r\n";
 }
 
-inline std::unique_ptr<CContact> Read(std::string_view text) {
-  auto contact = std::make_unique<CContact>(u"Contact");
+inline std::unique_ptr<CContact> Read(std::string_view text, const String& kind = u"Contact") {
+  auto contact = std::make_unique<CContact>(kind);
   const vObject object = MakeObject(text);
   vCard::Parse(contact.get(), &object);
   return contact;
+}
+
+inline DateComponents Day(std::int64_t year, std::int64_t month, std::int64_t day) {
+  DateComponents date;
+  date.year = year;
+  date.month = month;
+  date.day = day;
+  return date;
+}
+
+inline std::shared_ptr<const String> Label(String text) {
+  return std::make_shared<const String>(std::move(text));
 }
 
 inline std::string Hex(std::uint32_t value) {
@@ -147,3 +165,59 @@ inline std::string Describe(const CContact& c) {
 }
 
 }  // namespace phonepim::testing_vcard
+
+// The codec's options and the custom-label table are process-wide: every
+// test starts from the defaults and an empty table and leaves them so.
+namespace phonepim::testing_support {
+
+class ScopedWriterDefaults {
+ public:
+  ScopedWriterDefaults()
+      : escape_(vCard::sm_fNonstandardEscChar),
+        reading_(vCard::sm_fUseReadingLastName),
+        url_(vCard::sm_fURLNotQPEncode),
+        lenient_(vCard::sm_fLenientReading) {
+    Reset();
+  }
+  ~ScopedWriterDefaults() {
+    vCard::NonstandardEscChar(escape_);
+    vCard::UseReadingLastName(reading_);
+    vCard::URLNotQPEncode(url_);
+    vCard::LenientReading(lenient_);
+    CCustomType::Inst().DeleteAllItem();
+  }
+  ScopedWriterDefaults(const ScopedWriterDefaults&) = delete;
+  ScopedWriterDefaults& operator=(const ScopedWriterDefaults&) = delete;
+
+  static void Reset() {
+    vCard::NonstandardEscChar(false);
+    vCard::UseReadingLastName(false);
+    vCard::URLNotQPEncode(false);
+    vCard::LenientReading(false);
+    CCustomType::Inst().DeleteAllItem();
+  }
+
+ private:
+  bool escape_;
+  bool reading_;
+  bool url_;
+  bool lenient_;
+};
+
+/// The text a writer appends to an empty string.
+template <class Writer>
+String Written(Writer writer) {
+  String out;
+  writer(out);
+  return out;
+}
+
+/// The bytes of a vObject as text (the writer stores UTF-8).
+inline std::string BytesOf(const vObject& object) {
+  const auto* data = object.object()->GetData();
+  return data == nullptr ? std::string()
+                         : std::string(reinterpret_cast<const char*>(data),
+                                       object.object()->GetSize());
+}
+
+}  // namespace phonepim::testing_support
