@@ -138,6 +138,10 @@ INSTANTIATE_TEST_SUITE_P(
         ReadRow{kLenient, "SUMMARY;CHARSET=ISO-8859-1:caf\xe9\r\n"
                 "LOCATION;encoding=quoted-printable;charset=utf-8:=C3=A9\r\n",
                 "summary=café; loc=é"},
+        // A blank line ends the value before it, also after a soft break.
+        ReadRow{kLenient, "DESCRIPTION:hello\r\n\r\nLOCATION;ENCODING=QUOTED-PRINTABLE:a=\r\n\r\n"
+                "SUMMARY:b\r\n",
+                "summary=b; desc=hello; loc=a"},
         ReadRow{kLenient, "DUE:x\r\nDUE:20090221T000000Z\r\nDUE:y\r\n",
                 "due=20090221T0000Z; x:DUE=x; x:DUE=y"},
         ReadRow{kLenient, "X-ALLDAY:SET\r\nDTSTART:20090221T000000\r\nDTEND:20090221T000000\r\n",
