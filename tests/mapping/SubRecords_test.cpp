@@ -28,14 +28,11 @@ struct Kind {
   const char* assertion;
 };
 
-#define PHONEPIM_KIND(name, listKey, add, modify, assertion)                                   \
-  Kind {                                                                                       \
-    name, listKey, [](Table& t, const String& id, const Dictionary& d, const String& c) {      \
-      t.add(id, d, c);                                                                         \
-    },                                                                                         \
-        [](Table& t, const String& id, Dictionary d, const String& c) { t.modify(id, d, c); }, \
-        assertion                                                                              \
-  }
+#define PHONEPIM_KIND(name, listKey, add, modify, assertion)                                  \
+  Kind{name, listKey,                                                                         \
+       [](Table& t, const String& id, const Dictionary& d, const String& c) { t.add(id, d, c); }, \
+       [](Table& t, const String& id, Dictionary d, const String& c) { t.modify(id, d, c); },  \
+       assertion}
 
 const Kind kKinds[] = {
     PHONEPIM_KIND("phone", u"phone numbers", addDataForPhoneID, modifyDataForPhoneID,
@@ -73,13 +70,12 @@ TEST_P(sub_record_kind, adds_and_modifies_in_its_own_list) {
   ScratchFolder base;
   Table table(u"M", u"1", base.path());
   table.addMeta(Dictionary{{u"State", u"AddedBySyncDB"}, {u"vCardID", u"V"}}, u"C");
-  const Dictionary one{{u"value", u"1"}};
+  const Dictionary one{{u"value", u"1"}}, two{{u"value", u"2"}};
   kind.add(table, u"S1", one, u"C");
   kind.add(table, u"S2", one, u"C");
-  kind.modify(table, u"S2", Dictionary{{u"value", u"2"}}, u"C");
+  kind.modify(table, u"S2", two, u"C");
   EXPECT_EQ(table.meta(u"C")->at(kind.listKey),
-            Value(Array{Entry(u"S1", one, u"Added"),
-                        Entry(u"S2", Dictionary{{u"value", u"2"}}, u"Modified")}));
+            Value(Array{Entry(u"S1", one, u"Added"), Entry(u"S2", two, u"Modified")}));
   EXPECT_EQ(StateOf(table, u"C"), u"Modified");
   EXPECT_EQ(table.dbIDForVCardID(u"V"), u"C");
   table.meta(u"C")->insert_or_assign(kind.listKey, Array{Value(u"S2")});
@@ -94,51 +90,39 @@ TEST(sub_record_rule, marks_the_contact_and_matches_by_identifier) {
   ScratchFolder base;
   Table table(u"M", u"1", base.path());
   // Adding marks the contact unless the store added it.
-  for (const char16_t* state : {u"AddedBySyncDB", u"Modified", u"RemovedByPellarin", u""}) {
+  for (const char16_t* state : {u"AddedBySyncDB", u"Modified", u""}) {
     table.addMeta(Dictionary{{u"State", state}, {u"phone numbers", u"not a list"}}, u"C");
     table.addDataForPhoneID(u"S", Dictionary{}, u"C");
     EXPECT_EQ(StateOf(table, u"C"), String(state) == u"AddedBySyncDB" ? state : u"ModifiedBySyncDB");
     EXPECT_EQ(table.meta(u"C")->at(u"phone numbers"), Value(Array{Entry(u"S", {}, u"Added")}));
   }
-  // Without an entry nothing happens.
+  // Without an entry, or without a match, nothing happens.
   table.addDBID(u"P", u"Q");
   table.addDataForPhoneID(u"S", Dictionary{}, u"P");
   table.addDataForPhoneID(u"S", Dictionary{}, u"missing");
   table.modifyDataForPhoneID(u"S", Dictionary{}, u"missing");
-  table.modifyDataForPhoneID(u"9", Dictionary{}, u"C");  // no match
+  table.modifyDataForPhoneID(u"9", Dictionary{}, u"C");
   EXPECT_EQ(StateOf(table, u"C"), u"ModifiedBySyncDB");
   EXPECT_EQ(table.count(), 3u);
   EXPECT_EQ(table.mTable().at(u"P"), Value(u"Q"));
-
   // Modify takes the first match, skips identifiers that are not text and
   // does not look past the match for entries without one.
-  table.addMeta(Dictionary{{u"State", u"NoChange"},
-                           {u"phone numbers", Array{Dictionary{{u"identifier", 5}},
-                                                    Entry(u"5", {}, u"Added"),
-                                                    Entry(u"5", {}, u"Added"),
-                                                    Dictionary{{u"State", u"New"}}}}},
+  const Dictionary numeric{{u"identifier", 5}}, noID{{u"State", u"New"}};
+  table.addMeta({{u"State", u"NoChange"},
+                 {u"phone numbers", Array{numeric, Entry(u"5", {}, u"Added"),
+                                          Entry(u"5", {}, u"Added"), noID}}},
                 u"D");
   table.modifyDataForPhoneID(u"5", Dictionary{{u"value", u"v"}}, u"D");
-  EXPECT_EQ(table.meta(u"D")->at(u"phone numbers"),
-            Value(Array{Dictionary{{u"identifier", 5}},
-                        Entry(u"5", Dictionary{{u"value", u"v"}}, u"Modified"),
-                        Entry(u"5", {}, u"Added"), Dictionary{{u"State", u"New"}}}));
-  EXPECT_EQ(StateOf(table, u"D"), u"Modified");
-
-  // An entry without identifier before the match fails the assertion, and a
-  // failed modify changes nothing.
+  EXPECT_EQ(*table.meta(u"D"),
+            (Dictionary{{u"State", u"Modified"},
+                        {u"phone numbers",
+                         Array{numeric, Entry(u"5", Dictionary{{u"value", u"v"}}, u"Modified"),
+                               Entry(u"5", {}, u"Added"), noID}}}));
+  // An entry without identifier before the match fails; nothing changes.
   ScopedAssertionHandler throwing(&ThrowingAssertionHandler);
-  table.addMeta(Dictionary{{u"State", u"NoChange"},
-                           {u"phone numbers", Array{Dictionary{}, Entry(u"S1", {}, u"Added")}}},
-                u"E");
+  table.addMeta({{u"phone numbers", Array{Dictionary{}, Entry(u"S1", {}, u"Added")}}}, u"E");
   const Dictionary before = *table.meta(u"E");
-  try {
-    table.modifyDataForPhoneID(u"S1", Dictionary{{u"value", u"v"}}, u"E");
-    ADD_FAILURE() << "no assertion";
-  } catch (const AssertionFailure& failure) {
-    EXPECT_EQ(failure.text(), "metaPhoneID != nil");
-    EXPECT_NE(failure.function().find("modifyDataForPhoneID"), std::string::npos);
-  }
+  EXPECT_THROW(table.modifyDataForPhoneID(u"S1", Dictionary{}, u"E"), AssertionFailure);
   EXPECT_EQ(*table.meta(u"E"), before);
 }
 
