@@ -29,8 +29,6 @@ class ScratchFolder {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
   }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
   const std::filesystem::path& path() const { return path_; }
 
  private:
@@ -49,8 +47,6 @@ class LogRecorder {
     SetLogSink(previousSink_);
     gVCARD_DEBUGMODE = previousDebug_;
   }
-  LogRecorder(const LogRecorder&) = delete;
-  LogRecorder& operator=(const LogRecorder&) = delete;
   static std::vector<std::string>& messages() {
     static std::vector<std::string> recorded;
     return recorded;

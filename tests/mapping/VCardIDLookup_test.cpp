@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <random>
 #include <string>
 
 #include "MappingTestSupport.h"
@@ -143,50 +142,6 @@ TEST_P(vcard_id_lookup_after, answers_as_the_walk_does) {
 
 INSTANTIATE_TEST_SUITE_P(writes, vcard_id_lookup_after, testing::ValuesIn(kWrites),
                          [](const auto& info) { return std::string(info.param.name); });
-
-// Random operations of every kind that can touch a "vCardID", pointers from
-// meta() kept and written through later, each step checked against the walk.
-TEST(vcard_id_lookup, agrees_with_the_walk_under_random_operations) {
-  ScratchFolder base;
-  ContactIDMappingTable table(u"M", u"1", base.path());
-  std::mt19937 random(20240229);
-  const auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-  const auto key = [&] { return u"K" + StringFromASCII(std::to_string(pick(24))); };
-  const auto vCardID = [&] { return u"V" + StringFromASCII(std::to_string(pick(6))); };
-  std::vector<Dictionary*> held;  // emptied by every operation that may remove an entry
-  for (int step = 0; step < 4000; ++step) {
-    const int operation = pick(14);
-    if (operation < 8 || operation > 10) held.clear();
-    switch (operation) {
-      case 0: table.addMeta(Dictionary{{u"vCardID", vCardID()}}, key()); break;
-      case 1: table.addMeta(Dictionary{{u"State", u"New"}}, key()); break;
-      case 2: table.addContact(key(), Dictionary{}); break;
-      case 3: table.addDBID(key(), vCardID()); break;
-      case 4: table.changeVCardID(vCardID(), key()); break;
-      case 5: table.removeContacts({key(), key()}); break;
-      case 6: pick(2) ? table.removeContact(key()) : table.removeVCardID(key()); break;
-      case 7: table.changeRecordIDOfMeta(key()); break;
-      case 8:
-        if (Dictionary* entry = table.meta(key())) held.push_back(entry);
-        break;
-      case 9:
-        if (!held.empty()) (*held[random() % held.size()])[u"vCardID"] = vCardID();
-        break;
-      case 10:
-        if (auto edit = table.editMeta(key())) (*edit)[u"vCardID"] = vCardID();
-        break;
-      case 11:
-        table.setRemovedTagToAllMeta();
-        if (pick(2)) table.removeAllRemovedTagRecords();
-        break;
-      case 12: table.addDataForRelationID(u"R", Dictionary{}, key(), u"vCardID"); break;
-      case 13: table.modifyContact(key(), Dictionary{{u"vCardID", vCardID()}}); break;
-    }
-    for (const char16_t* id : {u"V0", u"V1", u"V2", u"V3", u"V4", u"V5"}) {
-      ASSERT_EQ(table.dbIDForVCardID(id), Walk(table, id)) << "step " << step;
-    }
-  }
-}
 
 }  // namespace
 }  // namespace phonepim
