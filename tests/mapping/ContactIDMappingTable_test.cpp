@@ -125,12 +125,16 @@ Dictionary SubRecord(const String& id, const String& state, const String& owner)
 
 String IdOf(const Value& v) { return v.get<Dictionary>().at(u"identifier").get<String>(); }
 
+// An array of texts.
+Array Ids(std::initializer_list<String> ids) { return Array(ids.begin(), ids.end()); }
+
 TEST_F(ContactTable, change_record_id_moves_the_contact_and_renumbers_live_sub_records) {
   table_.addMeta({{u"State", u"Modified"}, {u"vCardID", u"V"},
                   {u"Contact Data", Dictionary{{u"first name", u"A"},
-                                               {u"phone numbers", Array{Value(u"P1"), Value(u"P3")}},
-                                               {u"email addresses", Array{Value(u"E1")}}}},
-                  {u"phone numbers", Array{SubRecord(u"P1", u"NoChange", u"C"), SubRecord(u"P2", u"Delete", u"C"),
+                                               {u"phone numbers", Ids({u"P1", u"P3"})},
+                                               {u"email addresses", Ids({u"E1"})}}},
+                  {u"phone numbers", Array{SubRecord(u"P1", u"NoChange", u"C"),
+                                           SubRecord(u"P2", u"Delete", u"C"),
                                            SubRecord(u"P3", u"New", u"C")}},
                   {u"email addresses", Array{SubRecord(u"E1", u"Added", u"C")}},
                   {u"IMs", Array{SubRecord(u"I1", u"Delete", u"C")}},
@@ -165,14 +169,14 @@ TEST_F(ContactTable, change_record_id_moves_the_contact_and_renumbers_live_sub_r
   // The store record's references follow the renumbering, in place.
   EXPECT_EQ(now.at(u"Contact Data"),
             Value(Dictionary{{u"first name", u"A"},
-                             {u"phone numbers", Array{Value(IdOf(phones[0])), Value(IdOf(phones[2]))}},
-                             {u"email addresses", Array{Value(IdOf(mails[0]))}}}));
+                             {u"phone numbers", Ids({IdOf(phones[0]), IdOf(phones[2])})},
+                             {u"email addresses", Ids({IdOf(mails[0])})}}));
 }
 
 TEST_F(ContactTable, replace_contents_rebuilds_lists_and_references) {
   table_.addMeta({{u"State", u"NoChange"}, {u"vCardID", u"V"}, {u"custom list", Array{Value(1)}},
-                  {u"Contact Data", Dictionary{{u"first name", u"A"}, {u"URLs", Array{Value(u"U0")}},
-                                               {u"phone numbers", Array{Value(u"P0")}}}},
+                  {u"Contact Data", Dictionary{{u"first name", u"A"}, {u"URLs", Ids({u"U0"})},
+                                               {u"phone numbers", Ids({u"P0"})}}},
                   {u"phone numbers", Array{SubRecord(u"P0", u"NoChange", u"C")}},
                   {u"URLs", Array{SubRecord(u"U0", u"NoChange", u"C")}}},
                  u"C");
@@ -185,10 +189,12 @@ TEST_F(ContactTable, replace_contents_rebuilds_lists_and_references) {
   };
   ASSERT_TRUE(table_.replaceContactContentsWithIdentifer(u"C", replacement));
   EXPECT_EQ(*table_.meta(u"C"),
-            (Dictionary{{u"State", u"NoChange"}, {u"vCardID", u"V"}, {u"custom list", Array{Value(1)}},
+            (Dictionary{{u"State", u"NoChange"}, {u"vCardID", u"V"},
+                        {u"custom list", Array{Value(1)}},
                         {u"Contact Data", Dictionary{{u"first name", u"A"},
-                                                     {u"phone numbers", Array{Value(u"P1"), Value(u"P3")}}}},
-                        {u"phone numbers", Array{SubRecord(u"P1", u"New", u"C"), SubRecord(u"P2", u"Delete", u"C"),
+                                                     {u"phone numbers", Ids({u"P1", u"P3"})}}},
+                        {u"phone numbers", Array{SubRecord(u"P1", u"New", u"C"),
+                                                 SubRecord(u"P2", u"Delete", u"C"),
                                                  SubRecord(u"P3", u"NoChange", u"C")}},
                         {u"dates", Array{SubRecord(u"D1", u"Delete", u"C")}}}));
   EXPECT_EQ(table_.dbIDForVCardID(u"V"), u"C");
@@ -197,15 +203,16 @@ TEST_F(ContactTable, replace_contents_rebuilds_lists_and_references) {
 }
 
 TEST_F(ContactTable, remove_identifier_drops_sub_records_and_their_references) {
-  table_.addMeta({{u"Contact Data", Dictionary{{u"phone numbers", Array{Value(u"X"), Value(u"P")}}}},
-                  {u"phone numbers", Array{SubRecord(u"X", u"New", u"A"), SubRecord(u"P", u"New", u"A")}},
+  table_.addMeta({{u"Contact Data", Dictionary{{u"phone numbers", Ids({u"X", u"P"})}}},
+                  {u"phone numbers",
+                   Array{SubRecord(u"X", u"New", u"A"), SubRecord(u"P", u"New", u"A")}},
                   {u"relatives", Array{SubRecord(u"X", u"Delete", u"A")}}},
                  u"A");
   table_.addMeta(Dictionary{{u"URLs", Array{SubRecord(u"X", u"New", u"B"), Value(u"X")}}}, u"B");
   table_.addDBID(u"X", u"V");
   EXPECT_EQ(table_.removeIndentifier(u"X"), 3u);
   EXPECT_EQ(*table_.meta(u"A"),
-            (Dictionary{{u"Contact Data", Dictionary{{u"phone numbers", Array{Value(u"P")}}}},
+            (Dictionary{{u"Contact Data", Dictionary{{u"phone numbers", Ids({u"P"})}}},
                         {u"phone numbers", Array{SubRecord(u"P", u"New", u"A")}},
                         {u"relatives", Array{}}}));
   EXPECT_EQ(*table_.meta(u"B"), (Dictionary{{u"URLs", Array{Value(u"X")}}}));
@@ -303,7 +310,8 @@ TEST(sub_record_rule, marks_the_contact_and_matches_by_identifier) {
   for (const char16_t* state : {u"AddedBySyncDB", u"Modified", u""}) {
     table.addMeta(Dictionary{{u"State", state}, {u"phone numbers", u"not a list"}}, u"C");
     table.addDataForPhoneID(u"S", Dictionary{}, u"C");
-    EXPECT_EQ(StateOf(table, u"C"), String(state) == u"AddedBySyncDB" ? state : u"ModifiedBySyncDB");
+    EXPECT_EQ(StateOf(table, u"C"),
+              String(state) == u"AddedBySyncDB" ? state : u"ModifiedBySyncDB");
     EXPECT_EQ(table.meta(u"C")->at(u"phone numbers"), Value(Array{Entry(u"S", {}, u"Added")}));
   }
   // Without an entry, or without a match, nothing happens.

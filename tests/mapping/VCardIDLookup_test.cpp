@@ -105,7 +105,6 @@ const Write kWrites[] = {
        t.modifyContact(u"D", Dictionary{});
        t.setRemovedTagToAllMeta();
        t.removeAllRemovedTagRecords();
-       EXPECT_EQ(t.dbIDForVCardID(u"V2"), u"D");
      },
      nullptr, nullptr},
     {"changeRecordIDOfMeta",

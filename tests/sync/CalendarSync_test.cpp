@@ -23,54 +23,44 @@ const String kEntity = ISyncRecordEntityNameKey;
 const String kKnown = u"0000000000000012-Calendar-35_Appointment";
 constexpr double kStart = 1700000000.0;
 
-struct Identity {
-  const char* name;
-  std::optional<std::uint16_t> vCalID;
-  std::optional<String> dbRecordID;
-  std::int32_t state;
-  std::optional<String> vCalRecordID;
-  String dbRecordIDAfter;
-  std::uint16_t vcalIDAfter;
-};
-
-void PrintTo(const Identity& row, std::ostream* out) { *out << row.name; }
-
-const Identity kIdentities[] = {
-    {"phone_id_known", 12, std::nullopt, 3, kKnown, u"S-12", 12},
-    {"phone_id_new", 13, std::nullopt, 2, u"0000000000000013-Calendar-35_Appointment",
-     u"0000000000000013-Calendar-35_Appointment", 13},
-    {"store_id_known", std::nullopt, u"S-12", 3, kKnown, u"S-12", 12},
-    {"store_id_new", 5, u"S-99", 1, std::nullopt, u"S-99", 1},
-    {"neither", std::nullopt, std::nullopt, 0, std::nullopt, u"123456789ID_Calendar", 0},
-};
-
-class calendar_identity : public testing::TestWithParam<Identity> {};
-
-TEST_P(calendar_identity, resolves_through_the_table_on_disk) {
+TEST(calendar_identity, resolves_in_every_branch_through_the_table_on_disk) {
   ScratchFolder base;
   {
     Table table(u"N9", u"35", base.path());
     table.addCalendar(kKnown, u"S-12", Dictionary{});
     ASSERT_TRUE(table.save());
   }
-  const Identity& row = GetParam();
+  const String kNew = u"0000000000000013-Calendar-35_Appointment";
+  const struct {
+    std::optional<std::uint16_t> vCalID;
+    std::optional<String> dbRecordID;
+    std::int32_t state;
+    std::optional<String> vCalRecordID;
+    String dbRecordIDAfter;
+    std::uint16_t vcalIDAfter;
+  } rows[] = {
+      {12, std::nullopt, 3, kKnown, u"S-12", 12},      // phone ID known
+      {13, std::nullopt, 2, kNew, kNew, 13},           // phone ID new
+      {std::nullopt, u"S-12", 3, kKnown, u"S-12", 12},  // store ID known
+      {5, u"S-99", 1, std::nullopt, u"S-99", 1},        // store ID new: a temporary number
+      {std::nullopt, std::nullopt, 0, std::nullopt, u"123456789ID_Calendar", 0},
+  };
   auto table = std::make_shared<Table>(u"N9", u"35", base.path());
-  CCalendar entry;
-  entry.resolveIdentity(row.vCalID, u"35", row.dbRecordID, table);
-  EXPECT_EQ(entry.mState, row.state);
-  EXPECT_EQ(entry.vCalRecordID(), row.vCalRecordID);
-  EXPECT_EQ(entry.mDBRecordID, row.dbRecordIDAfter);
-  EXPECT_EQ(entry.mVcalID, row.vcalIDAfter);
-  EXPECT_EQ(entry.idMapper(), table);
-  ASSERT_EQ(entry.attendeeMapper() != nullptr, row.vCalRecordID.has_value());
-  if (row.vCalRecordID) {
-    EXPECT_EQ(entry.attendeeMapper()->vObjectID(), *row.vCalRecordID);
-    EXPECT_EQ(entry.attendeeMapper()->ownerID(), row.dbRecordIDAfter);
+  for (const auto& row : rows) {
+    CCalendar entry;
+    entry.resolveIdentity(row.vCalID, u"35", row.dbRecordID, table);
+    EXPECT_EQ(entry.mState, row.state);
+    EXPECT_EQ(entry.vCalRecordID(), row.vCalRecordID);
+    EXPECT_EQ(entry.mDBRecordID, row.dbRecordIDAfter);
+    EXPECT_EQ(entry.mVcalID, row.vcalIDAfter);
+    EXPECT_EQ(entry.idMapper(), table);
+    ASSERT_EQ(entry.attendeeMapper() != nullptr, row.vCalRecordID.has_value());
+    if (row.vCalRecordID) {
+      EXPECT_EQ(entry.attendeeMapper()->vObjectID(), *row.vCalRecordID);
+      EXPECT_EQ(entry.attendeeMapper()->ownerID(), row.dbRecordIDAfter);
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(branches, calendar_identity, testing::ValuesIn(kIdentities),
-                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(calendar_records, an_entry_without_identity_is_the_event_alone) {
   CCalendar plain;
@@ -84,55 +74,43 @@ TEST(calendar_records, an_entry_without_identity_is_the_event_alone) {
             (Dictionary{{kEntity, u"com.apple.calendars.Calendar"}, {u"title", u"N9"}}));
 }
 
-Array Numbers(std::initializer_list<std::int64_t> numbers) { return Array(numbers.begin(), numbers.end()); }
+Array Numbers(std::initializer_list<std::int64_t> numbers) {
+  return Array(numbers.begin(), numbers.end());
+}
 const Value kOne{std::int64_t{1}};
 
-struct Rule {
-  const char* name;
-  std::function<void(CRecurrence&)> set;
-  Dictionary keys;  // besides the entity name and the owner
-};
-
-void PrintTo(const Rule& rule, std::ostream* out) { *out << rule.name; }
-
-const Rule kRules[] = {
-    {"daily_until",
-     [](CRecurrence& r) {
-       r.SetDaily(2, 0, nullptr);
-       r.GetRecurrenceData()->setUntilDate(CDateTime(kStart + 864000, 0));
-     },
-     {{u"frequency", u"daily"}, {u"interval", std::int64_t{2}}, {u"until", Date{kStart + 864000}}}},
-    {"weekly_days",
-     [](CRecurrence& r) {
-       const Array days = Numbers({0, 3});
-       r.SetWeekly(1, 5, nullptr, &days);
-     },
-     {{u"frequency", u"weekly"}, {u"interval", kOne}, {u"weekstartday", kOne},
-      {u"sunday", Numbers({0})}, {u"wednesday", Numbers({0})}}},
-    {"monthly_by_position",
-     [](CRecurrence& r) { r.SetMonthlyByPos(3, Numbers({-1, 2}), Numbers({5}), 0, nullptr); },
-     {{u"frequency", u"monthly"}, {u"interval", std::int64_t{3}}, {u"friday", Numbers({-1, 2})}}},
-    {"monthly_by_day", [](CRecurrence& r) { r.SetMonthlyByDay(1, Numbers({-1, 15}), 0, nullptr); },
-     {{u"frequency", u"monthly"}, {u"interval", kOne}, {u"bymonthday", Numbers({-1, 15})}}},
-    {"yearly_by_month", [](CRecurrence& r) { r.SetYearlyByMonth(1, Numbers({6}), 0, nullptr); },
-     {{u"frequency", u"yearly"}, {u"interval", kOne}}},
-};
-
-class calendar_recurrence_record : public testing::TestWithParam<Rule> {};
-
-TEST_P(calendar_recurrence_record, has_the_keys_of_its_kind) {
-  CRecurrence rule;
-  GetParam().set(rule);
-  Dictionary expected = GetParam().keys;
-  expected.emplace(kEntity, u"com.apple.calendars.Recurrence");
-  expected.emplace(u"owner", Array{Value(u"S-1")});
-  EXPECT_EQ(RecurrenceContainer(u"V_Appointment", nullptr, u"S-1")
-                .createRecurrenceDataForDB(*rule.GetRecurrenceData()),
-            expected);
+TEST(calendar_recurrence_record, has_the_keys_of_its_kind) {
+  const std::pair<std::function<void(CRecurrence&)>, Dictionary> rules[] = {  // set; keys
+      {[](CRecurrence& r) {
+         r.SetDaily(2, 0, nullptr);
+         r.GetRecurrenceData()->setUntilDate(CDateTime(kStart + 864000, 0));
+       },
+       {{u"frequency", u"daily"}, {u"interval", std::int64_t{2}},
+        {u"until", Date{kStart + 864000}}}},
+      {[](CRecurrence& r) {
+         const Array days = Numbers({0, 3});
+         r.SetWeekly(1, 5, nullptr, &days);
+       },
+       {{u"frequency", u"weekly"}, {u"interval", kOne}, {u"weekstartday", kOne},
+        {u"sunday", Numbers({0})}, {u"wednesday", Numbers({0})}}},
+      {[](CRecurrence& r) { r.SetMonthlyByPos(3, Numbers({-1, 2}), Numbers({5}), 0, nullptr); },
+       {{u"frequency", u"monthly"}, {u"interval", std::int64_t{3}}, {u"friday", Numbers({-1, 2})}}},
+      {[](CRecurrence& r) { r.SetMonthlyByDay(1, Numbers({-1, 15}), 0, nullptr); },
+       {{u"frequency", u"monthly"}, {u"interval", kOne}, {u"bymonthday", Numbers({-1, 15})}}},
+      {[](CRecurrence& r) { r.SetYearlyByMonth(1, Numbers({6}), 0, nullptr); },
+       {{u"frequency", u"yearly"}, {u"interval", kOne}}},
+  };
+  for (const auto& [set, keys] : rules) {
+    CRecurrence rule;
+    set(rule);
+    Dictionary expected = keys;
+    expected.emplace(kEntity, u"com.apple.calendars.Recurrence");
+    expected.emplace(u"owner", Array{Value(u"S-1")});
+    EXPECT_EQ(RecurrenceContainer(u"V_Appointment", nullptr, u"S-1")
+                  .createRecurrenceDataForDB(*rule.GetRecurrenceData()),
+              expected);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(rules, calendar_recurrence_record, testing::ValuesIn(kRules),
-                         [](const auto& info) { return std::string(info.param.name); });
 
 // The sub-records' identifiers in the event, and "State/Link" of their meta
 // entries, list by list.
@@ -178,7 +156,8 @@ std::unique_ptr<CCalendar> ReadPhone(std::int32_t typeBits, bool changed,
   entry->UID = u"uid-1";
   entry->NewAttendee(u"ann@example.jp", ATTENDEE_ROLE_ATTENDEE, ATTENDEE_STATUS_DECLIENED, -1);
   entry->NewAttendee(changed ? u"cy@example.jp" : u"bob@example.jp", 1, 99, -1);
-  entry->addAlarm(std::make_unique<CReminder>())->SetRunTime(CDateTime(kStart - (changed ? 1000 : 600), 0));
+  entry->addAlarm(std::make_unique<CReminder>())
+      ->SetRunTime(CDateTime(kStart - (changed ? 1000 : 600), 0));
   entry->addAlarm(std::make_unique<CReminder>());  // no run time: no record
   const Array monday{kOne};
   CRecurrence* rule = entry->addRecurrence(std::make_unique<CRecurrence>());

@@ -61,12 +61,11 @@ TEST(synchronising_calendars_example, a_second_synchronisation_keeps_the_identif
   EXPECT_EQ(SynchroniseCalendarOnce(folder.path()), first);
   const String phoneID = u"0000000000000008-Calendar-356938035643809_Appointment";
   const CalendarIDMappingTable saved(u"N900", u"356938035643809", folder.path());
-  const Dictionary* meta = saved.meta(phoneID);
-  ASSERT_NE(meta, nullptr);
-  EXPECT_EQ(meta->at(u"State"), Value(u"AddedBySyncDB"));
-  EXPECT_EQ(meta->at(u"Data").get<Dictionary>().at(u"summary"), Value(u"Dentist"));
-  EXPECT_EQ(meta->at(u"Data").get<Dictionary>().at(u"audio alarms"), Value(Array{Value(first)}));
-  EXPECT_EQ(saved.vCalIDForDBID(meta->at(u"dbRecordID").get<String>()), phoneID);
+  const Dictionary& meta = *saved.meta(phoneID);
+  EXPECT_EQ(meta.at(u"State"), Value(u"AddedBySyncDB"));
+  EXPECT_EQ(meta.at(u"Data").get<Dictionary>().at(u"summary"), Value(u"Dentist"));
+  EXPECT_EQ(meta.at(u"Data").get<Dictionary>().at(u"audio alarms"), Value(Array{Value(first)}));
+  EXPECT_EQ(saved.vCalIDForDBID(meta.at(u"dbRecordID").get<String>()), phoneID);
 }
 
 // The first ```cpp block after `marker`.
