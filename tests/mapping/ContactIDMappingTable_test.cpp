@@ -307,8 +307,10 @@ TEST(sub_record_rule, marks_the_contact_and_matches_by_identifier) {
   ScratchFolder base;
   Table table(u"M", u"1", base.path());
   // Adding marks the contact unless the store added it.
-  for (const char16_t* state : {u"AddedBySyncDB", u"Modified", u""}) {
-    table.addMeta(Dictionary{{u"State", state}, {u"phone numbers", u"not a list"}}, u"C");
+  for (const char16_t* state : {u"AddedBySyncDB", u"Modified", u"-"}) {  // "-": no state
+    Dictionary contact{{u"phone numbers", u"not a list"}};
+    if (String(state) != u"-") contact.emplace(u"State", state);
+    table.addMeta(contact, u"C");
     table.addDataForPhoneID(u"S", Dictionary{}, u"C");
     EXPECT_EQ(StateOf(table, u"C"),
               String(state) == u"AddedBySyncDB" ? state : u"ModifiedBySyncDB");

@@ -63,12 +63,15 @@ TEST(calendar_identity, resolves_in_every_branch_through_the_table_on_disk) {
 }
 
 TEST(calendar_records, an_entry_without_identity_is_the_event_alone) {
-  CCalendar plain;
+  CCalendar plain;  // a task with out-of-range status, classification and priority
+  plain.vCalendarType = 0x40;
   plain.status = 10;
   plain.classification = 7;
+  plain.priority = 0;
   plain.createMetaData(u"CAL");
   EXPECT_EQ(plain.eventRecord(), (Dictionary{{kEntity, u"com.apple.calendars.Event"},
                                              {u"all day", false}, {u"classification", u"public"},
+                                             {u"priority", std::int64_t{10}},
                                              {u"calendar", Array{Value(u"CAL")}}}));
   EXPECT_EQ(calendar_record::NewCalendarRecord(u"N9"),
             (Dictionary{{kEntity, u"com.apple.calendars.Calendar"}, {u"title", u"N9"}}));
