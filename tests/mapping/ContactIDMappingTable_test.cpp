@@ -1,79 +1,57 @@
-// The table's operations on contacts, flat pairs, removal tags and new
-// identities.
+// The contact table's operations on contacts, flat pairs, removal tags, new
+// identities and sub-records.
 
 #include "phonepim/mapping/ContactIDMappingTable.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <functional>
 #include <regex>
-#include <set>
 #include <string>
 
 #include "MappingTestSupport.h"
+#include "model/AssertionPattern.h"
+#include "phonepim/platform/Assert.h"
 
 namespace phonepim {
 namespace {
 
 using testing_support::ScratchFolder;
 using testing_support::StateOf;
+using testing_support::AssertionPattern;
+using Table = ContactIDMappingTable;
 
 class ContactTable : public testing::Test {
  protected:
   ScratchFolder base_;
   ContactIDMappingTable table_{u"N95", u"35", base_.path()};
-
-  // A contact entry with the given state ("" for none) and vCard ID.
-  void AddEntry(const String& storeID, const String& state, const String& vCardID = u"") {
-    Dictionary entry;
-    if (!state.empty()) entry.emplace(u"State", state);
-    if (!vCardID.empty()) entry.emplace(u"vCardID", vCardID);
-    table_.addMeta(entry, storeID);
-  }
 };
 
 bool IsUUID(const String& text) {
-  static const std::regex pattern(
-      "[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}");
+  static const std::regex pattern("[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}");
   return std::regex_match(ToDisplayUTF8(text), pattern);
-}
-
-TEST_F(ContactTable, a_fresh_table_is_empty_and_counts_temporary_ids_from_one) {
-  EXPECT_EQ(table_.count(), 0u);
-  EXPECT_EQ(table_.countRemovedTagRecords(), 0u);
-  for (std::uint32_t expected : {1u, 2u}) EXPECT_EQ(table_.nextTemporaryID(), expected);
-  EXPECT_EQ(ContactIDMappingTable(u"N95", u"36", base_.path()).nextTemporaryID(), 1u);
-  table_.resetTemporaryID();
-  EXPECT_EQ(table_.mLastPhoneID(), 0u);
-  EXPECT_EQ(table_.nextTemporaryID(), 1u);
-  const String id = ContactIDMappingTable::newIdentifier();
-  EXPECT_TRUE(IsUUID(id)) << ToDisplayUTF8(id);
-  EXPECT_NE(ContactIDMappingTable::newIdentifier(), id);
-  const Dictionary data{{u"LMT", u"20240101T000000Z"}};
-  EXPECT_EQ(*ContactIDMappingTable::LMT(&data), Value(u"20240101T000000Z"));
-  EXPECT_EQ(ContactIDMappingTable::LMT(&table_.mTable()), nullptr);
-  EXPECT_EQ(ContactIDMappingTable::LMT(nullptr), nullptr);
 }
 
 TEST_F(ContactTable, flat_pairs_go_both_ways) {
   table_.addDBID(u"S", u"V-old");
   table_.addDBID(std::nullopt, u"7");
+  const Dictionary data{{u"LMT", u"1"}};
+  EXPECT_EQ(*ContactIDMappingTable::LMT(&data), Value(u"1"));
+  EXPECT_EQ(ContactIDMappingTable::LMT(nullptr), nullptr);
   EXPECT_EQ(table_.mTable(), (Dictionary{{u"S", u"V-old"}, {u"V-old", u"S"}, {u"7", u"7"}}));
   table_.changeVCardID(u"V-new", u"S");  // drops the old pair
   table_.changeVCardID(u"X", u"U");      // nothing old to drop
   EXPECT_EQ(table_.mTable(), (Dictionary{{u"S", u"V-new"}, {u"V-new", u"S"}, {u"7", u"7"},
                                          {u"U", u"X"}, {u"X", u"U"}}));
-  AddEntry(u"C", u"Modified", u"V");
+  table_.addMeta(Dictionary{{u"vCardID", u"V"}}, u"C");
   EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"V-new"), Value(u"S"));
-  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"C"), Value(Dictionary{{u"State", u"Modified"},
-                                                                     {u"vCardID", u"V"}}));
+  EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"C"), Value(Dictionary{{u"vCardID", u"V"}}));
   EXPECT_EQ(table_.checkDBIDForVCardRecordID(u"new"), Value(u"new"));
   EXPECT_EQ(table_.mTable().at(u"new"), Value(u"new"));
   EXPECT_TRUE(table_.hasVCardRecordIDForDBID(u"C"));
   EXPECT_FALSE(table_.hasVCardRecordIDForDBID(u"nothing"));
   table_.changeVCardID(u"V2", u"C");  // over a contact entry
   EXPECT_EQ(table_.mTable().at(u"C"), Value(u"V2"));
-  EXPECT_EQ(table_.dbIDForVCardID(u"V"), std::nullopt);
   for (const char16_t* key : {u"S", u"V-new", u"U", u"X", u"C", u"V2", u"nothing"}) {
     table_.removeVCardID(key);
   }
@@ -102,8 +80,7 @@ TEST_F(ContactTable, contact_entries_are_added_modified_and_removed) {
   table_.addContact(u"P", Dictionary{});
   EXPECT_EQ(*table_.meta(u"P"),
             (Dictionary{{u"Contact Data", Dictionary{}}, {u"State", u"AddedBySyncDB"}}));
-
-  for (const char16_t* key : {u"b", u"\u00e9", u"aa"}) AddEntry(key, u"");
+  for (const char16_t* key : {u"b", u"\u00e9", u"aa"}) table_.addMeta(Dictionary{}, key);
   const std::vector<String> sorted{u"C", u"P", u"Q", u"aa", u"b", u"\u00e9"};
   EXPECT_EQ(table_.allKeys(), sorted);
   EXPECT_EQ(std::vector<String>(table_.keyEnumerator().begin(), table_.keyEnumerator().end()),
@@ -114,48 +91,29 @@ TEST_F(ContactTable, contact_entries_are_added_modified_and_removed) {
   EXPECT_EQ(table_.allKeys(), (std::vector<String>{u"P", u"Q", u"\u00e9"}));
 }
 
-// --- Removal tags -----------------------------------------------------------
-
 TEST_F(ContactTable, removal_tag_spares_the_four_protected_states) {
-  const struct {
-    const char16_t* state;  // nullptr: no "State"
-    const char16_t* after;
-  } cases[] = {
-      {u"Removed", u"Removed"},
-      {u"ModifiedBySyncDB", u"ModifiedBySyncDB"},
-      {u"Modified", u"Modified"},
-      {u"AddedBySyncDB", u"AddedBySyncDB"},
-      {u"AddedByPellarin", u"RemovedByPellarin"},
+  // Key: the state before ("-" for none); expected state after.
+  const std::pair<const char16_t*, const char16_t*> cases[] = {
+      {u"Removed", u"Removed"},   {u"ModifiedBySyncDB", u"ModifiedBySyncDB"},
+      {u"Modified", u"Modified"}, {u"AddedBySyncDB", u"AddedBySyncDB"},
       {u"modified", u"RemovedByPellarin"},  // case matters
-      {nullptr, u"RemovedByPellarin"},
+      {u"-", u"RemovedByPellarin"},
   };
-  int n = 0;
-  for (const auto& c : cases) {
-    Dictionary entry;
-    if (c.state) entry.emplace(u"State", c.state);
-    table_.addMeta(entry, u"C" + StringFromASCII(std::to_string(n++)));
+  for (const auto& [state, after] : cases) {
+    table_.addMeta(String(state) == u"-" ? Dictionary{} : Dictionary{{u"State", state}}, state);
   }
-  table_.addMeta(Dictionary{{u"State", 7}}, u"numeric state");
   table_.addDBID(u"S", u"V");
-
   table_.setRemovedTagToAllMeta();
-  n = 0;
-  for (const auto& c : cases) {
-    EXPECT_EQ(StateOf(table_, u"C" + StringFromASCII(std::to_string(n++))), c.after)
-        << (c.state ? ToDisplayUTF8(c.state) : "no state");
-  }
-  EXPECT_EQ(StateOf(table_, u"numeric state"), u"RemovedByPellarin");
+  for (const auto& [state, after] : cases) EXPECT_EQ(StateOf(table_, state), after);
   EXPECT_EQ(table_.mTable().at(u"S"), Value(u"V"));  // pairs are not tagged
-  EXPECT_EQ(table_.countRemovedTagRecords(), 4u);
-  // An operation that sets the state again clears the tag.
-  table_.modifyContact(u"C4", Dictionary{});
+  EXPECT_EQ(table_.countRemovedTagRecords(), 2u);
+  table_.modifyContact(u"modified", Dictionary{});  // sets the state again: no tag
   table_.removeAllRemovedTagRecords();
   EXPECT_EQ(table_.countRemovedTagRecords(), 0u);
-  EXPECT_EQ(table_.allKeys(),
-            (std::vector<String>{u"C0", u"C1", u"C2", u"C3", u"C4", u"S", u"V"}));
+  EXPECT_EQ(table_.allKeys(), (std::vector<String>{u"AddedBySyncDB", u"Modified",
+                                                   u"ModifiedBySyncDB", u"Removed", u"S", u"V",
+                                                   u"modified"}));
 }
-
-// --- New identities ---------------------------------------------------------
 
 Dictionary SubRecord(const String& id, const String& state, const String& owner) {
   return Dictionary{{u"Data", Dictionary{{u"value", id + u"-value"},
@@ -165,69 +123,62 @@ Dictionary SubRecord(const String& id, const String& state, const String& owner)
                     {u"identifier", id}};
 }
 
+String IdOf(const Value& v) { return v.get<Dictionary>().at(u"identifier").get<String>(); }
+
+// An array of texts.
+Array Ids(std::initializer_list<String> ids) { return Array(ids.begin(), ids.end()); }
+
 TEST_F(ContactTable, change_record_id_moves_the_contact_and_renumbers_live_sub_records) {
-  Dictionary entry{
-      {u"State", u"Modified"},
-      {u"vCardID", u"V"},
-      {u"Contact Data", Dictionary{{u"first name", u"A"},
-                                   {u"phone numbers", Array{Value(u"P1"), Value(u"P3")}},
-                                   {u"email addresses", Array{Value(u"E1")}}}},
-      {u"phone numbers", Array{SubRecord(u"P1", u"NoChange", u"C"),
-                               SubRecord(u"P2", u"Delete", u"C"),
-                               SubRecord(u"P3", u"New", u"C")}},
-      {u"email addresses", Array{SubRecord(u"E1", u"Added", u"C")}},
-      {u"IMs", Array{SubRecord(u"I1", u"Delete", u"C")}},
-      {u"custom list", Array{SubRecord(u"X1", u"New", u"C")}},
-  };
-  table_.addMeta(entry, u"C");
+  table_.addMeta({{u"State", u"Modified"}, {u"vCardID", u"V"},
+                  {u"Contact Data", Dictionary{{u"first name", u"A"},
+                                               {u"phone numbers", Ids({u"P1", u"P3"})},
+                                               {u"email addresses", Ids({u"E1"})}}},
+                  {u"phone numbers", Array{SubRecord(u"P1", u"NoChange", u"C"),
+                                           SubRecord(u"P2", u"Delete", u"C"),
+                                           SubRecord(u"P3", u"New", u"C")}},
+                  {u"email addresses", Array{SubRecord(u"E1", u"Added", u"C")}},
+                  {u"IMs", Array{SubRecord(u"I1", u"Delete", u"C")}},
+                  {u"custom list", Array{SubRecord(u"X1", u"New", u"C")}}},
+                 u"C");
   table_.addDBID(u"S", u"V-S");
   EXPECT_EQ(table_.changeRecordIDOfMeta(u"S"), std::nullopt);  // no entry
   table_.removeVCardID(u"S");
-  table_.removeVCardID(u"V-S");
 
   const std::optional<String> moved = table_.changeRecordIDOfMeta(u"C");
   ASSERT_TRUE(moved);
   EXPECT_TRUE(IsUUID(*moved));
-  EXPECT_EQ(table_.allKeys(), std::vector<String>{*moved});
+  EXPECT_EQ(table_.allKeys(), (std::vector<String>{*moved, u"V-S"}));
   const Dictionary& now = *table_.meta(*moved);
   EXPECT_EQ(now.at(u"State"), Value(u"AddedByPellarin"));
-  EXPECT_EQ(now.at(u"vCardID"), Value(u"V"));
   EXPECT_EQ(table_.dbIDForVCardID(u"V"), *moved);
-
   const Array& phones = now.at(u"phone numbers").get<Array>();
   ASSERT_EQ(phones.size(), 3u);
-  const auto idOf = [](const Value& v) { return v.get<Dictionary>().at(u"identifier").get<String>(); };
+  EXPECT_TRUE(IsUUID(IdOf(phones[0])));
+  EXPECT_EQ(IdOf(phones[1]), u"P2");  // deleted entries keep theirs
+  EXPECT_TRUE(IsUUID(IdOf(phones[2])));
+  EXPECT_NE(IdOf(phones[0]), IdOf(phones[2]));
   const auto ownerOf = [](const Value& v) {
     return v.get<Dictionary>().at(u"Data").get<Dictionary>().at(u"contact");
   };
-  EXPECT_TRUE(IsUUID(idOf(phones[0])));
-  EXPECT_EQ(idOf(phones[1]), u"P2");  // deleted entries keep theirs
-  EXPECT_TRUE(IsUUID(idOf(phones[2])));
-  EXPECT_NE(idOf(phones[0]), idOf(phones[2]));
   EXPECT_EQ(ownerOf(phones[0]), Value(Array{Value(*moved)}));
   EXPECT_EQ(ownerOf(phones[1]), Value(Array{Value(u"C")}));
   const Array& mails = now.at(u"email addresses").get<Array>();
-  EXPECT_TRUE(IsUUID(idOf(mails[0])));
-  EXPECT_EQ(idOf(now.at(u"IMs").get<Array>()[0]), u"I1");
-  EXPECT_EQ(idOf(now.at(u"custom list").get<Array>()[0]), u"X1");  // not a known list
-
+  EXPECT_TRUE(IsUUID(IdOf(mails[0])));
+  EXPECT_EQ(IdOf(now.at(u"IMs").get<Array>()[0]), u"I1");
+  EXPECT_EQ(IdOf(now.at(u"custom list").get<Array>()[0]), u"X1");  // not a known list
   // The store record's references follow the renumbering, in place.
-  const Dictionary& data = now.at(u"Contact Data").get<Dictionary>();
-  EXPECT_EQ(data.at(u"phone numbers"),
-            Value(Array{Value(idOf(phones[0])), Value(idOf(phones[2]))}));
-  EXPECT_EQ(data.at(u"email addresses"), Value(Array{Value(idOf(mails[0]))}));
-  EXPECT_EQ(data.at(u"first name"), Value(u"A"));
+  EXPECT_EQ(now.at(u"Contact Data"),
+            Value(Dictionary{{u"first name", u"A"},
+                             {u"phone numbers", Ids({IdOf(phones[0]), IdOf(phones[2])})},
+                             {u"email addresses", Ids({IdOf(mails[0])})}}));
 }
 
 TEST_F(ContactTable, replace_contents_rebuilds_lists_and_references) {
-  table_.addMeta(Dictionary{{u"State", u"NoChange"},
-                            {u"vCardID", u"V"},
-                            {u"Contact Data", Dictionary{{u"first name", u"A"},
-                                                         {u"URLs", Array{Value(u"U0")}},
-                                                         {u"phone numbers", Array{Value(u"P0")}}}},
-                            {u"phone numbers", Array{SubRecord(u"P0", u"NoChange", u"C")}},
-                            {u"URLs", Array{SubRecord(u"U0", u"NoChange", u"C")}},
-                            {u"custom list", Array{Value(1)}}},
+  table_.addMeta({{u"State", u"NoChange"}, {u"vCardID", u"V"}, {u"custom list", Array{Value(1)}},
+                  {u"Contact Data", Dictionary{{u"first name", u"A"}, {u"URLs", Ids({u"U0"})},
+                                               {u"phone numbers", Ids({u"P0"})}}},
+                  {u"phone numbers", Array{SubRecord(u"P0", u"NoChange", u"C")}},
+                  {u"URLs", Array{SubRecord(u"U0", u"NoChange", u"C")}}},
                  u"C");
   const Dictionary replacement{
       {u"phone numbers", Array{SubRecord(u"P1", u"New", u"elsewhere"),
@@ -237,36 +188,31 @@ TEST_F(ContactTable, replace_contents_rebuilds_lists_and_references) {
       {u"State", u"ignored"},
   };
   ASSERT_TRUE(table_.replaceContactContentsWithIdentifer(u"C", replacement));
-  const Dictionary& entry = *table_.meta(u"C");
-  EXPECT_EQ(entry.at(u"phone numbers"),
-            Value(Array{SubRecord(u"P1", u"New", u"C"), SubRecord(u"P2", u"Delete", u"C"),
-                        SubRecord(u"P3", u"NoChange", u"C")}));
-  EXPECT_EQ(entry.at(u"dates"), Value(Array{SubRecord(u"D1", u"Delete", u"C")}));
-  EXPECT_FALSE(entry.contains(u"URLs"));
-  EXPECT_EQ(entry.at(u"custom list"), Value(Array{Value(1)}));
-  EXPECT_EQ(entry.at(u"State"), Value(u"NoChange"));
-  EXPECT_EQ(entry.at(u"Contact Data"),
-            Value(Dictionary{{u"first name", u"A"},
-                             {u"phone numbers", Array{Value(u"P1"), Value(u"P3")}}}));
+  EXPECT_EQ(*table_.meta(u"C"),
+            (Dictionary{{u"State", u"NoChange"}, {u"vCardID", u"V"},
+                        {u"custom list", Array{Value(1)}},
+                        {u"Contact Data", Dictionary{{u"first name", u"A"},
+                                                     {u"phone numbers", Ids({u"P1", u"P3"})}}},
+                        {u"phone numbers", Array{SubRecord(u"P1", u"New", u"C"),
+                                                 SubRecord(u"P2", u"Delete", u"C"),
+                                                 SubRecord(u"P3", u"NoChange", u"C")}},
+                        {u"dates", Array{SubRecord(u"D1", u"Delete", u"C")}}}));
   EXPECT_EQ(table_.dbIDForVCardID(u"V"), u"C");
-
   EXPECT_FALSE(table_.replaceContactContentsWithIdentifer(u"missing", replacement));
   EXPECT_EQ(table_.count(), 1u);
 }
 
 TEST_F(ContactTable, remove_identifier_drops_sub_records_and_their_references) {
-  table_.addMeta(Dictionary{{u"Contact Data", Dictionary{{u"phone numbers",
-                                                          Array{Value(u"X"), Value(u"P")}}}},
-                            {u"phone numbers", Array{SubRecord(u"X", u"New", u"A"),
-                                                     SubRecord(u"P", u"New", u"A")}},
-                            {u"relatives", Array{SubRecord(u"X", u"Delete", u"A")}}},
+  table_.addMeta({{u"Contact Data", Dictionary{{u"phone numbers", Ids({u"X", u"P"})}}},
+                  {u"phone numbers",
+                   Array{SubRecord(u"X", u"New", u"A"), SubRecord(u"P", u"New", u"A")}},
+                  {u"relatives", Array{SubRecord(u"X", u"Delete", u"A")}}},
                  u"A");
   table_.addMeta(Dictionary{{u"URLs", Array{SubRecord(u"X", u"New", u"B"), Value(u"X")}}}, u"B");
   table_.addDBID(u"X", u"V");
-
   EXPECT_EQ(table_.removeIndentifier(u"X"), 3u);
   EXPECT_EQ(*table_.meta(u"A"),
-            (Dictionary{{u"Contact Data", Dictionary{{u"phone numbers", Array{Value(u"P")}}}},
+            (Dictionary{{u"Contact Data", Dictionary{{u"phone numbers", Ids({u"P"})}}},
                         {u"phone numbers", Array{SubRecord(u"P", u"New", u"A")}},
                         {u"relatives", Array{}}}));
   EXPECT_EQ(*table_.meta(u"B"), (Dictionary{{u"URLs", Array{Value(u"X")}}}));
@@ -275,27 +221,129 @@ TEST_F(ContactTable, remove_identifier_drops_sub_records_and_their_references) {
 }
 
 TEST_F(ContactTable, phone_record_ids_are_kept_per_contact) {
-  AddEntry(u"A", u"Modified");
-  AddEntry(u"B", u"Modified");
-  table_.addPhoneRecordID(u"P1", u"A");
-  table_.addPhoneRecordID(u"P2", u"A");
-  table_.addPhoneRecordID(u"P1", u"A");  // no duplicates
+  for (const char16_t* key : {u"A", u"B"}) table_.addMeta(Dictionary{{u"State", u"Modified"}}, key);
+  for (const char16_t* id : {u"P1", u"P2", u"P1"}) table_.addPhoneRecordID(id, u"A");
   table_.addPhoneRecordID(u"P9", u"missing");
   EXPECT_EQ(table_.phoneIDsFromContactDBID(u"A"), (std::vector<String>{u"P1", u"P2"}));
   EXPECT_TRUE(table_.phoneIDsFromContactDBID(u"B").empty());
   EXPECT_TRUE(table_.phoneIDsFromContactDBID(u"missing").empty());
-  EXPECT_FALSE(table_.hasVCardRecordIDForDBID(u"missing"));
   EXPECT_TRUE(table_.checkDBIDForPhoneID(u"P2", u"A"));
   EXPECT_FALSE(table_.checkDBIDForPhoneID(u"P2", u"B"));
   EXPECT_FALSE(table_.checkDBIDForPhoneID(u"P9", u"missing"));
-  EXPECT_EQ(StateOf(table_, u"A"), u"Modified");
-
   table_.clearPhoneIDsAtContactID(u"A");
-  EXPECT_TRUE(table_.phoneIDsFromContactDBID(u"A").empty());
   EXPECT_FALSE(table_.checkDBIDForPhoneID(u"P1", u"A"));
   EXPECT_EQ(*table_.meta(u"A"), (Dictionary{{u"State", u"Modified"}}));
   table_.clearPhoneIDsAtContactID(u"missing");
   EXPECT_EQ(table_.count(), 2u);
+}
+
+struct Kind {
+  const char* name;
+  const char16_t* listKey;
+  std::function<void(Table&, const String&, const Dictionary&, const String&)> add;
+  std::function<void(Table&, const String&, Dictionary, const String&)> modify;
+  const char* assertion;
+};
+
+#define PHONEPIM_KIND(name, listKey, add, modify, assertion)                                  \
+  Kind{name, listKey,                                                                         \
+       [](Table& t, const String& id, const Dictionary& d, const String& c) { t.add(id, d, c); }, \
+       [](Table& t, const String& id, Dictionary d, const String& c) { t.modify(id, d, c); },  \
+       assertion}
+
+const Kind kKinds[] = {
+    PHONEPIM_KIND("phone", u"phone numbers", addDataForPhoneID, modifyDataForPhoneID,
+                  "metaPhoneID != nil"),
+    PHONEPIM_KIND("email", u"email addresses", addEmailForEmailID, modifyDataForEmailID,
+                  "metaEmailID != nil"),
+    PHONEPIM_KIND("url", u"URLs", addURLForURLID, modifyDataForURLID, "metaURLID != nil"),
+    PHONEPIM_KIND("street_address", u"street addresses", addStreetAddressForURLID,
+                  modifyDataForStreetAddressID, "metaSAID != nil"),
+    PHONEPIM_KIND("date", u"dates", addDateForDateID, modifyDataForDateID, "metaDateID != nil"),
+    PHONEPIM_KIND("related_name", u"related names", addRelatedNameForRelatedNameID,
+                  modifyDataForRelatedNameID, "metaRelatedNameID != nil"),
+    Kind{"relation", u"assistants",
+         [](Table& t, const String& id, const Dictionary& d, const String& c) {
+           t.addDataForRelationID(id, d, c, u"assistants");
+         },
+         [](Table& t, const String& id, Dictionary d, const String& c) {
+           t.modifyDataForRelationID(id, d, c, u"assistants");
+         },
+         "metaRelationID != nil"},
+};
+
+#undef PHONEPIM_KIND
+
+void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
+
+Dictionary Entry(const String& id, const Dictionary& data, const char16_t* state) {
+  return Dictionary{{u"Data", data}, {u"Link", u"Linked"}, {u"State", state}, {u"identifier", id}};
+}
+
+class sub_record_kind : public testing::TestWithParam<Kind> {};
+
+TEST_P(sub_record_kind, adds_and_modifies_in_its_own_list) {
+  const Kind& kind = GetParam();
+  ScratchFolder base;
+  Table table(u"M", u"1", base.path());
+  table.addMeta(Dictionary{{u"State", u"AddedBySyncDB"}, {u"vCardID", u"V"}}, u"C");
+  const Dictionary one{{u"value", u"1"}}, two{{u"value", u"2"}};
+  kind.add(table, u"S1", one, u"C");
+  kind.add(table, u"S2", one, u"C");
+  kind.modify(table, u"S2", two, u"C");
+  EXPECT_EQ(table.meta(u"C")->at(kind.listKey),
+            Value(Array{Entry(u"S1", one, u"Added"), Entry(u"S2", two, u"Modified")}));
+  EXPECT_EQ(StateOf(table, u"C"), u"Modified");
+  EXPECT_EQ(table.dbIDForVCardID(u"V"), u"C");
+  table.meta(u"C")->insert_or_assign(kind.listKey, Array{Value(u"S2")});
+  EXPECT_DEATH(kind.modify(table, u"S2", Dictionary{}, u"C"), AssertionPattern(kind.assertion));
+}
+
+INSTANTIATE_TEST_SUITE_P(kinds, sub_record_kind, testing::ValuesIn(kKinds),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+// The rule the seven share, on the phone numbers.
+TEST(sub_record_rule, marks_the_contact_and_matches_by_identifier) {
+  ScratchFolder base;
+  Table table(u"M", u"1", base.path());
+  // Adding marks the contact unless the store added it.
+  for (const char16_t* state : {u"AddedBySyncDB", u"Modified", u"-"}) {  // "-": no state
+    Dictionary contact{{u"phone numbers", u"not a list"}};
+    if (String(state) != u"-") contact.emplace(u"State", state);
+    table.addMeta(contact, u"C");
+    table.addDataForPhoneID(u"S", Dictionary{}, u"C");
+    EXPECT_EQ(StateOf(table, u"C"),
+              String(state) == u"AddedBySyncDB" ? state : u"ModifiedBySyncDB");
+    EXPECT_EQ(table.meta(u"C")->at(u"phone numbers"), Value(Array{Entry(u"S", {}, u"Added")}));
+  }
+  // Without an entry, or without a match, nothing happens.
+  table.addDBID(u"P", u"Q");
+  table.addDataForPhoneID(u"S", Dictionary{}, u"P");
+  table.addDataForPhoneID(u"S", Dictionary{}, u"missing");
+  table.modifyDataForPhoneID(u"S", Dictionary{}, u"missing");
+  table.modifyDataForPhoneID(u"9", Dictionary{}, u"C");
+  EXPECT_EQ(StateOf(table, u"C"), u"ModifiedBySyncDB");
+  EXPECT_EQ(table.count(), 3u);
+  EXPECT_EQ(table.mTable().at(u"P"), Value(u"Q"));
+  // Modify takes the first match, skips identifiers that are not text and
+  // does not look past the match for entries without one.
+  const Dictionary numeric{{u"identifier", 5}}, noID{{u"State", u"New"}};
+  table.addMeta({{u"State", u"NoChange"},
+                 {u"phone numbers", Array{numeric, Entry(u"5", {}, u"Added"),
+                                          Entry(u"5", {}, u"Added"), noID}}},
+                u"D");
+  table.modifyDataForPhoneID(u"5", Dictionary{{u"value", u"v"}}, u"D");
+  EXPECT_EQ(*table.meta(u"D"),
+            (Dictionary{{u"State", u"Modified"},
+                        {u"phone numbers",
+                         Array{numeric, Entry(u"5", Dictionary{{u"value", u"v"}}, u"Modified"),
+                               Entry(u"5", {}, u"Added"), noID}}}));
+  // An entry without identifier before the match fails; nothing changes.
+  ScopedAssertionHandler throwing(&ThrowingAssertionHandler);
+  table.addMeta({{u"phone numbers", Array{Dictionary{}, Entry(u"S1", {}, u"Added")}}}, u"E");
+  const Dictionary before = *table.meta(u"E");
+  EXPECT_THROW(table.modifyDataForPhoneID(u"S1", Dictionary{}, u"E"), AssertionFailure);
+  EXPECT_EQ(*table.meta(u"E"), before);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Helpers shared by the mapping-table tests: a scratch folder per test and a
-// log recorder.
+// Helpers shared by the mapping-table tests: a scratch folder, a log
+// recorder, whole-file reads and writes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -29,46 +29,36 @@ class ScratchFolder {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
   }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
   const std::filesystem::path& path() const { return path_; }
 
  private:
   std::filesystem::path path_;
 };
 
-/// Records every log message while alive; restores the previous sink and
-/// debug switch afterwards.
+/// Records every log message while alive, with the debug switch set as given.
 class LogRecorder {
  public:
   explicit LogRecorder(bool debugMode) : previousDebug_(gVCARD_DEBUGMODE) {
     gVCARD_DEBUGMODE = debugMode;
     messages().clear();
-    previousSink_ = SetLogSink(&Record);
+    previousSink_ = SetLogSink([](std::string_view message) { messages().emplace_back(message); });
   }
   ~LogRecorder() {
     SetLogSink(previousSink_);
     gVCARD_DEBUGMODE = previousDebug_;
   }
-  LogRecorder(const LogRecorder&) = delete;
-  LogRecorder& operator=(const LogRecorder&) = delete;
-
   static std::vector<std::string>& messages() {
     static std::vector<std::string> recorded;
     return recorded;
   }
 
  private:
-  static void Record(std::string_view message) { messages().emplace_back(message); }
-
   bool previousDebug_;
   LogSink previousSink_ = nullptr;
 };
 
 inline void WriteFile(const std::filesystem::path& path, std::string_view bytes) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  std::ofstream(path, std::ios::binary | std::ios::trunc).write(bytes.data(), std::ssize(bytes));
 }
 
 inline std::string ReadFile(const std::filesystem::path& path) {

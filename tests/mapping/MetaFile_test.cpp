@@ -1,16 +1,18 @@
-// Where the contact table keeps its meta file, and how it reads and writes it.
+// Where the tables keep their meta files, how they read and write them, and
+// the calendar table's entries and look-ups.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "MappingTestSupport.h"
 #include "phonepim/mapping/CalendarIDMappingTable.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
-#include "phonepim/platform/PropertyList.h"
 
 namespace phonepim {
 namespace {
@@ -21,50 +23,26 @@ using testing_support::ReadFile;
 using testing_support::ScratchFolder;
 using testing_support::WriteFile;
 
-constexpr const char* kFileName = "N95(350123451234560)_ContactRecordIDMeta.plist";
-
-fs::path MetaFolder(const fs::path& base) { return base / "Ulvrand" / "Tovi" / ".MetaFiles"; }
-
-// A table filled the way a sync leaves it: contacts with sub-record lists,
-// dates and data in their store records, and flat pairs beside them.
-void Fill(ContactIDMappingTable& table) {
-  const Dictionary phone{{u"type", u"mobile"},
-                         {u"value", u"+44 20 7946 0000"},
-                         {u"contact", Array{Value(u"C-1")}}};
-  table.addContact(u"C-1", Dictionary{{u"first name", u"Ada"},
-                                      {u"birthday", Date{-4449945600.0}},  // 1828-12-10
-                                      {u"image", Bytes{0x89, 'P', 'N', 'G', 0x00, 0xFF}},
-                                      {u"phone numbers", Array{Value(u"P-1"), Value(u"P-2")}}});
-  table.meta(u"C-1")->insert_or_assign(u"vCardID", u"0000000000000001-Contact-350123451234560");
-  table.addDataForPhoneID(u"P-1", phone, u"C-1");
-  table.addDataForPhoneID(u"P-2", Dictionary{{u"type", u"work"}, {u"value", u"1"}}, u"C-1");
-  table.addEmailForEmailID(u"E-1", Dictionary{{u"value", u"ada@example.org"}}, u"C-1");
-  table.addDateForDateID(u"D-1", Dictionary{{u"value", Date{1234567890.0}}}, u"C-1");
-  table.addPhoneRecordID(u"P-1", u"C-1");
-  table.addContact(u"C-2", Dictionary{{u"last name", u"\u5c71\u7530"},
-                                      {u"score", 3.25},
-                                      {u"count", std::int64_t{-9000000000}},
-                                      {u"flag", true}});
-  table.addDBID(u"S-9", u"0000000000000009-Contact-350123451234560");
-  table.addDBID(std::nullopt, u"7");
+const String kIMEI = u"350123451234560";
+fs::path MetaFile(const fs::path& base) {
+  return base / "Ulvrand/Tovi/.MetaFiles/N95(350123451234560)_ContactRecordIDMeta.plist";
 }
 
 TEST(meta_file_location, is_under_the_three_folders_and_named_after_the_phone_only) {
   ScratchFolder base;
-  const fs::path path =
-      ContactIDMappingTable::metaFilePath(u"350123451234560", u"N95", base.path());
-  EXPECT_EQ(path, MetaFolder(base.path()) / kFileName);
-  EXPECT_TRUE(fs::is_directory(MetaFolder(base.path())));
+  const fs::path path = ContactIDMappingTable::metaFilePath(kIMEI, u"N95", base.path());
+  EXPECT_EQ(path, MetaFile(base.path()));
+  EXPECT_TRUE(fs::is_directory(path.parent_path()));
   EXPECT_FALSE(fs::exists(path));  // finding the path creates no file
-  // An existing chain is no error.
-  EXPECT_EQ(ContactIDMappingTable::metaFilePath(u"350123451234560", u"N95", base.path()), path);
+  EXPECT_EQ(ContactIDMappingTable::metaFilePath(kIMEI, u"N95", base.path()), path);
   // A model name or IMEI cannot point elsewhere.
   EXPECT_EQ(ContactIDMappingTable::metaFilePath(u"35/0", u"../N95/8GB", base.path()),
-            MetaFolder(base.path()) / ".._N95_8GB(35_0)_ContactRecordIDMeta.plist");
-  EXPECT_EQ(ContactIDMappingTable::metaFilePath(String(u"3\0" u"5", 3), u"\u65e5\u672c",
-                                                base.path())
+            path.parent_path() / ".._N95_8GB(35_0)_ContactRecordIDMeta.plist");
+  EXPECT_EQ(ContactIDMappingTable::metaFilePath(String(u"3\0" u"5", 3), u"\u65e5", base.path())
                 .filename(),
-            "\xe6\x97\xa5\xe6\x9c\xac(3_5)_ContactRecordIDMeta.plist");
+            "\xe6\x97\xa5(3_5)_ContactRecordIDMeta.plist");
+  EXPECT_EQ(CalendarIDMappingTable::metaFilePath(u"35/1", u"N9", base.path()),
+            base.path() / "Ulvrand/Tovi/CalendarRecordIDMappingTable/Calendar_N9_35_1");
 }
 
 // Sets (or, for null, unsets) an environment variable for one test.
@@ -81,21 +59,19 @@ class ScopedEnv {
   std::optional<std::string> old_;
 };
 
-TEST(meta_file_location, defaults_to_the_application_data_folder) {
+TEST(meta_file_location, defaults_to_the_data_folder_and_without_one_is_not_saved) {
   ScratchFolder dataHome;
-  ScopedEnv scoped("XDG_DATA_HOME", dataHome.path().c_str());
-  ContactIDMappingTable table(u"N95", u"350123451234560");
-  EXPECT_EQ(CalendarIDMappingTable(u"N95", u"350123451234560").mFilePath(),
-            dataHome.path() /
-                "Ulvrand/Tovi/CalendarRecordIDMappingTable/Calendar_N95_350123451234560");
-  EXPECT_EQ(table.mFilePath(), MetaFolder(dataHome.path()) / kFileName);
-  EXPECT_EQ(ContactIDMappingTable::metaFilePath(u"350123451234560", u"N95"), table.mFilePath());
-  table.addDBID(std::nullopt, u"7");
-  ASSERT_TRUE(table.save());
-  EXPECT_EQ(ContactIDMappingTable(u"N95", u"350123451234560").count(), 1u);
-}
-
-TEST(meta_file_location, without_any_folder_the_table_works_but_is_not_saved) {
+  {
+    ScopedEnv scoped("XDG_DATA_HOME", dataHome.path().c_str());
+    ContactIDMappingTable table(u"N95", kIMEI);
+    EXPECT_EQ(table.mFilePath(), MetaFile(dataHome.path()));
+    EXPECT_EQ(ContactIDMappingTable::metaFilePath(kIMEI, u"N95"), table.mFilePath());
+    EXPECT_EQ(CalendarIDMappingTable(u"N9", u"35").mFilePath(),
+              dataHome.path() / "Ulvrand/Tovi/CalendarRecordIDMappingTable/Calendar_N9_35");
+    table.addDBID(std::nullopt, u"7");
+    ASSERT_TRUE(table.save());
+    EXPECT_EQ(ContactIDMappingTable(u"N95", kIMEI).count(), 1u);
+  }
   ScopedEnv noDataHome("XDG_DATA_HOME", nullptr);
   ScopedEnv noHome("HOME", nullptr);
   LogRecorder log(/*debugMode=*/false);
@@ -104,150 +80,133 @@ TEST(meta_file_location, without_any_folder_the_table_works_but_is_not_saved) {
   EXPECT_TRUE(table.mFilePath().empty());
   EXPECT_TRUE(CalendarIDMappingTable(u"M", u"1").mFilePath().empty());
   table.addDBID(std::nullopt, u"7");
-  EXPECT_EQ(table.count(), 1u);
   EXPECT_FALSE(table.save());
   EXPECT_TRUE(LogRecorder::messages().empty());
 }
 
-// Only save() writes; what it wrote reloads equal, and so does the same
-// table as a binary list.
-TEST(meta_file, saved_table_reloads_equal_from_xml_and_binary) {
+TEST(meta_file, an_unreadable_file_is_an_empty_table_and_a_warning_in_debug_mode) {
+  const std::pair<std::optional<std::string>, bool> files[] = {  // bytes; warned
+      {std::nullopt, false},  // no file
+      {"", true},
+      {"<?xml version=\"1.0\"?><plist version=\"1.0\"><array/></plist>", true},
+  };
+  for (const auto& [bytes, warned] : files) {
+    ScratchFolder base;
+    if (bytes) WriteFile(ContactIDMappingTable::metaFilePath(kIMEI, u"N95", base.path()), *bytes);
+    LogRecorder log(/*debugMode=*/true);
+    ContactIDMappingTable table(u"N95", kIMEI, base.path());
+    EXPECT_EQ(table.count(), 0u);
+    ASSERT_EQ(LogRecorder::messages().size(), warned ? 1u : 0u);
+    if (warned) {
+      EXPECT_NE(LogRecorder::messages()[0].find("cannot read"), std::string::npos);
+    }
+    table.addDBID(std::nullopt, u"7");  // saving replaces the bad file
+    ASSERT_TRUE(table.save());
+    EXPECT_EQ(ContactIDMappingTable(u"N95", kIMEI, base.path()).count(), 1u);
+  }
+}
+
+const String kEvent = u"0000000000000003-Calendar-35_Appointment";
+const String kTask = u"0000000000000004-Calendar-35_Task";
+
+TEST(calendar_table, keeps_entries_by_phone_id_across_a_reload) {
   ScratchFolder base;
-  ContactIDMappingTable table(u"N95", u"350123451234560", base.path());
-  Fill(table);
-  table.update();
-  EXPECT_FALSE(fs::exists(table.mFilePath()));
+  String calendarID;
+  {
+    CalendarIDMappingTable table(u"N9", u"35", base.path());
+    calendarID = table.calendarRecordID();
+    table.ensureEntry(kTask);
+    table.addCalendar(kEvent, u"S-3", Dictionary{{u"summary", u"a"}});
+    table.ensureEntry(kEvent);  // an existing entry stays as it is
+    EXPECT_EQ(*table.meta(kTask), (Dictionary{{u"Link", u"Unlinked"}}));
+    EXPECT_EQ(*table.meta(kEvent), (Dictionary{{u"Data", Dictionary{{u"summary", u"a"}}},
+                                               {u"Link", u"Linked"},
+                                               {u"State", u"AddedBySyncDB"},
+                                               {u"dbRecordID", u"S-3"}}));
+    table.modifyCalendar(kTask, Dictionary{{u"summary", u"t"}});
+    EXPECT_EQ(*table.meta(kTask), (Dictionary{{u"Link", u"Linked"},
+                                              {u"State", u"Modified"},
+                                              {u"Task Data", Dictionary{{u"summary", u"t"}}}}));
+    table.update();
+    EXPECT_FALSE(fs::exists(table.mFilePath()));  // only save() writes
+    ASSERT_TRUE(table.save());
+  }
+  const std::string saved =
+      ReadFile(CalendarIDMappingTable::metaFilePath(u"35", u"N9", base.path()));
+  EXPECT_EQ(saved.substr(0, 5), "<?xml");
+  CalendarIDMappingTable table(u"N9", u"35", base.path());
+  EXPECT_EQ(table.modelName(), u"N9");
+  EXPECT_EQ(table.calendarRecordID(), calendarID);
+  EXPECT_EQ(table.dbIDForVCalID(kEvent), u"S-3");
+  EXPECT_EQ(table.dbIDForVCalID(kTask), std::nullopt);
+  EXPECT_EQ(table.vCalIDForDBID(u"S-3"), kEvent);
+  EXPECT_EQ(table.vCalIDForDBID(kEvent), std::nullopt);
+  table.meta(kTask)->insert_or_assign(u"dbRecordID", u"S-4");
+  EXPECT_EQ(table.vCalIDForDBID(u"S-4"), kTask);
+  EXPECT_EQ(table.allKeys(), (std::vector<String>{kEvent, kTask, u"Calendar"}));
+  table.removeCalendar(kTask);
+  table.removeCalendar(std::nullopt);
+  EXPECT_EQ(table.count(), 2u);
+  EXPECT_EQ(ReadFile(table.mFilePath()), saved);
+  EXPECT_FALSE(CalendarIDMappingTable().save());
+}
+
+struct SaveFailure {
+  const char* name;
+  std::function<void(CalendarIDMappingTable&)> cause;
+  bool readOnly = false;
+};
+
+void PrintTo(const SaveFailure& failure, std::ostream* out) { *out << failure.name; }
+
+const SaveFailure kFailures[] = {
+    {"read_only_folder",
+     [](CalendarIDMappingTable& table) {
+       fs::permissions(table.mFilePath().parent_path(),
+                       fs::perms::owner_read | fs::perms::owner_exec);
+       table.addCalendar(kTask, u"S-4", Dictionary{});
+     },
+     true},
+    {"value_that_cannot_be_stored",
+     [](CalendarIDMappingTable& table) {
+       table.addCalendar(kTask, u"S-4", Dictionary{{u"summary", String(u"a\0b", 3)}});
+     }},
+};
+
+class calendar_table_save : public testing::TestWithParam<SaveFailure> {};
+
+TEST_P(calendar_table_save, fails_keeping_the_old_file_and_the_table) {
+  ScratchFolder base;
+  CalendarIDMappingTable table(u"N9", u"35", base.path());
+  table.addCalendar(kEvent, u"S-3", Dictionary{});
   ASSERT_TRUE(table.save());
   const std::string saved = ReadFile(table.mFilePath());
-  EXPECT_EQ(saved.substr(0, 5), "<?xml");
-
-  ContactIDMappingTable reloaded(u"N95", u"350123451234560", base.path());
-  EXPECT_EQ(reloaded.mTable(), table.mTable());
-  EXPECT_EQ(reloaded.count(), 5u);
-  EXPECT_EQ(reloaded.dbIDForVCardID(u"0000000000000001-Contact-350123451234560"), u"C-1");
-  reloaded.removeContact(u"C-1");
+  GetParam().cause(table);
+  if (GetParam().readOnly && ::geteuid() == 0) {
+    // Root writes into read-only folders: a child that gave root up saves.
+    EXPECT_EXIT(::_exit(::setuid(65534) == 0 && !table.save() ? 0 : 1),
+                testing::ExitedWithCode(0), "");
+  } else {
+    for (const bool debug : {false, true}) {  // logged in debug mode only
+      LogRecorder log(debug);
+      EXPECT_FALSE(table.save());
+      EXPECT_EQ(LogRecorder::messages(),
+                std::vector<std::string>(debug, "Writting file has a problem!!"));
+    }
+  }
+  fs::permissions(table.mFilePath().parent_path(), fs::perms::owner_all);
   EXPECT_EQ(ReadFile(table.mFilePath()), saved);
-
-  const Bytes binary = *PropertyListFromValue(Value(table.mTable()), PropertyListFormat::Binary);
-  WriteFile(table.mFilePath(), std::string(binary.begin(), binary.end()));
-  EXPECT_EQ(ContactIDMappingTable(u"N95", u"350123451234560", base.path()).mTable(),
-            table.mTable());
+  EXPECT_EQ(std::distance(fs::directory_iterator(table.mFilePath().parent_path()),
+                          fs::directory_iterator()),
+            1);
+  EXPECT_EQ(table.vCalIDForDBID(u"S-4"), kTask);
+  table.modifyCalendar(kTask, Dictionary{});
+  EXPECT_TRUE(table.save());
+  EXPECT_EQ(CalendarIDMappingTable(u"N9", u"35", base.path()).vCalIDForDBID(u"S-4"), kTask);
 }
 
-TEST(meta_file, a_hand_written_xml_file_loads) {
-  ScratchFolder base;
-  const fs::path path = ContactIDMappingTable::metaFilePath(u"1", u"M", base.path());
-  WriteFile(path,
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-            "<plist version=\"1.0\">\n"
-            "<dict>\n"
-            "  <key>4A1B</key>\n"
-            "  <dict>\n"
-            "    <key>State</key><string>Modified</string>\n"
-            "    <key>vCardID</key><string>0000000000000012-Croup-1</string>\n"
-            "    <key>Contact Data</key>\n"
-            "    <dict><key>LMT</key><string>20240229T080000Z</string>\n"
-            "          <key>modified</key><date>2024-02-29T08:00:00Z</date></dict>\n"
-            "    <key>phone numbers</key>\n"
-            "    <array><dict>\n"
-            "      <key>Data</key><dict><key>value</key><string>110</string></dict>\n"
-            "      <key>Link</key><string>Linked</string>\n"
-            "      <key>State</key><string>NoChange</string>\n"
-            "      <key>identifier</key><string>P1</string>\n"
-            "    </dict></array>\n"
-            "  </dict>\n"
-            "  <key>7</key><string>7</string>\n"
-            "</dict>\n"
-            "</plist>\n");
-  ContactIDMappingTable table(u"M", u"1", base.path());
-  ASSERT_EQ(table.count(), 2u);
-  EXPECT_EQ(table.dbIDForVCardID(u"0000000000000012-Croup-1"), u"4A1B");
-  EXPECT_EQ(*ContactIDMappingTable::LMT(
-                FindAs<Dictionary>(*table.meta(u"4A1B"), u"Contact Data")),
-            Value(u"20240229T080000Z"));
-  EXPECT_EQ(FindAs<Dictionary>(*table.meta(u"4A1B"), u"Contact Data")->at(u"modified"),
-            Value(Date{1709193600.0}));
-  EXPECT_EQ(FindAs<Array>(*table.meta(u"4A1B"), u"phone numbers")->at(0),
-            Value(Dictionary{{u"Data", Dictionary{{u"value", u"110"}}},
-                             {u"Link", u"Linked"},
-                             {u"State", u"NoChange"},
-                             {u"identifier", u"P1"}}));
-}
-
-class UnreadableMetaFile : public testing::TestWithParam<std::string> {};
-
-TEST_P(UnreadableMetaFile, gives_an_empty_table) {
-  ScratchFolder base;
-  ContactIDMappingTable source(u"N95", u"350123451234560", base.path());
-  Fill(source);
-  ASSERT_TRUE(source.save());
-  const std::string xml = ReadFile(source.mFilePath());
-  const Bytes binary =
-      *PropertyListFromValue(Value(source.mTable()), PropertyListFormat::Binary);
-  const std::string param = GetParam();
-  std::string bytes;
-  if (param == "xml cut inside the last entry") bytes = xml.substr(0, xml.rfind("</dict>") - 3);
-  if (param == "binary cut short") bytes = std::string(binary.begin(), binary.end() - 1);
-  if (param == "empty") bytes = "";
-  if (param == "an array, not a dictionary") {
-    bytes = "<?xml version=\"1.0\"?><plist version=\"1.0\"><array><string>C-1</string>"
-            "</array></plist>";
-  }
-  WriteFile(source.mFilePath(), bytes);
-
-  LogRecorder log(/*debugMode=*/true);
-  ContactIDMappingTable table(u"N95", u"350123451234560", base.path());
-  EXPECT_EQ(table.count(), 0u);
-  EXPECT_EQ(table.countRemovedTagRecords(), 0u);
-  ASSERT_EQ(LogRecorder::messages().size(), 1u);
-  EXPECT_NE(LogRecorder::messages()[0].find("cannot read"), std::string::npos);
-  // The table is usable and saving replaces the bad file.
-  table.addDBID(std::nullopt, u"7");
-  ASSERT_TRUE(table.save());
-  EXPECT_EQ(ContactIDMappingTable(u"N95", u"350123451234560", base.path()).count(), 1u);
-}
-
-INSTANTIATE_TEST_SUITE_P(files, UnreadableMetaFile,
-                         testing::Values("xml cut inside the last entry", "binary cut short",
-                                         "empty", "an array, not a dictionary"),
-                         [](const auto& info) {
-                           std::string name = info.param;
-                           for (char& c : name) {
-                             if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-                           }
-                           return name;
-                         });
-
-TEST(meta_file, a_missing_file_is_an_empty_table_without_a_warning) {
-  ScratchFolder base;
-  LogRecorder log(/*debugMode=*/true);
-  ContactIDMappingTable table(u"N95", u"350123451234560", base.path());
-  EXPECT_EQ(table.count(), 0u);
-  EXPECT_TRUE(LogRecorder::messages().empty());
-}
-
-TEST(meta_file, a_failed_save_is_logged_in_debug_mode_and_keeps_the_table) {
-  ScratchFolder base;
-  ContactIDMappingTable table(u"N95", u"350123451234560", base.path());
-  Fill(table);
-  // A folder where the file should be: the final rename cannot replace it.
-  fs::create_directory(table.mFilePath());
-  for (bool debug : {false, true}) {
-    LogRecorder log(debug);
-    EXPECT_FALSE(table.save());
-    EXPECT_EQ(LogRecorder::messages(),
-              debug ? std::vector<std::string>{"Writting file has a problem!!"}
-                    : std::vector<std::string>{});
-  }
-  EXPECT_EQ(table.dbIDForVCardID(u"0000000000000001-Contact-350123451234560"), u"C-1");
-  EXPECT_EQ(table.count(), 5u);
-  // Nothing was left beside it.
-  std::vector<fs::path> contents;
-  for (const auto& entry : fs::directory_iterator(table.mFilePath().parent_path())) {
-    contents.push_back(entry.path());
-  }
-  EXPECT_EQ(contents, std::vector<fs::path>{table.mFilePath()});
-}
+INSTANTIATE_TEST_SUITE_P(causes, calendar_table_save, testing::ValuesIn(kFailures),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace
 }  // namespace phonepim

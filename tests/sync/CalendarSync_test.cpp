@@ -1,98 +1,139 @@
-// Calendar entries through the calendar table: identity in every branch,
-// and whole synchronisations of an event, a task and an anniversary.
+// Calendar entries through the calendar table: identity in every branch, the
+// store records an entry becomes, and a whole synchronisation of each kind.
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 #include "mapping/MappingTestSupport.h"
 #include "phonepim/mapping/CalendarIDMappingTable.h"
 #include "phonepim/model/CCalendar.h"
+#include "phonepim/sync/AlarmContainer.h"
 #include "phonepim/sync/AttendeeContainer.h"
+#include "phonepim/sync/CalendarRecord.h"
+#include "phonepim/sync/RecurrenceContainer.h"
+#include "phonepim/sync/SyncRecordSchema.h"
 
 namespace phonepim {
 namespace {
 
 using testing_support::ScratchFolder;
-
-const String kIMEI = u"35";
+using Table = CalendarIDMappingTable;
+const String kEntity = ISyncRecordEntityNameKey;
 const String kKnown = u"0000000000000012-Calendar-35_Appointment";
+constexpr double kStart = 1700000000.0;
 
-struct Identity {
-  const char* name;
-  std::optional<std::uint16_t> vCalID;
-  std::optional<String> dbRecordID;
-  std::int32_t state;
-  std::optional<String> vCalRecordID;
-  String dbRecordIDAfter;
-  std::uint16_t vcalIDAfter;
-};
-
-void PrintTo(const Identity& row, std::ostream* out) { *out << row.name; }
-
-const Identity kIdentities[] = {
-    {"phone_id_known", 12, std::nullopt, 3, kKnown, u"S-12", 12},
-    {"phone_id_new", 13, std::nullopt, 2, u"0000000000000013-Calendar-35_Appointment",
-     u"0000000000000013-Calendar-35_Appointment", 13},
-    {"store_id_known", std::nullopt, u"S-12", 3, kKnown, u"S-12", 12},
-    {"store_id_new", 5, u"S-99", 1, std::nullopt, u"S-99", 1},
-    {"neither", std::nullopt, std::nullopt, 0, std::nullopt, u"123456789ID_Calendar", 0},
-};
-
-class calendar_identity : public testing::TestWithParam<Identity> {};
-
-TEST_P(calendar_identity, resolves_through_the_table_on_disk) {
+TEST(calendar_identity, resolves_in_every_branch_through_the_table_on_disk) {
   ScratchFolder base;
   {
-    CalendarIDMappingTable table(u"N9", kIMEI, base.path());
+    Table table(u"N9", u"35", base.path());
     table.addCalendar(kKnown, u"S-12", Dictionary{});
     ASSERT_TRUE(table.save());
   }
-  const Identity& row = GetParam();
-  auto table = std::make_shared<CalendarIDMappingTable>(u"N9", kIMEI, base.path());
-  CCalendar entry;
-  entry.resolveIdentity(row.vCalID, kIMEI, row.dbRecordID, table);
-  EXPECT_EQ(entry.mState, row.state);
-  EXPECT_EQ(entry.vCalRecordID(), row.vCalRecordID);
-  EXPECT_EQ(entry.mDBRecordID, row.dbRecordIDAfter);
-  EXPECT_EQ(entry.mVcalID, row.vcalIDAfter);
-  EXPECT_EQ(entry.idMapper(), table);
-  EXPECT_EQ(entry.attendeeMapper() != nullptr, row.vCalRecordID.has_value());
-  if (entry.attendeeMapper() != nullptr) {
-    EXPECT_EQ(entry.attendeeMapper()->vObjectID(), *row.vCalRecordID);
-    EXPECT_EQ(entry.attendeeMapper()->ownerID(), row.dbRecordIDAfter);
+  const String kNew = u"0000000000000013-Calendar-35_Appointment";
+  const struct {
+    std::optional<std::uint16_t> vCalID;
+    std::optional<String> dbRecordID;
+    std::int32_t state;
+    std::optional<String> vCalRecordID;
+    String dbRecordIDAfter;
+    std::uint16_t vcalIDAfter;
+  } rows[] = {
+      {12, std::nullopt, 3, kKnown, u"S-12", 12},      // phone ID known
+      {13, std::nullopt, 2, kNew, kNew, 13},           // phone ID new
+      {std::nullopt, u"S-12", 3, kKnown, u"S-12", 12},  // store ID known
+      {5, u"S-99", 1, std::nullopt, u"S-99", 1},        // store ID new: a temporary number
+      {std::nullopt, std::nullopt, 0, std::nullopt, u"123456789ID_Calendar", 0},
+  };
+  auto table = std::make_shared<Table>(u"N9", u"35", base.path());
+  for (const auto& row : rows) {
+    CCalendar entry;
+    entry.resolveIdentity(row.vCalID, u"35", row.dbRecordID, table);
+    EXPECT_EQ(entry.mState, row.state);
+    EXPECT_EQ(entry.vCalRecordID(), row.vCalRecordID);
+    EXPECT_EQ(entry.mDBRecordID, row.dbRecordIDAfter);
+    EXPECT_EQ(entry.mVcalID, row.vcalIDAfter);
+    EXPECT_EQ(entry.idMapper(), table);
+    ASSERT_EQ(entry.attendeeMapper() != nullptr, row.vCalRecordID.has_value());
+    if (row.vCalRecordID) {
+      EXPECT_EQ(entry.attendeeMapper()->vObjectID(), *row.vCalRecordID);
+      EXPECT_EQ(entry.attendeeMapper()->ownerID(), row.dbRecordIDAfter);
+    }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(branches, calendar_identity, testing::ValuesIn(kIdentities),
-                         [](const auto& info) { return std::string(info.param.name); });
-
-// The phone's entry number 4 of one kind, as the reader would have filled it.
-std::unique_ptr<CCalendar> ReadPhone(std::int32_t typeBits, bool changed,
-                                     const std::shared_ptr<CalendarIDMappingTable>& table) {
-  auto entry = std::make_unique<CCalendar>();
-  entry->vCalendarType = typeBits;
-  entry->strSummary = u"Standup";
-  entry->setStartDate(CDateTime(1700000000.0, 0));
-  entry->NewAttendee(u"ann@example.jp", 1, 2, -1);
-  entry->NewAttendee(changed ? u"cy@example.jp" : u"bob@example.jp", 1, 0, -1);
-  entry->addAlarm(std::make_unique<CReminder>())
-      ->SetRunTime(CDateTime(changed ? 1699999000.0 : 1699999400.0, 0));
-  const Array monday{Value(std::int64_t{1})};
-  CRecurrence* rule = entry->addRecurrence(std::make_unique<CRecurrence>());
-  if (changed) {
-    rule->SetMonthlyByDay(1, monday, 0, nullptr);
-  } else {
-    rule->SetWeekly(1, 0, nullptr, &monday);
-  }
-  entry->resolveIdentity(4, u"35", std::nullopt, table);
-  entry->createMetaData(table->calendarRecordID());
-  return entry;
+TEST(calendar_records, an_entry_without_identity_is_the_event_alone) {
+  CCalendar plain;  // a task with out-of-range status, classification and priority
+  plain.vCalendarType = 0x40;
+  plain.status = 10;
+  plain.classification = 7;
+  plain.priority = 0;
+  plain.createMetaData(u"CAL");
+  EXPECT_EQ(plain.eventRecord(), (Dictionary{{kEntity, u"com.apple.calendars.Event"},
+                                             {u"all day", false}, {u"classification", u"public"},
+                                             {u"priority", std::int64_t{10}},
+                                             {u"calendar", Array{Value(u"CAL")}}}));
+  EXPECT_EQ(calendar_record::NewCalendarRecord(u"N9"),
+            (Dictionary{{kEntity, u"com.apple.calendars.Calendar"}, {u"title", u"N9"}}));
 }
 
-// "State/Link" of the entries of every list, in list order.
-std::vector<std::string> States(const CalendarIDMappingTable& table, const String& vCalID) {
+Array Numbers(std::initializer_list<std::int64_t> numbers) {
+  return Array(numbers.begin(), numbers.end());
+}
+const Value kOne{std::int64_t{1}};
+
+TEST(calendar_recurrence_record, has_the_keys_of_its_kind) {
+  const std::pair<std::function<void(CRecurrence&)>, Dictionary> rules[] = {  // set; keys
+      {[](CRecurrence& r) {
+         r.SetDaily(2, 0, nullptr);
+         r.GetRecurrenceData()->setUntilDate(CDateTime(kStart + 864000, 0));
+       },
+       {{u"frequency", u"daily"}, {u"interval", std::int64_t{2}},
+        {u"until", Date{kStart + 864000}}}},
+      {[](CRecurrence& r) {
+         const Array days = Numbers({0, 3});
+         r.SetWeekly(1, 5, nullptr, &days);
+       },
+       {{u"frequency", u"weekly"}, {u"interval", kOne}, {u"weekstartday", kOne},
+        {u"sunday", Numbers({0})}, {u"wednesday", Numbers({0})}}},
+      {[](CRecurrence& r) { r.SetMonthlyByPos(3, Numbers({-1, 2}), Numbers({5}), 0, nullptr); },
+       {{u"frequency", u"monthly"}, {u"interval", std::int64_t{3}}, {u"friday", Numbers({-1, 2})}}},
+      {[](CRecurrence& r) { r.SetMonthlyByDay(1, Numbers({-1, 15}), 0, nullptr); },
+       {{u"frequency", u"monthly"}, {u"interval", kOne}, {u"bymonthday", Numbers({-1, 15})}}},
+      {[](CRecurrence& r) { r.SetYearlyByMonth(1, Numbers({6}), 0, nullptr); },
+       {{u"frequency", u"yearly"}, {u"interval", kOne}}},
+  };
+  for (const auto& [set, keys] : rules) {
+    CRecurrence rule;
+    set(rule);
+    Dictionary expected = keys;
+    expected.emplace(kEntity, u"com.apple.calendars.Recurrence");
+    expected.emplace(u"owner", Array{Value(u"S-1")});
+    EXPECT_EQ(RecurrenceContainer(u"V_Appointment", nullptr, u"S-1")
+                  .createRecurrenceDataForDB(*rule.GetRecurrenceData()),
+              expected);
+  }
+}
+
+// The sub-records' identifiers in the event, and "State/Link" of their meta
+// entries, list by list.
+constexpr const char16_t* kLists[] = {u"attendees", u"audio alarms", u"recurrences"};
+
+std::vector<String> Identifiers(const Dictionary& event) {
+  std::vector<String> identifiers;
+  for (const char16_t* list : kLists) {
+    if (const Array* ids = FindAs<Array>(event, list)) {
+      for (const Value& id : *ids) identifiers.push_back(id.get<String>());
+    }
+  }
+  return identifiers;
+}
+
+std::vector<std::string> States(const Table& table, const String& vCalID) {
   std::vector<std::string> states;
-  for (const char16_t* list : {u"attendees", u"audio alarms", u"recurrences"}) {
-    for (const Value& item : table.meta(vCalID)->at(list).get<Array>()) {
+  for (const char16_t* list : kLists) {
+    const Array* items = FindAs<Array>(*table.meta(vCalID), list);
+    for (const Value& item : items ? *items : Array{}) {
       const Dictionary& fields = item.get<Dictionary>();
       states.push_back(ToDisplayUTF8(fields.at(u"State").get<String>()) + "/" +
                        ToDisplayUTF8(fields.at(u"Link").get<String>()));
@@ -101,12 +142,32 @@ std::vector<std::string> States(const CalendarIDMappingTable& table, const Strin
   return states;
 }
 
-std::vector<String> Identifiers(const Dictionary& event) {
-  std::vector<String> identifiers;
-  for (const char16_t* list : {u"attendees", u"audio alarms", u"recurrences"}) {
-    for (const Value& id : event.at(list).get<Array>()) identifiers.push_back(id.get<String>());
-  }
-  return identifiers;
+// The phone's entry number 4 of one kind, as the reader would have filled it.
+std::unique_ptr<CCalendar> ReadPhone(std::int32_t typeBits, bool changed,
+                                     const std::shared_ptr<Table>& table) {
+  auto entry = std::make_unique<CCalendar>();
+  entry->vCalendarType = typeBits;
+  entry->strSummary = u"Standup";
+  entry->strLocation = u"";  // empty texts are left out
+  entry->setStartDate(CDateTime(kStart, 0));
+  entry->setEndDate(CDateTime(kStart + 3600, 0));
+  entry->setDueDate(CDateTime(kStart + 7200, 0));
+  entry->dtModified = CDateTimeNull(CDateTime(kStart - 60, 0));
+  entry->classification = entry->status = 2;
+  entry->priority = 1;
+  entry->categories = 0x40;
+  entry->UID = u"uid-1";
+  entry->NewAttendee(u"ann@example.jp", ATTENDEE_ROLE_ATTENDEE, ATTENDEE_STATUS_DECLIENED, -1);
+  entry->NewAttendee(changed ? u"cy@example.jp" : u"bob@example.jp", 1, 99, -1);
+  entry->addAlarm(std::make_unique<CReminder>())
+      ->SetRunTime(CDateTime(kStart - (changed ? 1000 : 600), 0));
+  entry->addAlarm(std::make_unique<CReminder>());  // no run time: no record
+  const Array monday{kOne};
+  CRecurrence* rule = entry->addRecurrence(std::make_unique<CRecurrence>());
+  changed ? rule->SetMonthlyByDay(1, monday, 0, nullptr) : rule->SetWeekly(1, 0, nullptr, &monday);
+  entry->resolveIdentity(4, u"35", std::nullopt, table);
+  entry->createMetaData(u"CAL");
+  return entry;
 }
 
 class calendar_sync : public testing::TestWithParam<std::pair<std::int32_t, const char*>> {};
@@ -114,7 +175,7 @@ class calendar_sync : public testing::TestWithParam<std::pair<std::int32_t, cons
 TEST_P(calendar_sync, keeps_identifiers_and_replaces_what_changed) {
   const auto [typeBits, dataKey] = GetParam();
   ScratchFolder base;
-  const auto open = [&] { return std::make_shared<CalendarIDMappingTable>(u"N9", kIMEI, base.path()); };
+  const auto open = [&] { return std::make_shared<Table>(u"N9", u"35", base.path()); };
   std::vector<String> first;
   String vCalID;
   {
@@ -123,6 +184,28 @@ TEST_P(calendar_sync, keeps_identifiers_and_replaces_what_changed) {
     vCalID = *entry->vCalRecordID();
     EXPECT_EQ(States(*table, vCalID), std::vector<std::string>(4, "New/Linked"));
     EXPECT_TRUE(entry->eventChanged());
+    Dictionary event = entry->eventRecord();
+    for (const char16_t* list : kLists) event.erase(list);
+    Dictionary expected{{kEntity, u"com.apple.calendars.Event"}, {u"summary", u"Standup"},
+                        {u"start date", Date{kStart}},   {u"all day", false},
+                        {u"classification", u"confidential"}, {u"status", u"accepted"},
+                        {u"categories", std::int64_t{0x40}}, {u"external id", u"uid-1"},
+                        {u"date modified", Date{kStart - 60}}, {u"calendar", Array{Value(u"CAL")}}};
+    if (typeBits == 0x40) {
+      expected.emplace(u"due date", Date{kStart + 7200});
+      expected.emplace(u"priority", std::int64_t{1});
+    } else {
+      expected.emplace(u"end date", Date{kStart + 3600});
+    }
+    EXPECT_EQ(event, expected);
+    const Array owner{Value(vCalID)};
+    EXPECT_EQ(entry->attendeeMapper()->recordAtIndex(0),
+              (Dictionary{{kEntity, u"com.apple.calendars.Attendee"}, {u"owner", owner},
+                          {u"common name", u"ann@example.jp"}, {u"status", u"declined"}}));
+    EXPECT_EQ(entry->attendeeMapper()->recordAtIndex(1).at(u"status"), Value(u"needsaction"));
+    EXPECT_EQ(entry->alarmMapper()->recordAtIndex(0),
+              (Dictionary{{kEntity, u"com.apple.calendars.AudioAlarm"},
+                          {u"triggerdate", Date{kStart - 600}}, {u"owner", owner}}));
     table->addCalendar(vCalID, u"S-4", entry->eventRecord());
     first = Identifiers(entry->eventRecord());
     ASSERT_TRUE(table->save());
@@ -138,8 +221,7 @@ TEST_P(calendar_sync, keeps_identifiers_and_replaces_what_changed) {
   }
   auto table = open();
   auto entry = ReadPhone(typeBits, true, table);
-  // bob, the old alarm and the weekly rule go; cy, the new alarm and the
-  // monthly rule come.
+  // bob, the old alarm and the weekly rule go; cy, the new ones come.
   EXPECT_EQ(States(*table, vCalID),
             (std::vector<std::string>{"NoChange/Linked", "Delete/Unlinked", "New/Linked",
                                       "Delete/Unlinked", "New/Linked", "Delete/Unlinked",
@@ -148,8 +230,7 @@ TEST_P(calendar_sync, keeps_identifiers_and_replaces_what_changed) {
   EXPECT_EQ(now[0], first[0]);
   for (std::size_t i = 1; i < now.size(); ++i) EXPECT_NE(now[i], first[i]);
   // The identifiers went to the kind's store data, which now differs.
-  const Dictionary& kept = table->meta(vCalID)->at(StringFromASCII(dataKey)).get<Dictionary>();
-  EXPECT_EQ(Identifiers(kept), now);
+  EXPECT_EQ(Identifiers(table->meta(vCalID)->at(StringFromASCII(dataKey)).get<Dictionary>()), now);
   EXPECT_TRUE(entry->eventChanged());
   table->modifyCalendar(vCalID, entry->eventRecord());
   EXPECT_EQ(table->vCalIDForDBID(u"S-4"), vCalID);

@@ -3,10 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-#include <string>
-
 #include "mapping/MappingTestSupport.h"
 
 // BEGIN EXAMPLE
@@ -57,11 +53,19 @@ String SynchroniseCalendarOnce(const std::filesystem::path& metaFolder) {
 
 namespace {
 
-std::string ReadAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
+using phonepim::testing_support::ReadFile;
+
+TEST(synchronising_calendars_example, a_second_synchronisation_keeps_the_identifiers) {
+  phonepim::testing_support::ScratchFolder folder;
+  const String first = SynchroniseCalendarOnce(folder.path());
+  EXPECT_EQ(SynchroniseCalendarOnce(folder.path()), first);
+  const String phoneID = u"0000000000000008-Calendar-356938035643809_Appointment";
+  const CalendarIDMappingTable saved(u"N900", u"356938035643809", folder.path());
+  const Dictionary& meta = *saved.meta(phoneID);
+  EXPECT_EQ(meta.at(u"State"), Value(u"AddedBySyncDB"));
+  EXPECT_EQ(meta.at(u"Data").get<Dictionary>().at(u"summary"), Value(u"Dentist"));
+  EXPECT_EQ(meta.at(u"Data").get<Dictionary>().at(u"audio alarms"), Value(Array{Value(first)}));
+  EXPECT_EQ(saved.vCalIDForDBID(meta.at(u"dbRecordID").get<String>()), phoneID);
 }
 
 // The first ```cpp block after `marker`.
@@ -72,32 +76,15 @@ std::string CodeAfter(const std::string& text, const std::string& marker) {
   return text.substr(from + 7, text.find("```", from + 7) - from - 7);
 }
 
-TEST(synchronising_calendars_example, a_second_synchronisation_keeps_the_identifiers) {
-  phonepim::testing_support::ScratchFolder folder;
-  const String first = SynchroniseCalendarOnce(folder.path());
-  EXPECT_EQ(SynchroniseCalendarOnce(folder.path()), first);
-
-  const CalendarIDMappingTable saved(u"N900", u"356938035643809", folder.path());
-  const Dictionary* meta = saved.meta(u"0000000000000008-Calendar-356938035643809_Appointment");
-  ASSERT_NE(meta, nullptr);
-  EXPECT_EQ(meta->at(u"State"), Value(u"AddedBySyncDB"));
-  const Dictionary& event = meta->at(u"Data").get<Dictionary>();
-  EXPECT_EQ(event.at(u"summary"), Value(u"Dentist"));
-  EXPECT_EQ(event.at(u"audio alarms"), Value(Array{Value(first)}));
-  EXPECT_EQ(saved.vCalIDForDBID(meta->at(u"dbRecordID").get<String>()),
-            u"0000000000000008-Calendar-356938035643809_Appointment");
-}
-
 TEST(synchronising_calendars_example, the_documents_show_this_code) {
   const std::string source =
-      ReadAll(PHONEPIM_SOURCE_DIR "/tests/sync/SynchronisingCalendarsExample_test.cpp");
+      ReadFile(PHONEPIM_SOURCE_DIR "/tests/sync/SynchronisingCalendarsExample_test.cpp");
   const std::size_t begin = source.find("// BEGIN EXAMPLE\n");
   ASSERT_NE(begin, std::string::npos);
-  const std::string example =
-      source.substr(begin + 17, source.find("// END EXAMPLE") - begin - 17);
-  EXPECT_EQ(CodeAfter(ReadAll(PHONEPIM_SOURCE_DIR "/docs/synchronising-calendars.md"), "# "),
+  const std::string example = source.substr(begin + 17, source.find("// END EXAMPLE") - begin - 17);
+  EXPECT_EQ(CodeAfter(ReadFile(PHONEPIM_SOURCE_DIR "/docs/synchronising-calendars.md"), "# "),
             example);
-  EXPECT_EQ(CodeAfter(ReadAll(PHONEPIM_SOURCE_DIR "/README.md"),
+  EXPECT_EQ(CodeAfter(ReadFile(PHONEPIM_SOURCE_DIR "/README.md"),
                       "<!-- synchronising-calendars example -->"),
             example);
 }
