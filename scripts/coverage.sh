@@ -25,5 +25,5 @@ if [ -n "${COVERAGE_REPORT:-}" ]; then
         --json-summary "$COVERAGE_REPORT/summary.json" --json-summary-pretty
   gcovr "${gcovr_args[@]}" --branches --txt "$COVERAGE_REPORT/branches.txt"
 fi
-gcovr "${gcovr_args[@]}" --print-summary --txt /dev/null | grep -E '^(lines|branches):'
+gcovr "${gcovr_args[@]}" --print-summary | grep -E '^(lines|branches):'
 exit "${status:-0}"
