@@ -32,6 +32,8 @@ step(edited-and-deleted 0 sync sync-after.vcf --store ${store} --imei 35)
 step(calendar 0 sync sync-calendar.vcs --store ${store} --imei 35)
 step(show 0 store show --store ${store})
 step(export 0 store export --store ${store} --imei 35 --to vcf)
+# The calendar back as the phone's text: dates, kinds, alarms and rules kept.
+step(export-vcs 0 store export --store ${store} --imei 35 --to vcs)
 step(json 1 sync ../../../examples/bad-cards.vcf --store ${WORK}/other.sqlite --json -q)
 step(not-a-store 2 store show --store contacts.vcf)
 step(no-store 2 store show --store ${WORK}/none.sqlite)
