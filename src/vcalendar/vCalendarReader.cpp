@@ -106,6 +106,10 @@ bool ClassifyEncodingWord(Data& d, const char* name, const char* value, bool any
   return false;
 }
 
+bool WritableInParameter(std::string_view text) {
+  return text.find_first_of(";:\r\n") == std::string_view::npos;
+}
+
 void ClassifyProperty(Data& d, const char* name, char** params) {
   const bool lenient = LenientNames();
   d.propertyID = vCalendarPropertyIDOf(name, lenient);
@@ -121,8 +125,13 @@ void ClassifyProperty(Data& d, const char* name, char** params) {
   if (params != nullptr) {
     for (char** pair = params; pair[0] != nullptr; pair += 2) {
       if (ClassifyEncodingWord(d, pair[0], pair[1], lenient) || !lenient) continue;
-      // Empty names and values are what the tokenizer refuses: not kept.
-      if (pair[0][0] == '\0') continue;
+      // Empty names and values are what the tokenizer refuses, and a ';',
+      // ':' or line break (a value the tokenizer took across a broken line)
+      // would split the parameter when written back: not kept.
+      if (pair[0][0] == '\0' || !WritableInParameter(pair[0]) ||
+          (pair[1] != nullptr && !WritableInParameter(pair[1]))) {
+        continue;
+      }
       d.itemName.append(";").append(pair[0]);
       if (pair[1] != nullptr && pair[1][0] != '\0') d.itemName.append("=").append(pair[1]);
     }
