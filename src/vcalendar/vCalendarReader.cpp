@@ -106,8 +106,14 @@ bool ClassifyEncodingWord(Data& d, const char* name, const char* value, bool any
   return false;
 }
 
+// What a parameter kept in an extension item's name may hold so that it
+// reads back as it was written: printable ASCII and spaces, without the
+// separators ';' and ':', and without a backslash, which escaping would double.
 bool WritableInParameter(std::string_view text) {
-  return text.find_first_of(";:\r\n") == std::string_view::npos;
+  for (const char c : text) {
+    if (c < ' ' || c > '~' || c == ';' || c == ':' || c == '\\') return false;
+  }
+  return true;
 }
 
 void ClassifyProperty(Data& d, const char* name, char** params) {
@@ -125,9 +131,9 @@ void ClassifyProperty(Data& d, const char* name, char** params) {
   if (params != nullptr) {
     for (char** pair = params; pair[0] != nullptr; pair += 2) {
       if (ClassifyEncodingWord(d, pair[0], pair[1], lenient) || !lenient) continue;
-      // Empty names and values are what the tokenizer refuses, and a ';',
-      // ':' or line break (a value the tokenizer took across a broken line)
-      // would split the parameter when written back: not kept.
+      // Empty names are what the tokenizer refuses, and a parameter that
+      // would not read back as written (a value the tokenizer took across a
+      // broken line, say) would change on every pass: neither is kept.
       if (pair[0][0] == '\0' || !WritableInParameter(pair[0]) ||
           (pair[1] != nullptr && !WritableInParameter(pair[1]))) {
         continue;
