@@ -81,6 +81,13 @@ void TakeOutWhatNeverSettles(CCalendar& c, unsigned int kind) {
                                       &c.Account, &c.AccountName, &c.AccountType}) {
     Slash(*text);
   }
+  // An extension item can be a text property read again (a repeated
+  // SUMMARY, say): the same asymmetry holds for its value.
+  for (int i = 0; i < c.GetXItemCount(); ++i) {
+    std::optional<String> data = c.GetXItem(i)->Data();
+    Slash(data);
+    c.GetXItem(i)->setDataWithString(std::move(*data));
+  }
 }
 
 }  // namespace
