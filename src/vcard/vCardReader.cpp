@@ -2,10 +2,8 @@
 // classification, and storing each value into the contact.
 #include <algorithm>
 #include <array>
-#include <climits>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,6 +19,7 @@
 #include "phonepim/versit/vObject.h"
 #include "phonepim/versit/vParser.h"
 #include "vcard/vCardReaderInternal.h"
+#include "versit/TokenizeObject.h"
 
 namespace phonepim {
 
@@ -471,22 +470,6 @@ void StoreAssistant(vCard::vCardParseData& d) {
   d.pContact->setAssistantNumber(std::move(number));
 }
 
-// Feeds `size` bytes in pieces the tokenizer's int length can carry.
-bool FeedAll(VP* parser, const unsigned char* bytes, std::size_t size) {
-  const char* text = reinterpret_cast<const char*>(bytes);
-  do {
-    const std::size_t piece = std::min<std::size_t>(size, INT_MAX);
-    size -= piece;
-    if (CARD_Parse(parser, text, static_cast<int>(piece), size == 0 ? 1 : 0) == 0) return false;
-    text += piece;
-  } while (size != 0);
-  return true;
-}
-
-struct ParserFree {
-  void operator()(VP* parser) const { CARD_ParserFree(parser); }
-};
-
 // Lends the calling thread's value buffer to one Parse and takes it back,
 // so that an address book of thousands of cards allocates it once; a
 // buffer grown past kKeptValueBuffer by a large photo is let go.
@@ -674,20 +657,8 @@ void vCard::Parse(CContact* contact, const vObject* object, ReadAccount* account
   vCardParseData parseData(contact);
   parseData.account = account;
   const LentValueBuffer lent(parseData.value);
-  bool parsed = false;
-  {
-    const std::unique_ptr<VP, ParserFree> parser(CARD_ParserCreate());
-    if (!parser) throw std::bad_alloc();
-    CARD_SetUserData(parser.get(), &parseData);
-    CARD_SetPropHandler(parser.get(), &vCard::vCardPropHandler);
-    CARD_SetDataHandler(parser.get(), &vCard::vCardDataHandler);
-    CARD_SetLenient(parser.get(), sm_fLenientReading ? 1 : 0);
-    if (object != nullptr) {
-      parsed = FeedAll(parser.get(), object->object()->GetData(), object->object()->GetSize());
-    } else {
-      parsed = CARD_Parse(parser.get(), nullptr, 0, 1) != 0;
-    }
-  }
+  const bool parsed = TokenizeObject(object, &parseData, &vCard::vCardPropHandler,
+                                     &vCard::vCardDataHandler, sm_fLenientReading);
   // A failure inside a callback came first: the tokenizer may have gone on
   // (and even failed) only because the callbacks stopped storing.
   if (parseData.failure) std::rethrow_exception(parseData.failure);
