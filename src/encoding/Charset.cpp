@@ -138,6 +138,12 @@ std::string DecodeQuotedPrintableValue(std::string_view text) {
   return out;
 }
 
+std::string CharsetNote(const CharsetText& decoded, std::string_view charset) {
+  if (decoded.unknownCharset) return "charset " + std::string(charset) + " unknown, read as UTF-8";
+  if (decoded.replaced) return "bytes not valid in its charset kept as Latin-1 or U+FFFD";
+  return {};
+}
+
 CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int encoding) {
   std::string decoded;
   if (encoding == kEncodingQuotedPrintable || encoding == kEncodingQuotedPrintableCR) {

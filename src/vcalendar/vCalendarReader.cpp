@@ -21,6 +21,7 @@
 #include "vcalendar/vCalendarReaderInternal.h"
 #include "vcalendar/vCalendarText.h"
 #include "phonepim/encoding/Charset.h"
+#include "versit/PropertyOutcome.h"
 #include "versit/TokenizeObject.h"
 
 namespace phonepim {
@@ -128,6 +129,10 @@ void ClassifyProperty(Data& d, const char* name, char** params) {
   d.hasValue = false;
   d.categoriesValue.clear();
   if (lenient) d.itemName = name != nullptr ? name : "";
+  if (d.account != nullptr) {
+    d.propertyName = name != nullptr ? name : "";
+    d.decodeNote.clear();
+  }
   if (params != nullptr) {
     for (char** pair = params; pair[0] != nullptr; pair += 2) {
       if (ClassifyEncodingWord(d, pair[0], pair[1], lenient) || !lenient) continue;
@@ -153,15 +158,16 @@ void ClassifyProperty(Data& d, const char* name, char** params) {
 // charset ICU knows is decoded, and a value whose bytes do not fit the
 // charset it claims is kept (as Latin-1 or with replacement characters),
 // never lost.
-std::optional<String> DecodeText(const Data& d, std::string_view value) {
-  if (LenientNames()) return DecodeCharset(value, d.charsetWord, d.encoding).text;
-  std::optional<String> text =
-      Decode(value.data(), static_cast<int>(value.size()), d.charset, d.encoding);
-  if (!text && LenientNames()) text = StringFromASCII(value);
-  return text;
+std::optional<String> DecodeText(Data& d, std::string_view value) {
+  if (!LenientNames()) {
+    return Decode(value.data(), static_cast<int>(value.size()), d.charset, d.encoding);
+  }
+  CharsetText decoded = DecodeCharset(value, d.charsetWord, d.encoding);
+  if (d.account != nullptr) d.decodeNote = CharsetNote(decoded, d.charsetWord);
+  return std::move(decoded.text);
 }
 
-std::optional<String> DecodeEscapedText(const Data& d, std::string_view value) {
+std::optional<String> DecodeEscapedText(Data& d, std::string_view value) {
   if (!vCard::sm_fNonstandardEscChar) return DecodeText(d, value);
   const Bytes unescaped = DecodeEscapedCharString(value.data(), value.size());
   return DecodeText(
@@ -186,10 +192,20 @@ String ItemName(const Data& d) {
   return StringFromUTF8(d.itemName).value_or(StringFromASCII(d.itemName));
 }
 
-void KeepAsItem(Data& d, std::string_view value) {
-  if (d.itemName.empty()) return;  // no name to write it back under
+PropertyOutcome KeepAsItem(Data& d, std::string_view value) {
+  if (d.itemName.empty()) return {PropertyFate::kLost, "no name to keep it under"};
   const std::optional<String> text = DecodeText(d, value);
   d.pCalendar->NewXItem(ItemName(d), text.value_or(String()), 0, -1);
+  return {PropertyFate::kExtension, nullptr};
+}
+
+// The value went into `field`, or, when it could not: under lenient reading
+// into an extension item (unless one holds it already), else nowhere.
+PropertyOutcome ReadOr(Data& d, std::string_view v, bool stored, const char* field,
+                       const char* reason, bool keptAlready = false) {
+  if (stored) return ReadInto(field);
+  if (!LenientNames()) return {PropertyFate::kLost, reason};
+  return keptAlready ? PropertyOutcome{PropertyFate::kExtension, nullptr} : KeepAsItem(d, v);
 }
 
 // "1.0" compared over the value's length, in any case.
@@ -209,12 +225,24 @@ std::optional<CDateTimeNull> NullableDate(std::string_view value) {
   return CDateTimeNull(*date);
 }
 
-void StoreCategories(Data& d, std::string_view value) {
+// Whether some word of a CATEGORIES value is none the table knows.
+bool HasUnknownCategory(std::string_view value) {
+  for (std::size_t i = 0; i <= value.size();) {
+    const std::string_view word = vcalendar_text::Trim(vcalendar_text::Field(value, i));
+    if (!word.empty() && vCalendar::ParseCategory(word) == 0) return true;
+  }
+  return false;
+}
+
+PropertyOutcome StoreCategories(Data& d, std::string_view value) {
   CCalendar& cal = *d.pCalendar;
   d.categoriesValue.assign(value);
   if (!LenientNames()) {
     cal.categories = vCalendar::ParseCategories(value);
-    return;
+    if (d.account != nullptr && HasUnknownCategory(value)) {
+      return {PropertyFate::kLost, "a word with no category"};
+    }
+    return ReadInto("categories");
   }
   // Lenient: known words OR into the field (the first such value replaces
   // what BEGIN set), and the words the table does not know are kept
@@ -231,14 +259,17 @@ void StoreCategories(Data& d, std::string_view value) {
       unknown += word;
     }
   }
-  if (known != 0 || value.empty()) {
+  const bool read = known != 0 || value.empty();
+  if (read) {
     cal.categories = d.categoriesRead ? cal.categories | known : vCalendar::ParseCategories(value);
     d.categoriesRead = true;
   }
-  if (!unknown.empty()) KeepAsItem(d, unknown);
+  if (unknown.empty()) return ReadInto("categories");
+  const PropertyOutcome kept = KeepAsItem(d, unknown);
+  return read ? ReadInto("categories, the other words as an extension item") : kept;
 }
 
-void StoreRule(Data& d, std::string_view value, bool exceptRule) {
+PropertyOutcome StoreRule(Data& d, std::string_view value, bool exceptRule) {
   CCalendar& cal = *d.pCalendar;
   auto rule = std::make_unique<CRecurrence>();
   std::string decoded;
@@ -251,142 +282,169 @@ void StoreRule(Data& d, std::string_view value, bool exceptRule) {
   if (!held && LenientNames()) {
     // The model has no place for this rule: kept as written (an XRULE is
     // kept so whatever it holds, see kKeptAsWell).
-    if (exceptRule) return;
-    cal.NewXItem(ItemName(d), StringFromUTF8(value).value_or(StringFromASCII(value)),
-                 0, -1);
-    return;
+    if (!exceptRule) {
+      cal.NewXItem(ItemName(d), StringFromUTF8(value).value_or(StringFromASCII(value)), 0, -1);
+    }
+    return {PropertyFate::kExtension, nullptr};
   }
   if (exceptRule) {
     cal.ExceptRule = std::move(*rule);
   } else {
     cal.addRecurrence(std::move(rule));
   }
+  return held ? ReadInto(exceptRule ? "exceptRule" : "recurrence")
+              : PropertyOutcome{PropertyFate::kLost, "a rule the recurrence model cannot hold"};
 }
 
 // Lenient reading keeps a date it cannot read as an item, and the next
 // one of its name may still fill the field.
-void StoreDate(Data& d, std::string_view v, std::optional<CalendarDate>& field, bool& isUTC) {
+PropertyOutcome StoreDate(Data& d, std::string_view v, std::optional<CalendarDate>& field,
+                          bool& isUTC, const char* name) {
   std::optional<CalendarDate> date = vCalendar::ParseDateTimeComponent(v, &isUTC);
   if (!date && LenientNames()) {
     d.seen &= ~Bit(d.propertyID);
     return KeepAsItem(d, v);
   }
+  const bool read = date.has_value();
   field = std::move(date);
+  return ReadOr(d, v, read, name, "not a date");
 }
 
-void StoreValue(Data& d, std::string_view v) {
+// A decoded text into its field. Only the standard reading can fail to
+// decode, and it drops the value.
+PropertyOutcome StoreText(std::optional<String> text, std::optional<String>& field,
+                          const char* name) {
+  const bool read = text.has_value();
+  field = std::move(text);
+  return read ? ReadInto(name) : PropertyOutcome{PropertyFate::kLost, "not valid in its charset"};
+}
+
+// Stores one value and says where it went.
+PropertyOutcome StoreValue(Data& d, std::string_view v) {
   CCalendar& cal = *d.pCalendar;
   const int id = d.propertyID;
+  bool kept = false;  // lenient: an extension item holds the value as well
   if (LenientNames() && id > 0) {
     const std::uint64_t bit = Bit(id);
     if ((kSingleValued & bit) != 0 && (d.seen & bit) != 0) return KeepAsItem(d, v);
     d.seen |= bit;
     if ((kKeptAsWell & bit) != 0 &&
         !(id == kvCalPropertyX_TYPE && vCalendar::sm_fSupportSetHoliday)) {
-      KeepAsItem(d, v);
+      kept = KeepAsItem(d, v).fate == PropertyFate::kExtension;
     }
   }
+  const auto date = [&](std::optional<CDateTimeNull>& field, const char* name) {
+    field = NullableDate(v);
+    return ReadOr(d, v, field.has_value(), name, "not a date", kept);
+  };
   switch (id) {
     case kvCalPropertyVERSION:
       PHONEPIM_ASSERT(IsVersion10(v), "_strnicmp(data, \"1.0\", len) == 0");
-      break;
+      return {PropertyFate::kByDesign, "the version, checked"};
     case kvCalPropertyTZ:
       cal.TimeZoneInfo = vCalendar::ParseTimeZone(v);
-      break;
+      return ReadInto("timeZone");
     case kvCalPropertyDAYLIGHT:
       if (!cal.TimeZoneInfo) cal.TimeZoneInfo.emplace();
       vCalendar::ParseDaylight(v, d.charset, d.encoding, &*cal.TimeZoneInfo);
-      break;
+      return ReadInto("timeZone");
     case kvCalPropertyBEGIN: {
       const bool anyCase = LenientNames();
       auto is = [&](std::string_view w) { return anyCase ? EqualsIgnoringCase(v, w) : v == w; };
       cal.categories = is("VTODO") ? 64 : is("VEVENT") ? 1 : 0;
-      break;
+      return cal.categories != 0 ? ReadInto("kind") : NothingToKeep();
     }
     case kvCalPropertyCATEGORIES:
-      StoreCategories(d, v);
-      break;
+      return StoreCategories(d, v);
     case kvCalPropertyCLASS:
       cal.classification = vCalendar::ParseClassification(v);
-      break;
+      return ReadInto("classification");
     case kvCalPropertyAALARM: {
       CReminder* reminder = cal.addAlarm(
           std::make_unique<CReminder>(vCalendar::ParseReminder(v, &cal.isdtRecurrenceisUTC)));
       reminder->SetType(d.reminderParams & 0xF0);
       reminder->SetValueType(d.reminderParams & 0x0F);
-      break;
+      return ReadInto("alarms");
     }
     case kvCalPropertyDTCREATE:
-      cal.dtCreate = NullableDate(v);
-      break;
+      return date(cal.dtCreate, "created");
     case kvCalPropertyCOMPLETED:
-      cal.dtCompleted = NullableDate(v);
-      break;
+      return date(cal.dtCompleted, "completed");
     case kvCalPropertyLAST_MODIFIED:
       cal.LMT = StringFromUTF8(v);
       cal.dtModifiedComp = vCalendar::ParseDateTimeComponent(v, &cal.isdtModifiedisUTC);
-      break;
+      return ReadOr(d, v, cal.LMT.has_value(), "lastModified", "not UTF-8", kept);
     case kvCalPropertyDTSTART:
-      StoreDate(d, v, cal.dtStartComp, cal.isdtStartisUTC);
-      break;
+      return StoreDate(d, v, cal.dtStartComp, cal.isdtStartisUTC, "start");
     case kvCalPropertyDTEND:
-      StoreDate(d, v, cal.dtEndComp, cal.isdtEndisUTC);
-      break;
+      return StoreDate(d, v, cal.dtEndComp, cal.isdtEndisUTC, "end");
     case kvCalPropertyDUE:
-      StoreDate(d, v, cal.dtDueComp, cal.isdtDueisUTC);
-      break;
+      return StoreDate(d, v, cal.dtDueComp, cal.isdtDueisUTC, "due");
     case kvCalPropertySUMMARY:
-      cal.strSummary = WithNewlines(DecodeEscapedText(d, v));
-      break;
+      return StoreText(WithNewlines(DecodeEscapedText(d, v)), cal.strSummary, "summary");
     case kvCalPropertyDESCRIPTION:
-      cal.strDescription = WithNewlines(DecodeEscapedText(d, v));
-      break;
+      return StoreText(WithNewlines(DecodeEscapedText(d, v)), cal.strDescription, "description");
     case kvCalPropertyLOCATION:
-      cal.strLocation = WithNewlines(DecodeEscapedText(d, v));
-      break;
+      return StoreText(WithNewlines(DecodeEscapedText(d, v)), cal.strLocation, "location");
     case kvCalPropertyACCOUNT:
-      cal.Account = DecodeEscapedText(d, v);
-      break;
+      return StoreText(DecodeEscapedText(d, v), cal.Account, "account");
     case kvCalPropertyACCOUNT_N:
-      cal.AccountName = DecodeEscapedText(d, v);
-      break;
+      return StoreText(DecodeEscapedText(d, v), cal.AccountName, "accountName");
     case kvCalPropertyACCOUNT_TYPE:
-      cal.AccountType = DecodeEscapedText(d, v);
-      break;
+      return StoreText(DecodeEscapedText(d, v), cal.AccountType, "accountType");
     case kvCalPropertyRRULE:
-      StoreRule(d, v, false);
-      break;
+      return StoreRule(d, v, false);
     case kvCalPropertyXRULE:
-      StoreRule(d, v, true);
-      break;
+      return StoreRule(d, v, true);
     case kvCalPropertyPRIORITY:
       cal.priority = static_cast<std::int32_t>(LeadingInt(v));
-      break;
+      return ReadInto("priority");
     case kvCalPropertySTATUS:
       cal.status = vCalendar::ParseStatus(v);
-      break;
-    case kvCalPropertyATTENDEE:
-      cal.NewAttendee(DecodeText(d, v).value_or(String()), d.attendeeRole, d.attendeeStatus, -1);
-      break;
+      return ReadInto("status");
+    case kvCalPropertyATTENDEE: {
+      std::optional<String> name = DecodeText(d, v);
+      const bool read = name.has_value();
+      cal.NewAttendee(std::move(name).value_or(String()), d.attendeeRole, d.attendeeStatus, -1);
+      return read ? ReadInto("attendees")
+                  : PropertyOutcome{PropertyFate::kLost, "not valid in its charset"};
+    }
     case kvCalPropertyX_TYPE:
       cal.bIsHoliday = EqualsIgnoringCase(v, "HOLIDAY");
-      break;
+      return ReadInto("holiday");
     case kvCalPropertyX_ALLDAY:
       cal.bIsAllDay = EqualsIgnoringCase(v, "SET");
-      break;
+      return ReadInto("allDay");
     case kvCalPropertyUID:
       cal.UID = StringFromUTF8(v);
-      break;
+      return ReadOr(d, v, cal.UID.has_value(), "uid", "not UTF-8", kept);
     case kvCalPropertyEND:
-      break;
+      return NothingToKeep();
     default:
-      if (LenientNames()) {
-        KeepAsItem(d, v);
-      } else if (gVCARD_DEBUGMODE) {
+      if (LenientNames()) return KeepAsItem(d, v);
+      if (gVCARD_DEBUGMODE) {
         Log("[%s] Warning: Unknown vCalendar property.", "vCalendarDataHandler");
       }
-      break;
+      return {PropertyFate::kLost, "unknown property"};
   }
+}
+
+// Adds the current property's outcome to the account. A value that replaces
+// the one a single-value field held makes the earlier one lost.
+void Account(Data& d, PropertyOutcome outcome) {
+  ReadAccount& account = *d.account;
+  if (outcome.fate == PropertyFate::kRead && d.propertyID > 0 &&
+      (kSingleValued & Bit(d.propertyID)) != 0) {
+    std::size_t& held = d.heldEntry[static_cast<std::size_t>(d.propertyID)];
+    if (held != 0) {
+      account.properties[held - 1].fate = PropertyFate::kLost;
+      account.properties[held - 1].where = "replaced by a later " + d.propertyName;
+    }
+    held = account.properties.size() + 1;
+  }
+  account.properties.push_back(
+      {d.propertyName, outcome.fate,
+       outcome.where != nullptr ? outcome.where : "extension item " + d.itemName, d.decodeNote});
 }
 
 void EndProperty(Data& d) {
@@ -394,8 +452,12 @@ void EndProperty(Data& d) {
   if (d.propertyID == kvCalPropertyCATEGORIES && cal.categories == 0 && !LenientNames()) {
     cal.categories = vCalendar::ParseCategories(d.categoriesValue);
   }
-  // An empty value of a property the record has no field for is kept too.
-  if (!d.hasValue && d.propertyID == kvCalPropertyUnknown && LenientNames()) KeepAsItem(d, {});
+  if (!d.hasValue) {
+    // An empty value of a property the record has no field for is kept too.
+    const PropertyOutcome outcome =
+        d.propertyID == kvCalPropertyUnknown && LenientNames() ? KeepAsItem(d, {}) : NoValue();
+    if (d.account != nullptr) Account(d, outcome);
+  }
   d.propertyID = kvCalPropertyNone;
   d.reminderParams = 0;
 }
@@ -466,7 +528,12 @@ int vCalendarPropertyIDOf(const char* name, bool anyCase) {
 }
 
 void vCalendar::Parse(CCalendar* calendar, const vObject* object) {
+  Parse(calendar, object, nullptr);
+}
+
+void vCalendar::Parse(CCalendar* calendar, const vObject* object, ReadAccount* account) {
   vCalendarParseData parseData(calendar);
+  parseData.account = account;
   if (calendar != nullptr && object != nullptr) {
     calendar->mVcalID = static_cast<std::uint16_t>(object->objectID());
   }
@@ -507,7 +574,9 @@ void vCalendar::vCalendarDataHandler(void* data, const char* value, int length) 
       return;
     }
     d.hasValue = true;
-    StoreValue(d, std::string_view(value, static_cast<std::size_t>(std::max(length, 0))));
+    const PropertyOutcome outcome =
+        StoreValue(d, std::string_view(value, static_cast<std::size_t>(std::max(length, 0))));
+    if (d.account != nullptr) Account(d, outcome);
   } catch (...) {
     d.failure = std::current_exception();
   }

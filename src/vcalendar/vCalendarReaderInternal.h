@@ -4,9 +4,12 @@
 
 #include <cstdint>
 #include <exception>
+#include <array>
+#include <cstddef>
 #include <string>
 
 #include "phonepim/vcalendar/vCalendar.h"
+#include "phonepim/versit/ReadAccount.h"
 
 namespace phonepim {
 
@@ -85,6 +88,17 @@ struct vCalendar::vCalendarParseData {
   /// The first exception a callback caught; once set, every callback does
   /// nothing and Parse rethrows it.
   std::exception_ptr failure;
+
+  /// Where Parse reports what became of each property; may be null. The
+  /// rest is kept only when there is one.
+  ReadAccount* account = nullptr;
+  /// The property name as the tokenizer gave it.
+  std::string propertyName;
+  /// A remark on how the current value was decoded (lenient reading).
+  std::string decodeNote;
+  /// Per property code: 1 + the account entry of the value its field
+  /// holds, so that the entry can say so when a later value replaces it.
+  std::array<std::size_t, kvCalPropertyEND + 1> heldEntry{};
 };
 
 }  // namespace phonepim

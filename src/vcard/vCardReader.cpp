@@ -645,7 +645,7 @@ vcard_reader::Outcome StoreValue(vCard::vCardParseData& d) {
       if (gVCARD_DEBUGMODE) Log("[%s] Warning: Unknown vCard property.", "vCardDataHandler");
       return unless(false, "", "unknown property");
     default:  // BEGIN, END, X-GENDER: recognised, nothing to keep
-      return {PropertyFate::kByDesign, "recognised, nothing to keep"};
+      return NothingToKeep();
   }
 }
 

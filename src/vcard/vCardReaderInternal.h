@@ -17,6 +17,7 @@
 #include "phonepim/platform/String.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/ReadAccount.h"
+#include "versit/PropertyOutcome.h"
 
 namespace phonepim {
 class CPostalAddress;
@@ -182,15 +183,9 @@ void ForEachComponent(const char* text, int len, Visit&& visit) {
   visit(index, text + start, static_cast<std::size_t>(len - start));
 }
 
-/// What became of one property: its fate and the field or reason (a
-/// literal; for an extension item, null: the item bears the property's
-/// name). No allocation: every property of every card makes one.
-struct Outcome {
-  PropertyFate fate;
-  const char* where;
-};
-inline Outcome Read(const char* field) { return {PropertyFate::kRead, field}; }
-inline Outcome Empty() { return {PropertyFate::kEmpty, "no value"}; }
+using Outcome = PropertyOutcome;
+inline Outcome Read(const char* field) { return ReadInto(field); }
+inline Outcome Empty() { return NoValue(); }
 
 /// Appends the current property's outcome to the parse's account.
 void AddToAccount(vCard::vCardParseData& d, Outcome outcome);

@@ -38,11 +38,7 @@ bool HoldsOneValue(int propertyID) {
 // that took a fallback.
 CharsetText DecodeNoted(vCard::vCardParseData& d) {
   CharsetText decoded = DecodeCharset(d.value, d.charsetName, d.encoding);
-  if (decoded.unknownCharset) {
-    d.decodeNote = "charset " + d.charsetName + " unknown, read as UTF-8";
-  } else if (decoded.replaced) {
-    d.decodeNote = "bytes not valid in its charset kept as Latin-1 or U+FFFD";
-  }
+  if (d.account != nullptr) d.decodeNote = CharsetNote(decoded, d.charsetName);
   return decoded;
 }
 
@@ -163,14 +159,14 @@ bool BeginLenientStore(vCard::vCardParseData& d) {
     if (++d.depth == 2) {
       Note(d, {PropertyFate::kByDesign, "a nested card, read as a contact of its own"});
     } else if (d.depth == 1) {
-      Note(d, {PropertyFate::kByDesign, "recognised, nothing to keep"});
+      Note(d, NothingToKeep());
     }
     return false;
   }
   if (d.propertyID == kvCardPropertyEND && NamesACard(d.value) && d.depth > 0) {
     if (--d.depth == 0) {
       d.ended = true;
-      Note(d, {PropertyFate::kByDesign, "recognised, nothing to keep"});
+      Note(d, NothingToKeep());
     }
     return false;
   }

@@ -40,6 +40,12 @@ std::string DecodeQuotedPrintableValue(std::string_view text);
 /// "WINDOWS-1252", "SHIFT_JIS", ...), case-blind.
 CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int encoding);
 
+/// What a reader's account says of how `decoded` was read (its CHARSET
+/// word was `charset`): "charset X unknown, read as UTF-8", "bytes not valid
+/// in its charset kept as Latin-1 or U+FFFD", or empty when nothing is
+/// worth saying.
+std::string CharsetNote(const CharsetText& decoded, std::string_view charset);
+
 /// The value encoding an ENCODING word (or a bare encoding parameter)
 /// names, in any case and as exports spell it: "QUOTED-PRINTABLE" and
 /// "QUOTEDPRINTABLE" kEncodingQuotedPrintable, "BASE64" and "B"

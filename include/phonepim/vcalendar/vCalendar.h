@@ -21,6 +21,7 @@ namespace phonepim {
 class CCalendar;
 class CRecurrence;
 class vObject;
+struct ReadAccount;
 
 class vCalendar {
  public:
@@ -112,6 +113,15 @@ class vCalendar {
   /// the exception is rethrown from here once the tokenizer is freed. The
   /// record keeps what was stored before. Nothing leaks.
   static void Parse(CCalendar* calendar, const vObject* object);
+  /// The same, and `account` (when not null) receives what became of each
+  /// property of the text, in order: read into a field (named as in the
+  /// tool's JSON: "summary", "start", "alarms"...), dropped by design
+  /// (BEGIN:VCALENDAR, END, VERSION), kept as an extension item, empty, or
+  /// lost with the reason (a value the standard reading cannot decode, an
+  /// unknown property, a rule the recurrence model cannot hold, a value a
+  /// later one of the same property replaced). Lenient reading loses
+  /// nothing but a property without a name.
+  static void Parse(CCalendar* calendar, const vObject* object, ReadAccount* account);
 
   /// The tokenizer's user data for one Parse (defined in the library's
   /// private src/vcalendar/vCalendarReaderInternal.h).
