@@ -6,6 +6,7 @@
 #include <ostream>
 #include <vector>
 
+#include "AccountReport.h"
 #include "CalendarJson.h"
 #include "ContactsCheck.h"
 #include "ObjectReport.h"
@@ -51,12 +52,6 @@ std::vector<Json> Missing(const Json& a, Json b) {
   }
   return missing;
 }
-
-struct CheckTally {
-  std::size_t unchanged = 0;
-  std::size_t byDesignOnly = 0;
-  std::size_t lossy = 0;
-};
 
 }  // namespace
 
@@ -104,10 +99,14 @@ int CheckCalendar(const std::string& text, const std::string& sourceName,
                   const ReadOptions& readOptions, const CalendarOptions& options,
                   std::ostream& out, std::ostream& err) {
   CalendarTally tally;
-  CheckTally check;
+  CheckTotals totals;
+  const bool quiet = readOptions.quiet;
   const int status = ForEachCalendar(
       text, sourceName, readOptions, err,
       [&](const EntryInFile& entry, const CCalendar& calendar) {
+        ObjectCheck check;
+        check.AddAccount(entry.account, quiet);
+        // What writing the entry and reading it again would change.
         const std::size_t number = entry.object.index + 1;
         const std::size_t line = entry.entry.span.firstLine;
         Json before = CalendarToJson(calendar, entry.kind, number, line, readOptions.imei);
@@ -145,30 +144,15 @@ int CheckCalendar(const std::string& text, const std::string& sourceName,
             sort(path, At(before, path), At(after, path), std::move(difference));
           }
         }
-        if (lost.empty() && byDesign.empty()) {
-          ++check.unchanged;
-          return;
-        }
-        ++(lost.empty() ? check.byDesignOnly : check.lossy);
-        if (lost.empty() && readOptions.quiet) return;
-        out << ObjectHeading(sourceName, entry.object.index, entry.entry.span, entry.entry.own)
-            << ": "
-            << (lost.empty() ? "changed by design only" : std::to_string(lost.size()) + " lost")
-            << '\n';
-        for (const std::string& difference : lost) out << "  lost: " << difference << '\n';
-        if (!readOptions.quiet) {
-          for (const std::string& difference : byDesign) {
-            out << "  by design: " << difference << '\n';
-          }
-        }
+        check.AddRoundTrip(lost, byDesign, quiet);
+        totals.Report(
+            ObjectHeading(sourceName, entry.object.index, entry.entry.span, entry.entry.own),
+            check, quiet, out);
       },
       &tally);
   if (status == 2) return status;
-  out << Counted(check.unchanged + check.byDesignOnly + check.lossy + tally.failed, "object")
-      << ": " << check.unchanged << " unchanged, " << check.byDesignOnly
-      << " changed by design only, " << check.lossy << " with losses, " << tally.failed
-      << " failed\n";
-  return check.lossy ? 4 : status;
+  return totals.Close(tally.events + tally.anniversaries + tally.todos + tally.failed,
+                      tally.failed, status, out);
 }
 
 }  // namespace phonepim::tool

@@ -1,7 +1,12 @@
-// `phonepim calendar check`: what a round trip through the library would
-// change, entry by entry and field by field.
+// `phonepim calendar check`: what reading lost of each entry, and what a
+// round trip through the writer would lose on top.
 //
-// Each entry is read, written with the codec options given, and read
+// Reading: every property of the entry is accounted for by the reader
+// (vCalendar::Parse with a ReadAccount): read into a field, dropped by
+// design (BEGIN:VCALENDAR, END, VERSION), kept as an extension item, empty
+// (nothing to keep), or lost. Only "lost" counts as a loss.
+//
+// Writing: each entry is written with the codec options given and read
 // again; the two records are compared as their JSON (CalendarToJson). The
 // differences in fields the writer has no way to write are "by design"
 // (see ByDesignReason) and do not count; every other difference is
@@ -26,9 +31,13 @@ const char* ByDesignReason(const std::string& path, const nlohmann::ordered_json
                            const CalendarOptions& options);
 
 /// Reads, writes and reads again every entry of `text`, and prints on `out`
-/// each entry that changed with its differences, then a tally. Returns 0
-/// when nothing was lost, 4 when some entry lost something, else 1 when
-/// some entries could not be read, 2 for no vCalendar at all.
+/// one line with its property account for each entry that lost something,
+/// kept something as an extension item or changed by design on writing,
+/// with those properties and changes; then the totals. Quiet prints only
+/// the entries with losses, and no "kept" or "by design" lines. Returns 0
+/// when nothing was lost, 4 when some entry lost something in reading or on
+/// writing, else 1 when some entries could not be read, 2 for no vCalendar
+/// at all.
 int CheckCalendar(const std::string& text, const std::string& sourceName,
                   const ReadOptions& readOptions, const CalendarOptions& options,
                   std::ostream& out, std::ostream& err);

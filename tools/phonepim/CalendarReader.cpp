@@ -63,19 +63,20 @@ unsigned int CalendarKind(const CCalendar& calendar, bool todo) {
   return kKindAppointment;
 }
 
-std::unique_ptr<CCalendar> ParseCalendar(std::string_view text, std::uint16_t vcalID) {
+std::unique_ptr<CCalendar> ParseCalendar(std::string_view text, std::uint16_t vcalID,
+                                         ReadAccount* account) {
   vObject object;
   object.object()->SetData(reinterpret_cast<const unsigned char*>(text.data()), text.size());
   object.setObjectID(vcalID);
   auto calendar = std::make_unique<CCalendar>();
-  vCalendar::Parse(calendar.get(), &object);
+  vCalendar::Parse(calendar.get(), &object, account);
   return calendar;
 }
 
 std::unique_ptr<CCalendar> TryParseCalendar(std::string_view text, std::uint16_t vcalID,
-                                            std::string* error) {
+                                            std::string* error, ReadAccount* account) {
   std::unique_ptr<CCalendar> calendar;
-  CatchReadFailure([&] { calendar = ParseCalendar(text, vcalID); }, "1.0", error);
+  CatchReadFailure([&] { calendar = ParseCalendar(text, vcalID, account); }, "1.0", error);
   return calendar;
 }
 
@@ -109,13 +110,15 @@ int ForEachCalendar(const std::string& text, const std::string& sourceName,
     return 2;
   }
   std::unique_ptr<CCalendar> calendar;
+  ReadAccount account;
   return ForEachObject(
       objects, sourceName, options, {"entries", "entry", "entries"}, err,
       [&](const ObjectInFile& object, std::string* error) {
         // The entry's number is its record number, so record IDs follow the
         // file.
+        account = ReadAccount();
         calendar = TryParseCalendar(entries[object.index].text,
-                                    static_cast<std::uint16_t>(object.index + 1), error);
+                                    static_cast<std::uint16_t>(object.index + 1), error, &account);
         return calendar != nullptr;
       },
       [&](const ObjectInFile& object) {
@@ -125,7 +128,7 @@ int ForEachCalendar(const std::string& text, const std::string& sourceName,
            : kind == vCalendar::kKindAnniversary ? tally->anniversaries
                                                  : tally->events);
         if (calendar->GetRecurrencecount() > 0) ++tally->recurring;
-        visit({object, entry, kind}, *calendar);
+        visit({object, entry, kind, account}, *calendar);
       },
       &tally->failed);
 }

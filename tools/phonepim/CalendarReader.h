@@ -14,6 +14,7 @@
 
 #include <phonepim/model/CCalendar.h>
 #include <phonepim/platform/String.h>
+#include <phonepim/versit/ReadAccount.h>
 #include <phonepim/versit/ObjectSplitter.h>
 
 #include "ObjectLoop.h"
@@ -42,12 +43,14 @@ unsigned int CalendarKind(const CCalendar& calendar, bool todo);
 
 /// Reads `text` (one VCALENDAR with one entry) into a new record whose
 /// phone record number is `vcalID`. Throws what vCalendar::Parse throws.
-std::unique_ptr<CCalendar> ParseCalendar(std::string_view text, std::uint16_t vcalID);
+/// `account`, when given, receives what reading did with each property.
+std::unique_ptr<CCalendar> ParseCalendar(std::string_view text, std::uint16_t vcalID,
+                                         ReadAccount* account = nullptr);
 
 /// ParseCalendar with the failures that belong to the entry turned into a
 /// message (see CatchReadFailure).
 std::unique_ptr<CCalendar> TryParseCalendar(std::string_view text, std::uint16_t vcalID,
-                                            std::string* error);
+                                            std::string* error, ReadAccount* account = nullptr);
 
 /// The counts a command closes with.
 struct CalendarTally {
@@ -67,6 +70,8 @@ struct EntryInFile {
   const ObjectInFile& object;
   const CalendarFileEntry& entry;
   unsigned int kind;
+  /// What reading did with each property of the entry.
+  const ReadAccount& account;
 };
 
 /// Splits `text` into entries and reads each, calling `visit` with each

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <ostream>
 
+#include "AccountReport.h"
 #include "ContactJson.h"
 #include "ObjectReport.h"
 #include "TypeWords.h"
@@ -122,30 +123,6 @@ std::vector<std::string> DropUnwritten(const CContact& contact, Json& before,
   return JsonDifferences(original, before);
 }
 
-constexpr PropertyFate kFates[] = {PropertyFate::kRead, PropertyFate::kByDesign,
-                                   PropertyFate::kExtension, PropertyFate::kEmpty,
-                                   PropertyFate::kLost};
-
-// Property counts by fate, in kFates order.
-struct FateCounts {
-  std::size_t count[std::size(kFates)] = {};
-  std::size_t Total() const {
-    std::size_t total = 0;
-    for (const std::size_t n : count) total += n;
-    return total;
-  }
-};
-
-// "7 properties: 4 read, 2 dropped by design, 1 extension, 0 empty, 0 lost"
-std::string Summary(const FateCounts& counts) {
-  std::string text =
-      std::to_string(counts.Total()) + (counts.Total() == 1 ? " property" : " properties");
-  for (std::size_t i = 0; i < std::size(kFates); ++i) {
-    text += (i == 0 ? ": " : ", ") + std::to_string(counts.count[i]) + " " + FateWord(kFates[i]);
-  }
-  return text;
-}
-
 }  // namespace
 
 std::vector<std::string> JsonDifferences(const Json& before, const Json& after,
@@ -188,27 +165,13 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
                   const ContactReadOptions& readOptions, const WriterOptions& writer,
                   std::ostream& out, std::ostream& err) {
   ContactTally tally;
-  FateCounts total;
-  std::size_t lossy = 0;
+  CheckTotals totals;
+  const bool quiet = readOptions.quiet;
   const int status = ForEachContact(
       text, sourceName, readOptions, err,
       [&](const CardInFile& card, const CContact& contact) {
-        FateCounts counts;
-        std::vector<std::string> lines;
-        for (const PropertyAccount& property : card.account->properties) {
-          const auto fate = static_cast<std::size_t>(
-              std::find(std::begin(kFates), std::end(kFates), property.fate) - std::begin(kFates));
-          ++counts.count[fate];
-          ++total.count[fate];
-          if (property.fate == PropertyFate::kLost) {
-            lines.push_back("  lost: " + property.name + ": " + property.where);
-          } else if (property.fate == PropertyFate::kExtension && !readOptions.quiet) {
-            lines.push_back("  kept: " + property.name + " as " + property.where);
-          }
-          if (!property.note.empty() && !readOptions.quiet) {
-            lines.push_back("  note: " + property.name + ": " + property.note);
-          }
-        }
+        ObjectCheck check;
+        check.AddAccount(*card.account, quiet);
         // What writing the contact and reading it again would change.
         Json before = ContactToJson(contact, card.index + 1, card.span->firstLine);
         const std::vector<std::string> byDesign = DropUnwritten(contact, before, writer);
@@ -216,34 +179,17 @@ int CheckContacts(const std::string& text, const std::string& sourceName,
         const std::unique_ptr<CContact> again =
             TryParseContact(GenerateCard(contact, writer),
                             static_cast<std::uint32_t>(card.index + 1), readOptions.imei, &error);
-        std::vector<std::string> lost;
-        if (!again) {
-          lost.push_back("the written card cannot be read back: " + error);
-        } else {
-          lost =
-              JsonDifferences(before, ContactToJson(*again, card.index + 1, card.span->firstLine));
-        }
-        for (const std::string& line : lost) lines.push_back("  lost on writing: " + line);
-        if (!readOptions.quiet) {
-          for (const std::string& line : byDesign) {
-            lines.push_back("  by design on writing: " + line);
-          }
-        }
-        const bool losses = counts.count[std::size(kFates) - 1] != 0 || !lost.empty();
-        lossy += losses ? 1 : 0;
-        // A card read whole and written back whole needs no line of its own.
-        if (!losses && (readOptions.quiet || lines.empty())) return;
-        out << ObjectHeading(sourceName, card.index, *card.span, card.text) << ": "
-            << Summary(counts) << (lost.empty() ? "" : ", " + std::to_string(lost.size()) +
-                                                           " lost on writing")
-            << '\n';
-        for (const std::string& line : lines) out << line << '\n';
+        const std::vector<std::string> lost =
+            again ? JsonDifferences(before,
+                                    ContactToJson(*again, card.index + 1, card.span->firstLine))
+                  : std::vector<std::string>{"the written card cannot be read back: " + error};
+        check.AddRoundTrip(lost, byDesign, quiet);
+        totals.Report(ObjectHeading(sourceName, card.index, *card.span, card.text), check, quiet,
+                      out);
       },
       &tally);
   if (status == 2) return status;
-  out << Counted(tally.persons + tally.groups + tally.failed, "object") << ", " << Summary(total)
-      << "; " << lossy << " with losses, " << tally.failed << " failed\n";
-  return lossy ? 4 : status;
+  return totals.Close(tally.persons + tally.groups + tally.failed, tally.failed, status, out);
 }
 
 }  // namespace phonepim::tool
