@@ -15,13 +15,13 @@
 #include <phonepim/versit/ObjectSplitter.h>
 #include <phonepim/versit/ReadAccount.h>
 
+#include "ObjectLoop.h"
+
 namespace phonepim::tool {
 
-/// What the contacts commands share.
-struct ContactReadOptions {
-  String imei;           ///< ends every record ID ("%016d-Contact-IMEI")
-  bool quiet = false;    ///< no progress line, no tally, no per-card output
-  bool verbose = false;  ///< how long each card took, the slowest one
+/// What the contacts commands share: the reading commands' options and the
+/// reading rules.
+struct ContactReadOptions : ReadOptions {
   /// The reading rules as they stand (--strict); by default the tool reads
   /// leniently (vCard::sm_fLenientReading), so that real exports lose
   /// nothing, and a nested card is a contact of its own.

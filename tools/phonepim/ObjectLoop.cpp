@@ -73,7 +73,7 @@ int ForEachObject(const std::vector<ObjectInFile>& objects, const std::string& s
           << object.skipped << '\n';
       continue;
     }
-    if (!object.span->terminated) {
+    if (!object.span->terminated && !options.readerReportsTruncation) {
       progress.Clear();
       err << ShortObjectHeading(sourceName, object.index, *object.span)
           << ": no END line before the end of the file\n";

@@ -20,6 +20,9 @@ struct ReadOptions {
   String imei;           ///< part of every record ID
   bool quiet = false;    ///< no progress line, no tally, no per-object output
   bool verbose = false;  ///< how long each object took, the slowest one
+  /// The reader itself fails an object cut off by the end of the file
+  /// (lenient vCard reading), so the walk need not warn of it.
+  bool readerReportsTruncation = false;
 };
 
 /// One object of the file and where it stands.
@@ -43,7 +46,7 @@ struct ObjectNouns {
 /// called for it. A skipped or failed object is reported on `err` in one
 /// line that names `sourceName`, the object's number and its first line,
 /// and counted in `failed`; the others go on. An object whose END line is
-/// missing is read, with a warning. Long files show a progress line on
+/// missing is read, with a warning (unless the reader reports it). Long files show a progress line on
 /// standard error when it is a terminal, unless quiet. Returns 1 when some
 /// object failed, else 0.
 int ForEachObject(const std::vector<ObjectInFile>& objects, const std::string& sourceName,
