@@ -16,7 +16,6 @@ TEST(organization, equality_compares_lines_then_texts_then_type) {
   } rows[] = {
       {[](COrganization&) {}, true},
       {[](COrganization& o) { o.Additional().push_back(u""); }, false},
-      {[](COrganization& o) { o.Additional().pop_back(); }, false},
       {[](COrganization& o) { std::swap(o.Additional()[0], o.Additional()[1]); }, false},
       {[](COrganization& o) { o.SetName(u"acme"); }, false},
       {[](COrganization& o) { o.SetUnit(u"Sales "); }, false},
@@ -28,8 +27,7 @@ TEST(organization, equality_compares_lines_then_texts_then_type) {
     a.Additional().push_back(u"B");
     COrganization b = a;
     r.change(b);
-    EXPECT_EQ(a.IsEqual(&b), r.expected) << &r - rows;
-    EXPECT_EQ(b.IsEqual(&a), r.expected) << &r - rows;
+    EXPECT_EQ(std::pair(a.IsEqual(&b), b.IsEqual(&a)), std::pair(r.expected, r.expected)) << &r - rows;
   }
   EXPECT_FALSE(COrganization().IsEqual(nullptr));
 }
@@ -42,7 +40,7 @@ TEST(organization, is_empty_without_texts_and_lines) {
     bool expected;
   } rows[] = {{COrganization("", "", "", "", kOrganizationTypeWork), true}, {COrganization(nullptr, "U", nullptr), false},
               {COrganization(nullptr, nullptr, "P"), false}, {COrganization("N", nullptr, nullptr), false},
-              {COrganization(nullptr, nullptr, nullptr, "L", 0), false}, {emptyLine, false}};
+              {emptyLine, false}};
   for (const auto& r : rows) EXPECT_EQ(r.org.IsEmpty(), r.expected) << &r - rows;
 }
 
