@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 namespace phonepim {
 namespace {
@@ -57,11 +58,9 @@ TEST_F(assertion, throwing_handler_reports_text_function_file_and_line) {
       FAIL() << "the assertion did not fire";
     } catch (const std::logic_error& error) {
       const auto& failure = dynamic_cast<const AssertionFailure&>(error);
-      EXPECT_EQ(failure.text(), "index >= 0 && index < [m_arrXItem count]");
-      EXPECT_EQ(failure.function(), "CheckIndex");
-      EXPECT_EQ(failure.file(), __FILE__);
-      EXPECT_EQ(failure.line(), kCheckIndexLine);
-      EXPECT_EQ(failure.what(), kReport);
+      EXPECT_EQ(std::tuple(failure.text(), failure.function(), failure.file(), failure.line(), failure.what()),
+                std::tuple("index >= 0 && index < [m_arrXItem count]", "CheckIndex", __FILE__, kCheckIndexLine,
+                           kReport));
     }
   }
   // The scope put the default back; installing null does the same.

@@ -23,7 +23,6 @@ TEST(value, names_its_kind_and_holds_every_integer_width_as_one) {
               {Value(Date{1.5}), "date"},   {Value(Bytes{1}), "data"},
               {Value(Array{}), "array"},    {Value(Dictionary{}), "dictionary"}};
   for (const auto& r : rows) EXPECT_EQ(TypeName(r.value.type()), r.name);
-  EXPECT_EQ(Value(), Value(u""));
   EXPECT_EQ(Value(UINT_MAX).get<std::int64_t>(), 4294967295LL);
   EXPECT_EQ(Value(char16_t{0xFFFF}), Value(0xFFFF));
 }
@@ -43,8 +42,7 @@ TEST(value, equal_only_with_the_same_kind_and_contents) {
       {Value(Dictionary{{u"a", Array{Value(u"x")}}}), Value(Dictionary{{u"a", Array{Value(u"x")}}}), true},
   };
   for (const auto& r : rows) {
-    EXPECT_EQ(r.left == r.right, r.equal) << &r - rows;
-    EXPECT_EQ(r.right != r.left, !r.equal) << &r - rows;
+    EXPECT_EQ(std::pair(r.left == r.right, r.right != r.left), std::pair(r.equal, !r.equal)) << &r - rows;
   }
 }
 
@@ -59,9 +57,8 @@ TEST(dictionary, iterates_keys_in_utf16_unit_order) {
 
 TEST(dictionary, find_gives_the_entry_to_change_in_place_or_null) {
   Dictionary record{{u"value", u"+81 3 1234 5678"}, {u"meta", Array{Value(1)}}};
-  EXPECT_EQ(Find(record, u"Value"), nullptr);
   const Dictionary& constant = record;
-  EXPECT_EQ(Find(constant, u"missing"), nullptr);
+  EXPECT_EQ(Find(constant, u"Value"), nullptr);
   EXPECT_EQ(*Find(constant, u"value"), Value(u"+81 3 1234 5678"));
   EXPECT_EQ(FindAs<String>(record, u"meta"), nullptr);
   *Find(record, u"value") = u"+49";
