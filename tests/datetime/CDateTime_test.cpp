@@ -220,6 +220,7 @@ TEST(date_time, spans_differences_and_order_go_by_instant) {
 TEST(date_time, equality_to_components_takes_eight_fields) {
   const ScopedDefaultZone zone("UTC");
   DateComponents comps = MakeDateComponents(1, 2, 3, 4, 5, 6);
+  comps.era = 0;
   comps.week = 7;
   comps.weekday = 8;
   CDateTime value(comps, kLocal);

@@ -231,6 +231,10 @@ TEST(recurrence_data, is_equal_compares_type_interval_duration_end_date_and_list
   day100.ArrayYearday() = Ints({100});
   day200.ArrayYearday() = Ints({200});
   EXPECT_EQ(std::pair(day100.IsEqual(day200), day100.IsEqual(december)), std::pair(false, false));
+  day200.ArrayYearday() = Ints({100});
+  EXPECT_TRUE(day100.IsEqual(day200));
+  day200.setInterval(2);
+  EXPECT_FALSE(day100.IsEqual(day200));
   WeeklyData weekly;
   DailyData dailyAsWeekly;
   dailyAsWeekly.setType(RecurrenceData::kWeekly);

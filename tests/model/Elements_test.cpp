@@ -157,7 +157,8 @@ TEST(item, telephone_equality_needs_the_same_value_object) {
     std::uint32_t mine, theirs;
     bool expected;
   } rows[] = {{0x20, 0x21, true}, {0x21, 0x20, true}, {0x10000001, 0x10000001, true}, {0x20, 0x22, false},
-              {0x22, 0x20, false}, {0x20, 0x10000020, false}, {0x1, 0x21, false}, {0x4, 0x5, false}};
+              {0x22, 0x20, false}, {0x20, 0x10000020, false}, {0x1, 0x21, false}, {0x21, 0x1, false},
+              {0x4, 0x5, false}};
   for (const auto& r : rows) {
     const CTelephoneNumber mine("+1 555 0100", r.mine, 1, Label(u"A"));
     CTelephoneNumber theirs = mine;

@@ -51,6 +51,7 @@ TEST(trim_left, skips_the_callers_bytes_or_tab_space_cr_lf) {
 TEST(trim, removes_tab_and_space_separators_from_both_ends) {
   const struct { String input, expected; } rows[] = {
       {u" \t a \t b \t ", u"a \t b"},
+      {u"   ", u""},
       {u"\u3000\u5168\u3000", u"\u5168"},
       {u"\u00A0x\u202F", u"x"},
       // Line breaks, controls and format characters are not white space.
@@ -137,6 +138,7 @@ TEST(find, finds_the_first_and_last_code_point_of_a_set) {
   } rows[] = {
       // A set, not a substring.
       {u"hello world", u"lo w", 2, 9},
+      {u"abc", u"", kNotFound, kNotFound},
       {u"A", u"a", kNotFound, kNotFound},
       // A surrogate pair counts as two units and matches only itself.
       {u"a\U0001F600b\U0001F600", u"\U0001F600", 1, 4},
