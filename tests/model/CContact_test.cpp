@@ -366,12 +366,17 @@ TEST(contact_element_list, creators_pass_their_arguments_to_the_element) {
   CContact contact(u"Contact");
   EXPECT_DEATH(contact.DeleteAddress(nullptr), AssertionPattern("pAddress != nil"));
   const auto label = std::make_shared<const String>(u"Villa");
+  const CPostalAddress* unlabelled =
+      contact.NewAddress("PO", "Ext", "Street", "City", "Region", "12345", "JP", "Nb", 0x10000001, 4);
   const CPostalAddress* full =
       contact.NewAddress("PO", "Ext", "Street", "City", "Region", "12345", "JP", "Nb", 0x10000001, 4, label);
-  EXPECT_EQ((std::vector<String>{full->POBox(), full->ExtAddr(), full->Street(), full->Locality(), full->Region(),
-                                 full->PostalCode(), full->Country(), full->Neighbor()}),
-            (std::vector<String>{u"PO", u"Ext", u"Street", u"City", u"Region", u"12345", u"JP", u"Nb"}));
+  for (const CPostalAddress* a : {unlabelled, full}) {
+    EXPECT_EQ((std::vector<String>{a->POBox(), a->ExtAddr(), a->Street(), a->Locality(), a->Region(), a->PostalCode(),
+                                   a->Country(), a->Neighbor()}),
+              (std::vector<String>{u"PO", u"Ext", u"Street", u"City", u"Region", u"12345", u"JP", u"Nb"}));
+  }
   EXPECT_EQ(std::tuple(full->Type(), full->AddressID(), full->Label()), std::tuple(0x10000001u, 4, label));
+  EXPECT_EQ(unlabelled->Label(), nullptr);
   const CPostalAddress* oneLine = contact.NewAddress("Line", 8, 6, label);
   EXPECT_EQ(std::pair(oneLine->Street(), oneLine->Label()), std::pair(String(u"Line"), label));
   const COrganization* org = contact.NewOrg("Org", "Unit", "Pos", "Extra", 8);
