@@ -361,7 +361,7 @@ TEST_P(contact_element_list, DeathTest_index_outside_the_list_fails_the_assertio
 INSTANTIATE_TEST_SUITE_P(kinds, contact_element_list, ::testing::ValuesIn(kKinds),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(contact_element_list, creators_pass_their_arguments_to_the_element) {
+TEST(contact_creators, pass_their_arguments_to_the_element) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
   CContact contact(u"Contact");
   EXPECT_DEATH(contact.DeleteAddress(nullptr), AssertionPattern("pAddress != nil"));

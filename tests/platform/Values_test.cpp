@@ -115,15 +115,6 @@ TEST(value, equal_only_with_the_same_kind_and_contents) {
   }
 }
 
-TEST(dictionary, iterates_keys_in_utf16_unit_order) {
-  Dictionary dictionary;
-  for (const char16_t* key : {u"b", u"\uFFFF", u"a", u"\U0001F600", u"B", u""}) dictionary[key] = 1;
-  std::vector<String> keys;
-  for (const auto& [key, value] : dictionary) keys.push_back(key);
-  // A surrogate pair sorts before U+FFFF: units, not code points.
-  EXPECT_EQ(keys, (std::vector<String>{u"", u"B", u"a", u"b", u"\U0001F600", u"\uFFFF"}));
-}
-
 TEST(dictionary, find_gives_the_entry_to_change_in_place_or_null) {
   Dictionary record{{u"value", u"+81 3 1234 5678"}, {u"meta", Array{Value(1)}}};
   const Dictionary& constant = record;
