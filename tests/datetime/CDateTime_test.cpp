@@ -200,7 +200,8 @@ TEST_P(date_time_in_zone, intervals_give_local_values_read_on_the_wall_clock) {
   const int hourAfter = zone().name == "America/New_York" ? 1 : 0;
   const CDateTime midnight(MakeDateComponents(2009, 3, 8, 0, 0, 0), kGMT);
   const CDateTime later = midnight.dateAfterTimeInterval(86400);
-  EXPECT_EQ(std::tuple(later.date(), later.timeZoneType(), later.bias()), std::tuple(midnight.date() + 86400, kLocal, 0));
+  EXPECT_EQ(std::tuple(later.date(), later.timeZoneType(), later.bias()),
+            std::tuple(midnight.date() + 86400, kLocal, 0));
   EXPECT_EQ(FieldsOf(later), (Fields{2009, 3, 9, hourAfter, 0, 0}));
   const CDateTime earlier = CDateTime(MakeDateComponents(2009, 11, 2, 0, 0, 0), kLocal).dateBeforeTimeInterval(86400);
   EXPECT_EQ(FieldsOf(earlier), (Fields{2009, 11, 1, hourAfter, 0, 0}));

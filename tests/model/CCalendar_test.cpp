@@ -176,7 +176,8 @@ TEST(calendar_alarm, reads_back_in_the_largest_whole_unit) {
     EXPECT_TRUE(entry.SetAlarm(r.kind, r.value, nullptr));
     ASSERT_EQ(entry.GetAlarmcount(), 1);
     const CDateTimeNull& runTime = entry.AudioReminder()->RunTime().value();
-    EXPECT_EQ(std::pair(runTime.date(), runTime.timeZoneType()), std::pair(kStart + r.offset, CDateTime::kTimeZoneTypeLocal));
+    EXPECT_EQ(std::pair(runTime.date(), runTime.timeZoneType()),
+              std::pair(kStart + r.offset, CDateTime::kTimeZoneTypeLocal));
     EXPECT_EQ(ReadBack(entry, r.kindBack, r.valueBack).date(), runTime.date());
   }
 }

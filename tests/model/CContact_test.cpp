@@ -97,7 +97,8 @@ TEST(contact_identity, resolves_the_other_id_through_the_table) {
   EXPECT_EQ(table->mLastPhoneID(), 2u);
   // Without a table only the vCard ID resolves, by itself.
   const CContact byVCard(3, u"I", std::nullopt, u"Contact", nullptr);
-  EXPECT_EQ(std::pair(byVCard.state(), byVCard.dbRecordID()), std::pair(0x2, std::optional<String>(u"0000000000000003-Contact-I")));
+  EXPECT_EQ(byVCard.state(), 0x2);
+  EXPECT_EQ(byVCard.dbRecordID(), u"0000000000000003-Contact-I");
   EXPECT_EQ(byVCard.phoneMapper()->metaDataWithKey(u"phone numbers"), nullptr);
   EXPECT_EQ(CContact(3, u"I", String(u"S"), u"Contact", nullptr).state(), 0x1);
   EXPECT_EQ(CContact(u"group").ContactType(), 0u);

@@ -293,8 +293,10 @@ TEST(organization, is_empty_without_texts_and_lines) {
   const struct {
     COrganization org;
     bool expected;
-  } rows[] = {{COrganization("", "", "", "", kOrganizationTypeWork), true}, {COrganization(nullptr, "U", nullptr), false},
-              {COrganization(nullptr, nullptr, "P"), false}, {COrganization("N", nullptr, nullptr), false},
+  } rows[] = {{COrganization("", "", "", "", kOrganizationTypeWork), true},
+              {COrganization(nullptr, "U", nullptr), false},
+              {COrganization(nullptr, nullptr, "P"), false},
+              {COrganization("N", nullptr, nullptr), false},
               {emptyLine, false}};
   for (const auto& r : rows) EXPECT_EQ(r.org.IsEmpty(), r.expected) << &r - rows;
 }
