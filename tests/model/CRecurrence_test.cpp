@@ -190,13 +190,9 @@ TEST(recurrence_data, is_equal_compares_type_interval_duration_end_date_and_list
     change(changed);
     EXPECT_EQ(std::pair(base.IsEqual(changed), changed.IsEqual(base)), std::pair(false, false)) << &change - changes;
   }
-  // The codec's own fields do not take part; a stored end date is valid,
+  // The codec's end date does not take part; a stored end date is valid,
   // whatever the given one said, and made in the zone of the moment.
   DailyData same;
-  same.setWeeklyDayType(3);
-  same.setDayAtMonthly(12);
-  same.Setbydaydays(Ints({1, 2}));
-  same.Setbydayfreq(Ints({-1}));
   same.setUntilDateComp(CalendarDate{5.0, u"GMT"});
   const CDateTimeNull madeInTokyo = [] {
     const testing::ScopedDefaultZone tokyo("Asia/Tokyo");
