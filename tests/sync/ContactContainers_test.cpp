@@ -158,40 +158,41 @@ TEST(contact_container_records, carry_the_stores_words) {
 // value key: a second sync claims the entry only through that key.
 class contact_containers : public TableFixture {};
 
+// One sync of a container holding a fixed record and one with the value `v`.
+template <class Container, class Add>
+std::function<std::vector<String>(const String&)> Syncs(std::shared_ptr<ContactIDMappingTable> table,
+                                                        Add add) {
+  return [=](const String& v) {
+    Container c(u"P", table);
+    add(c, v);
+    return c.createMetaData();
+  };
+}
+
 TEST_F(contact_containers, each_reconciles_under_its_key_and_value_key) {
   auto table = NewTable();
   table->addMeta(Dictionary{{u"Contact Data", Dictionary{}}}, u"P");
   const std::pair<const char16_t*, std::function<std::vector<String>(const String&)>> cases[] = {
-      {u"email addresses", [&](const String& v) {
-         EmailContainer c(u"P", table);
+      {u"email addresses", Syncs<EmailContainer>(table, [](auto& c, const String& v) {
          c.addEmail(u"a@b", 1, std::nullopt);
          c.addEmail(v, 1, std::nullopt);
-         return c.createMetaData();
-       }},
-      {u"URLs", [&](const String& v) {
-         URLContainer c(u"P", table);
+       })},
+      {u"URLs", Syncs<URLContainer>(table, [](auto& c, const String& v) {
          c.addURL(u"http://a", 1);
          c.addURL(v, 1);
-         return c.createMetaData();
-       }},
-      {u"street addresses", [&](const String& v) {
-         StreetAddressContainer c(u"P", table);
+       })},
+      {u"street addresses", Syncs<StreetAddressContainer>(table, [](auto& c, const String& v) {
          c.addStreetAddress(u"S", u"", u"same", u"", u"", u"", 1, std::nullopt);
          c.addStreetAddress(v, u"", u"same", u"", u"", u"", 1, std::nullopt);
-         return c.createMetaData();
-       }},
-      {u"related names", [&](const String& v) {
-         RelatedNameContainer c(u"P", table);
+       })},
+      {u"related names", Syncs<RelatedNameContainer>(table, [](auto& c, const String& v) {
          c.addRelatedName(u"Hanako", 0);
          c.addRelatedName(v, 1);
-         return c.createMetaData();
-       }},
-      {u"IMs", [&](const String& v) {
-         IMContainer c(u"P", table);
+       })},
+      {u"IMs", Syncs<IMContainer>(table, [](auto& c, const String& v) {
          c.addIM(u"taro", 1);
          c.addIM(v, 1);
-         return c.createMetaData();
-       }},
+       })},
   };
   for (const auto& [key, sync] : cases) {
     SCOPED_TRACE(ToDisplayUTF8(key));
