@@ -34,6 +34,9 @@ step(show 0 store show --store ${store})
 step(export 0 store export --store ${store} --imei 35 --to vcf)
 # The calendar back as the phone's text: dates, kinds, alarms and rules kept.
 step(export-vcs 0 store export --store ${store} --imei 35 --to vcs)
+# A whole address book there and back: every kind of sub-record a contact has.
+step(examples 0 sync ../../../examples/address-book.vcf --store ${WORK}/examples.sqlite --imei 35 -q)
+step(examples-export 0 store export --store ${WORK}/examples.sqlite --imei 35 --to vcf)
 step(json 1 sync ../../../examples/bad-cards.vcf --store ${WORK}/other.sqlite --json -q)
 step(not-a-store 2 store show --store contacts.vcf)
 step(no-store 2 store show --store ${WORK}/none.sqlite)
