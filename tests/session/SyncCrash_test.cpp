@@ -104,6 +104,10 @@ TEST(sync_crash, a_sync_stopped_at_any_write_converges) {
   SyncBoth(reference, kAfter, kCalendarAfter);
   const Outcome expected = Check(reference);
   ASSERT_EQ(expected.entities.size(), 6u);
+  {  // the address book alone leaves the calendar as it is
+    SyncStore store(reference.store(), SyncStore::OpenMode::kExisting);
+    EXPECT_FALSE(SyncSession(store, kPhone, reference.tables()).syncContacts(kAfter, false).written);
+  }
 
   for (int stop = 1;; ++stop) {
     StoreFolder folder;
