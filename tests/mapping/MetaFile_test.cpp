@@ -119,14 +119,7 @@ TEST(calendar_table, keeps_entries_by_phone_id_across_a_reload) {
     table.addCalendar(kEvent, u"S-3", Dictionary{{u"summary", u"a"}});
     table.ensureEntry(kEvent);  // an existing entry stays as it is
     EXPECT_EQ(*table.meta(kTask), (Dictionary{{u"Link", u"Unlinked"}}));
-    EXPECT_EQ(*table.meta(kEvent), (Dictionary{{u"Data", Dictionary{{u"summary", u"a"}}},
-                                               {u"Link", u"Linked"},
-                                               {u"State", u"AddedBySyncDB"},
-                                               {u"dbRecordID", u"S-3"}}));
     table.modifyCalendar(kTask, Dictionary{{u"summary", u"t"}});
-    EXPECT_EQ(*table.meta(kTask), (Dictionary{{u"Link", u"Linked"},
-                                              {u"State", u"Modified"},
-                                              {u"Task Data", Dictionary{{u"summary", u"t"}}}}));
     table.update();
     EXPECT_FALSE(fs::exists(table.mFilePath()));  // only save() writes
     ASSERT_TRUE(table.save());
@@ -135,6 +128,10 @@ TEST(calendar_table, keeps_entries_by_phone_id_across_a_reload) {
       ReadFile(CalendarIDMappingTable::metaFilePath(u"35", u"N9", base.path()));
   EXPECT_EQ(saved.substr(0, 5), "<?xml");
   CalendarIDMappingTable table(u"N9", u"35", base.path());
+  EXPECT_EQ(testing_support::Dump(table),
+            "{0000000000000003-Calendar-35_Appointment={Data={summary='a'}, Link='Linked', "
+            "State='AddedBySyncDB', dbRecordID='S-3'}, 0000000000000004-Calendar-35_Task={"
+            "Link='Linked', State='Modified', Task Data={summary='t'}}, Calendar='U1'}");
   EXPECT_EQ(table.modelName(), u"N9");
   EXPECT_EQ(table.calendarRecordID(), calendarID);
   EXPECT_EQ(table.dbIDForVCalID(kEvent), u"S-3");
@@ -143,7 +140,6 @@ TEST(calendar_table, keeps_entries_by_phone_id_across_a_reload) {
   EXPECT_EQ(table.vCalIDForDBID(kEvent), std::nullopt);
   table.meta(kTask)->insert_or_assign(u"dbRecordID", u"S-4");
   EXPECT_EQ(table.vCalIDForDBID(u"S-4"), kTask);
-  EXPECT_EQ(table.allKeys(), (std::vector<String>{kEvent, kTask, u"Calendar"}));
   table.removeCalendar(kTask);
   table.removeCalendar(std::nullopt);
   EXPECT_EQ(table.count(), 2u);

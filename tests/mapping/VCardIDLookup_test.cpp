@@ -74,7 +74,7 @@ const Write kWrites[] = {
      [](auto& t) {
        Dictionary& all = t.mTable();
        EXPECT_EQ(t.dbIDForVCardID(u"V1"), u"B");
-       all[u"B"] = kN1;
+       (*t.meta(u"B"))[u"vCardID"] = u"N1";  // a handle taken after: no longer tracked
        all[u"A"] = Dictionary{{u"vCardID", u"V1"}};
        all.erase(u"D");
        EXPECT_EQ(t.dbIDForVCardID(u"V2"), u"E");

@@ -6,13 +6,61 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "mapping/MappingTestSupport.h"
 #include "phonepim/mapping/CalendarIDMappingTable.h"
-#include "session/SessionTestSupport.h"
+#include "phonepim/mapping/ContactIDMappingTable.h"
+#include "phonepim/platform/PropertyList.h"
+#include "phonepim/session/ContactsFromStore.h"
+#include "phonepim/session/SyncSession.h"
+#include "phonepim/store/SyncStore.h"
+#include "phonepim/vcard/vCard.h"
+#include "phonepim/versit/vObject.h"
 
 namespace phonepim {
 namespace {
 
-using namespace testing_support;
+using testing_support::ScratchFolder;
+
+const PhoneIdentity kPhone{u"N900", u"356938035643809"};
+
+/// One card with a name and the given TEL lines (each "TYPE:NUMBER").
+std::string Card(const std::string& name, const std::vector<std::string>& tels) {
+  std::string card = "BEGIN:VCARD\r\nVERSION:2.1\r\nN:" + name + "\r\n";
+  for (const std::string& tel : tels) card += "TEL;" + tel + "\r\n";
+  return card + "EMAIL;INTERNET:" + name.substr(0, name.find(';')) + "@example.org\r\nEND:VCARD\r\n";
+}
+
+/// The phone's contacts as the store gives them back, as vCard text.
+std::string ExportText(const SyncStore& store) {
+  std::string text;
+  for (const auto& contact : ContactsFromStore(store, kPhone.imei)) {
+    vObject object;
+    vCard::Generate(contact.get(), &object);
+    text.append(reinterpret_cast<const char*>(object.object()->GetData()),
+                object.object()->GetSize());
+  }
+  return text;
+}
+
+/// Whether the table file holds the table the store holds.
+bool FileAgreesWithStore(const SyncStore& store, const std::filesystem::path& file) {
+  const std::optional<Dictionary> table =
+      store.table(StringFromUTF8(file.filename().string()).value_or(u""));
+  const std::optional<Value> read = ReadPropertyListFile(file);
+  return table && read && *read == Value(*table);
+}
+
+class StoreFolder {
+ public:
+  std::filesystem::path store() const { return folder_.path() / "store.sqlite"; }
+  std::filesystem::path tables() const { return SyncSession::TableFolderOf(store()); }
+  std::filesystem::path tableFile() const {
+    return ContactIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, tables());
+  }
+
+ private:
+  ScratchFolder folder_;
+};
 
 const std::string kBefore = Card("Smith;Anna", {"CELL:111", "HOME:222"}) +
                             Card("Berg;Bo", {"WORK;VOICE:333"}) + Card("Cho;Min", {"CELL:444"});
@@ -56,6 +104,10 @@ TEST(sync_crash, a_sync_stopped_at_any_write_converges) {
   SyncBoth(reference, kAfter, kCalendarAfter);
   const Outcome expected = Check(reference);
   ASSERT_EQ(expected.entities.size(), 6u);
+  {  // the address book alone leaves the calendar as it is
+    SyncStore store(reference.store(), SyncStore::OpenMode::kExisting);
+    EXPECT_FALSE(SyncSession(store, kPhone, reference.tables()).syncContacts(kAfter, false).written);
+  }
 
   for (int stop = 1;; ++stop) {
     StoreFolder folder;

@@ -17,12 +17,8 @@ namespace phonepim {
 namespace {
 
 using testing_support::ScratchFolder;
+using testing_support::Text;
 using Mode = SyncStore::OpenMode;
-
-std::string Contents(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
 
 void RunSQL(const std::filesystem::path& path, const char* sql) {
   sqlite3* db = nullptr;
@@ -31,14 +27,10 @@ void RunSQL(const std::filesystem::path& path, const char* sql) {
   sqlite3_close(db);
 }
 
+// A record with a value of every type.
 Dictionary Record(const String& entity) {
-  return {{ISyncRecordEntityNameKey, entity},
-          {u"value", u"+81 90 1234 5678"},
-          {u"birthday", Date{-86400.25}},
-          {u"count", 7},
-          {u"ratio", 0.5},
-          {u"contact", Array{u"A-1", u"A-2"}},
-          {u"image", Bytes{0xFF, 0xD8, 0x00, 0xFF}}};
+  return {{ISyncRecordEntityNameKey, entity}, {u"value", u"+81 90"}, {u"birthday", Date{-86400.25}},
+          {u"count", 7}, {u"ratio", 0.5}, {u"contact", Array{u"A-1", true}}, {u"image", Bytes{0xFF, 0x00}}};
 }
 
 TEST(sync_store, keeps_records_exactly_and_lists_them_by_entity) {
@@ -46,6 +38,7 @@ TEST(sync_store, keeps_records_exactly_and_lists_them_by_entity) {
   const auto path = folder.path() / "a" / "store.sqlite";
   {
     SyncStore store(path, Mode::kCreate);
+    EXPECT_THROW(store.add(u"1", Record(kURLEntityName)), StoreError);  // no transaction
     store.begin();
     store.add(u"2", Record(kPhoneNumberEntityName));
     store.add(u"1", Record(kPhoneNumberEntityName));
@@ -54,20 +47,17 @@ TEST(sync_store, keeps_records_exactly_and_lists_them_by_entity) {
     EXPECT_THROW(store.add(u"4", Dictionary{{u"value", u"x"}}), StoreError);
     store.commit();
     store.begin();
-    Dictionary changed = Record(kEmailAddressEntityName);
-    changed.erase(u"image");
-    store.modify(u"2", changed);
+    store.modify(u"2", Dictionary{{ISyncRecordEntityNameKey, kEmailAddressEntityName}});
     EXPECT_TRUE(store.remove(u"3"));
     EXPECT_FALSE(store.remove(u"3"));
-    EXPECT_THROW(store.modify(u"9", changed), StoreError);
-    // A table keeps every value type too, in its own encoding.
-    store.setTable(u"N900(35)", Value(Dictionary{{u"K", Record(kURLEntityName)}, {u"V", true}}),
-                   "10:20.5:30");
+    EXPECT_THROW(store.modify(u"9", Record(kURLEntityName)), StoreError);
+    store.setTable(u"N900(35)", Value(Dictionary{{u"K", Record(kURLEntityName)}}), "10:20.5:30");
     store.commit();
   }
   const SyncStore store(path, Mode::kReadOnly);
-  EXPECT_EQ(store.table(u"N900(35)"),
-            (Dictionary{{u"K", Record(kURLEntityName)}, {u"V", true}}));
+  EXPECT_EQ(Text(*store.table(u"N900(35)")),
+            "{K={birthday=@-86400.25, entity='com.apple.contacts.URL', contact=['A-1', true], "
+            "count=7, image=<ff00>, ratio=0.5r, value='+81 90'}}");
   EXPECT_EQ(store.tableFileStamp(u"N900(35)"), "10:20.5:30");
   EXPECT_EQ(store.tableNames(), std::vector<String>{u"N900(35)"});
   EXPECT_EQ(store.fetch(u"1"), Record(kPhoneNumberEntityName));
@@ -75,10 +65,8 @@ TEST(sync_store, keeps_records_exactly_and_lists_them_by_entity) {
   const std::vector<StoreRecord> phones = store.list(kPhoneNumberEntityName);
   ASSERT_EQ(phones.size(), 1u);
   EXPECT_EQ(phones[0].id, u"1");
-  EXPECT_EQ(store.list(kEmailAddressEntityName)[0].data.count(u"image"), 0u);
   using Counts = std::vector<std::pair<String, std::size_t>>;
-  EXPECT_EQ(store.entities(),
-            (Counts{{kEmailAddressEntityName, 1}, {kPhoneNumberEntityName, 1}}));
+  EXPECT_EQ(store.entities(), (Counts{{kEmailAddressEntityName, 1}, {kPhoneNumberEntityName, 1}}));
 }
 
 TEST(sync_store, a_rolled_back_or_abandoned_sync_changes_nothing) {
@@ -86,7 +74,6 @@ TEST(sync_store, a_rolled_back_or_abandoned_sync_changes_nothing) {
   const auto path = folder.path() / "store.sqlite";
   {
     SyncStore store(path, Mode::kCreate);
-    EXPECT_THROW(store.add(u"1", Record(kURLEntityName)), StoreError);  // no transaction
     store.begin();
     store.add(u"1", Record(kURLEntityName));
     store.setTable(u"t.plist", Value(Dictionary()), "1:2:3");
@@ -141,7 +128,7 @@ TEST_P(bad_store, is_refused_clearly_and_left_as_it_was) {
   ScratchFolder folder;
   const auto path = folder.path() / "store.sqlite";
   if (GetParam().make) GetParam().make(path);
-  const std::string before = Contents(path);
+  const std::string before = testing_support::ReadFile(path);
   try {
     SyncStore store(path, GetParam().mode);
     FAIL() << "opened";
@@ -150,7 +137,7 @@ TEST_P(bad_store, is_refused_clearly_and_left_as_it_was) {
     EXPECT_EQ(e.what(), message.starts_with("no store") ? message + path.string()
                                                         : path.string() + message);
   }
-  EXPECT_EQ(Contents(path), before);
+  EXPECT_EQ(testing_support::ReadFile(path), before);
   EXPECT_EQ(std::filesystem::exists(path), static_cast<bool>(GetParam().make));
 }
 
@@ -158,9 +145,6 @@ INSTANTIATE_TEST_SUITE_P(
     files, bad_store,
     ::testing::Values(
         BadStore{"missing", nullptr, Mode::kReadOnly, "no store at "},
-        BadStore{"not_sqlite",
-                 [](const auto& p) { std::ofstream(p) << "BEGIN:VCARD\r\nEND:VCARD\r\n"; },
-                 Mode::kCreate, " is not a phonepim store (not an SQLite database)"},
         BadStore{"other_application",
                  [](const auto& p) { RunSQL(p, "CREATE TABLE notes (text TEXT)"); },
                  Mode::kCreate,

@@ -18,6 +18,7 @@ namespace phonepim {
 namespace {
 
 using testing_support::ScratchFolder;
+using testing_support::Text;
 using Table = CalendarIDMappingTable;
 const String kEntity = ISyncRecordEntityNameKey;
 const String kKnown = u"0000000000000012-Calendar-35_Appointment";
@@ -83,51 +84,39 @@ Array Numbers(std::initializer_list<std::int64_t> numbers) {
 const Value kOne{std::int64_t{1}};
 
 TEST(calendar_recurrence_record, has_the_keys_of_its_kind) {
-  const std::pair<std::function<void(CRecurrence&)>, Dictionary> rules[] = {  // set; keys
+  const std::pair<std::function<void(CRecurrence&)>, const char*> rules[] = {
       {[](CRecurrence& r) {
          r.SetDaily(2, 0, nullptr);
          r.GetRecurrenceData()->setUntilDate(CDateTime(kStart + 864000, 0));
        },
-       {{u"frequency", u"daily"}, {u"interval", std::int64_t{2}},
-        {u"until", Date{kStart + 864000}}}},
+       "entity='com.apple.calendars.Recurrence', frequency='daily', interval=2, owner=['S-1'], "
+       "until=@1700864000"},
       {[](CRecurrence& r) {
          const Array days = Numbers({0, 3});
          r.SetWeekly(1, 5, nullptr, &days);
        },
-       {{u"frequency", u"weekly"}, {u"interval", kOne}, {u"weekstartday", kOne},
-        {u"sunday", Numbers({0})}, {u"wednesday", Numbers({0})}}},
+       "entity='com.apple.calendars.Recurrence', frequency='weekly', interval=1, owner=['S-1'], "
+       "sunday=[0], wednesday=[0], weekstartday=1"},
       {[](CRecurrence& r) { r.SetMonthlyByPos(3, Numbers({-1, 2}), Numbers({5}), 0, nullptr); },
-       {{u"frequency", u"monthly"}, {u"interval", std::int64_t{3}}, {u"friday", Numbers({-1, 2})}}},
+       "entity='com.apple.calendars.Recurrence', frequency='monthly', friday=[-1, 2], interval=3, "
+       "owner=['S-1']"},
       {[](CRecurrence& r) { r.SetMonthlyByDay(1, Numbers({-1, 15}), 0, nullptr); },
-       {{u"frequency", u"monthly"}, {u"interval", kOne}, {u"bymonthday", Numbers({-1, 15})}}},
+       "bymonthday=[-1, 15], entity='com.apple.calendars.Recurrence', frequency='monthly', "
+       "interval=1, owner=['S-1']"},
       {[](CRecurrence& r) { r.SetYearlyByMonth(1, Numbers({6}), 0, nullptr); },
-       {{u"frequency", u"yearly"}, {u"interval", kOne}}},
+       "entity='com.apple.calendars.Recurrence', frequency='yearly', interval=1, owner=['S-1']"},
   };
   for (const auto& [set, keys] : rules) {
     CRecurrence rule;
     set(rule);
-    Dictionary expected = keys;
-    expected.emplace(kEntity, u"com.apple.calendars.Recurrence");
-    expected.emplace(u"owner", Array{Value(u"S-1")});
-    EXPECT_EQ(RecurrenceContainer(u"V_Appointment", nullptr, u"S-1")
-                  .createRecurrenceDataForDB(*rule.GetRecurrenceData()),
-              expected);
+    EXPECT_EQ(Text(RecurrenceContainer(u"V_Appointment", nullptr, u"S-1")
+                       .createRecurrenceDataForDB(*rule.GetRecurrenceData())),
+              "{" + std::string(keys) + "}");
   }
 }
 
-// The sub-records' identifiers in the event, and "State/Link" of their meta
-// entries, list by list.
+// "State/Link" of the sub-records' meta entries, list by list.
 constexpr const char16_t* kLists[] = {u"attendees", u"audio alarms", u"recurrences"};
-
-std::vector<String> Identifiers(const Dictionary& event) {
-  std::vector<String> identifiers;
-  for (const char16_t* list : kLists) {
-    if (const Array* ids = FindAs<Array>(event, list)) {
-      for (const Value& id : *ids) identifiers.push_back(id.get<String>());
-    }
-  }
-  return identifiers;
-}
 
 std::vector<std::string> States(const Table& table, const String& vCalID) {
   std::vector<std::string> states;
@@ -170,80 +159,60 @@ std::unique_ptr<CCalendar> ReadPhone(std::int32_t typeBits, bool changed,
   return entry;
 }
 
-class calendar_sync : public testing::TestWithParam<std::pair<std::int32_t, const char*>> {};
+struct Kind {
+  std::int32_t typeBits;
+  const char* dataKey;
+  const char* dates;  // the event's keys that depend on its kind
+};
 
-TEST_P(calendar_sync, keeps_identifiers_and_replaces_what_changed) {
-  const auto [typeBits, dataKey] = GetParam();
+class calendar_sync : public testing::TestWithParam<Kind> {};
+
+// The records one entry of each kind becomes, and what a second sync of it
+// changed replaces (an unchanged one is the session's to test).
+TEST_P(calendar_sync, an_entry_becomes_an_event_and_sub_records) {
+  const Kind& kind = GetParam();
   ScratchFolder base;
-  const auto open = [&] { return std::make_shared<Table>(u"N9", u"35", base.path()); };
-  std::vector<String> first;
-  String vCalID;
-  {
-    auto table = open();
-    auto entry = ReadPhone(typeBits, false, table);
-    vCalID = *entry->vCalRecordID();
-    EXPECT_EQ(States(*table, vCalID), std::vector<std::string>(4, "New/Linked"));
-    EXPECT_TRUE(entry->eventChanged());
-    Dictionary event = entry->eventRecord();
-    for (const char16_t* list : kLists) event.erase(list);
-    Dictionary expected{{kEntity, u"com.apple.calendars.Event"}, {u"summary", u"Standup"},
-                        {u"start date", Date{kStart}},   {u"all day", false},
-                        {u"classification", u"confidential"}, {u"status", u"accepted"},
-                        {u"categories", std::int64_t{0x40}}, {u"external id", u"uid-1"},
-                        {u"date modified", Date{kStart - 60}}, {u"calendar", Array{Value(u"CAL")}}};
-    if (typeBits == 0x40) {
-      expected.emplace(u"due date", Date{kStart + 7200});
-      expected.emplace(u"priority", std::int64_t{1});
-    } else {
-      expected.emplace(u"end date", Date{kStart + 3600});
-    }
-    EXPECT_EQ(event, expected);
-    const Array owner{Value(vCalID)};
-    EXPECT_EQ(entry->attendeeMapper()->recordAtIndex(0),
-              (Dictionary{{kEntity, u"com.apple.calendars.Attendee"}, {u"owner", owner},
-                          {u"common name", u"ann@example.jp"}, {u"status", u"declined"}}));
-    EXPECT_EQ(entry->attendeeMapper()->recordAtIndex(1).at(u"status"), Value(u"needsaction"));
-    EXPECT_EQ(entry->alarmMapper()->recordAtIndex(0),
-              (Dictionary{{kEntity, u"com.apple.calendars.AudioAlarm"},
-                          {u"triggerdate", Date{kStart - 600}}, {u"owner", owner}}));
-    table->addCalendar(vCalID, u"S-4", entry->eventRecord());
-    first = Identifiers(entry->eventRecord());
-    ASSERT_TRUE(table->save());
+  auto table = std::make_shared<Table>(u"N9", u"35", base.path());
+  auto entry = ReadPhone(kind.typeBits, false, table);
+  const String vCalID = *entry->vCalRecordID();
+  EXPECT_EQ(States(*table, vCalID), std::vector<std::string>(4, "New/Linked"));
+  EXPECT_TRUE(entry->eventChanged());
+  Dictionary event = entry->eventRecord();
+  for (const char16_t* list : kLists) event.erase(list);
+  Dictionary ofKind;
+  for (const char16_t* key : {u"end date", u"due date", u"priority"}) {
+    if (auto node = event.extract(key)) ofKind.insert(std::move(node));
   }
-  {
-    auto table = open();
-    auto entry = ReadPhone(typeBits, false, table);
-    EXPECT_EQ(entry->mDBRecordID, u"S-4");
-    EXPECT_EQ(States(*table, vCalID), std::vector<std::string>(4, "NoChange/Linked"));
-    EXPECT_EQ(Identifiers(entry->eventRecord()), first);
-    EXPECT_FALSE(entry->eventChanged());
-    ASSERT_TRUE(table->save());
-  }
-  auto table = open();
-  auto entry = ReadPhone(typeBits, true, table);
+  EXPECT_EQ(Text(ofKind), kind.dates);
+  EXPECT_EQ(Text(event),
+            "{all day=false, calendar=['CAL'], categories=64, classification='confidential', "
+            "entity='com.apple.calendars.Event', date modified=@1699999940, external id='uid-1', "
+            "start date=@1700000000, status='accepted', summary='Standup'}");
+  const std::string owner = "owner=['" + ToDisplayUTF8(vCalID) + "']";
+  EXPECT_EQ(Text(entry->attendeeMapper()->recordAtIndex(0)),
+            "{entity='com.apple.calendars.Attendee', common name='ann@example.jp', " + owner +
+                ", status='declined'}");
+  EXPECT_EQ(entry->attendeeMapper()->recordAtIndex(1).at(u"status"), Value(u"needsaction"));
+  EXPECT_EQ(Text(entry->alarmMapper()->recordAtIndex(0)),
+            "{entity='com.apple.calendars.AudioAlarm', " + owner + ", triggerdate=@1699999400}");
   // bob, the old alarm and the weekly rule go; cy, the new ones come.
+  table->addCalendar(vCalID, u"S-4", entry->eventRecord());
+  const auto changed = ReadPhone(kind.typeBits, true, table);
+  EXPECT_TRUE(changed->eventChanged());
   EXPECT_EQ(States(*table, vCalID),
             (std::vector<std::string>{"NoChange/Linked", "Delete/Unlinked", "New/Linked",
                                       "Delete/Unlinked", "New/Linked", "Delete/Unlinked",
                                       "New/Linked"}));
-  const std::vector<String> now = Identifiers(entry->eventRecord());
-  EXPECT_EQ(now[0], first[0]);
-  for (std::size_t i = 1; i < now.size(); ++i) EXPECT_NE(now[i], first[i]);
-  // The identifiers went to the kind's store data, which now differs.
-  EXPECT_EQ(Identifiers(table->meta(vCalID)->at(StringFromASCII(dataKey)).get<Dictionary>()), now);
-  EXPECT_TRUE(entry->eventChanged());
-  table->modifyCalendar(vCalID, entry->eventRecord());
-  EXPECT_EQ(table->vCalIDForDBID(u"S-4"), vCalID);
+  // The identifiers went to the kind's store data.
+  const Dictionary& data = table->meta(vCalID)->at(StringFromASCII(kind.dataKey)).get<Dictionary>();
+  for (const char16_t* list : kLists) EXPECT_EQ(data.at(list), changed->eventRecord().at(list));
 }
 
-INSTANTIATE_TEST_SUITE_P(kinds, calendar_sync,
-                         testing::Values(std::pair{0, "Data"}, std::pair{0x2, "Data"},
-                                         std::pair{0x40, "Task Data"}),
-                         [](const auto& info) {
-                           return std::string(info.index == 0   ? "event"
-                                              : info.index == 1 ? "anniversary"
-                                                                : "task");
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    kinds, calendar_sync,
+    testing::Values(Kind{0, "Data", "{end date=@1700003600}"}, Kind{0x2, "Data", "{end date=@1700003600}"},
+                    Kind{0x40, "Task Data", "{due date=@1700007200, priority=1}"}),
+    [](const auto& info) { return std::string(info.index == 0 ? "event" : info.index == 1 ? "anniversary" : "task"); });
 
 }  // namespace
 }  // namespace phonepim

@@ -19,78 +19,64 @@ namespace phonepim {
 namespace {
 
 using testing_support::TableFixture;
-using Opt = std::optional<String>;
+using testing_support::Text;
 
-// One row: a record built by some container, the keys it must hold besides
-// the entity name and "contact", and the counter that must have counted it.
+enum Box { kEmail, kURL, kDate, kRelated, kIM, kStreet };
+
+// One row: the type (and label, street) one container is given, the record
+// it builds without the entity name and owner, and the counter it raises.
 struct VocabularyRow {
-  const char* name;
-  String entity;
-  std::function<Dictionary(const String& parent, int* counted)> build;
-  Dictionary expected;
+  Box box;
+  std::uint32_t type;
+  const char16_t* label;
+  const char* record;
+  int kind;
+  const char16_t* street = u"A";
+  const char16_t* extended = u"";
 };
 
-template <class Container, class Kind, class Make>
-VocabularyRow Row(const char* name, const char16_t* entity, Kind kind, Make make, Dictionary expected) {
-  return {name, entity,
-          [=](const String& parent, int* counted) {
-            Container container(parent, nullptr);
-            Dictionary record = make(container);
-            *counted = container.TypeCount(kind);
-            return record;
-          },
-          expected};
-}
-VocabularyRow Email(const char* name, std::uint32_t type, Opt label, Dictionary expected, EmailContainer::Kind kind) {
-  return Row<EmailContainer>(name, u"com.apple.contacts.Email Address", kind,
-                             [=](EmailContainer& c) { return c.createEmailDataForDB(u"a@b.jp", type, label); }, expected);
-}
-VocabularyRow Url(const char* name, std::uint32_t type, Dictionary expected, URLContainer::Kind kind) {
-  return Row<URLContainer>(name, u"com.apple.contacts.URL", kind,
-                           [=](URLContainer& c) { return c.createURLDataForDB(u"http://x.jp/", type); }, expected);
-}
-VocabularyRow DateRow(const char* name, std::uint32_t type, Dictionary expected, DateContainer::Kind kind) {
-  return Row<DateContainer>(name, u"com.apple.contacts.Date", kind,
-                            [=](DateContainer& c) { return c.createDateDataForDB(Date{946684800}, type); }, expected);
-}
-VocabularyRow Related(const char* name, std::uint32_t type, Dictionary expected, RelatedNameContainer::Kind kind) {
-  return Row<RelatedNameContainer>(name, u"com.apple.contacts.Related Name", kind,
-                                   [=](RelatedNameContainer& c) { return c.createRelatedNameDataForDB(u"Hanako", type); },
-                                   expected);
-}
-VocabularyRow IM(const char* name, std::uint32_t type, Dictionary expected, IMContainer::Kind kind) {
-  return Row<IMContainer>(name, u"com.apple.contacts.IM", kind,
-                          [=](IMContainer& c) { return c.createIMDataForDB(u"taro", type); }, expected);
-}
-VocabularyRow Street(const char* name, const char16_t* street, const char16_t* extended, std::uint32_t type,
-                     Opt label, Dictionary expected, StreetAddressContainer::Kind kind) {
-  return Row<StreetAddressContainer>(name, u"com.apple.contacts.Street Address", kind,
-                                     [=](StreetAddressContainer& c) {
-                                       return c.createStreetAddressDataForDB(street, extended, u"Tokyo", u"Kanto",
-                                                                             u"100-0001", u"Japan", type, label);
-                                     },
-                                     expected);
+// The one counter a container raised, or -1.
+template <class Container>
+int Counted(const Container& container) {
+  int counted = -1;
+  for (int kind = 0; kind < Container::kKindCount; ++kind) {
+    const int count = container.TypeCount(static_cast<typename Container::Kind>(kind));
+    if (count != 0) counted = counted == -1 && count == 1 ? kind : -2;
+  }
+  return counted;
 }
 
-Dictionary Typed(const char16_t* type, const char16_t* value) { return Dictionary{{u"type", type}, {u"value", value}}; }
-Dictionary Labelled(const char16_t* type, const char16_t* label, const char16_t* value) {
-  return Dictionary{{u"type", type}, {u"label", label}, {u"value", value}};
+template <class Container, class Make>
+std::pair<Dictionary, int> Build(Make make) {
+  Container container(u"P", nullptr);
+  Dictionary record = make(container);
+  return {record, Counted(container)};
 }
-Dictionary With(Dictionary record, const char16_t* label) {
-  if (label != nullptr) record.emplace(u"label", label);
-  return record;
+
+std::pair<Dictionary, int> Build(const VocabularyRow& r) {
+  const std::optional<String> label = r.label ? std::optional<String>(r.label) : std::nullopt;
+  switch (r.box) {
+    case kEmail:
+      return Build<EmailContainer>([&](auto& c) { return c.createEmailDataForDB(u"a@b", r.type, label); });
+    case kURL:
+      return Build<URLContainer>([&](auto& c) { return c.createURLDataForDB(u"u", r.type); });
+    case kDate:
+      return Build<DateContainer>([&](auto& c) { return c.createDateDataForDB(Date{86400}, r.type); });
+    case kRelated:
+      return Build<RelatedNameContainer>([&](auto& c) { return c.createRelatedNameDataForDB(u"H", r.type); });
+    case kIM:
+      return Build<IMContainer>([&](auto& c) { return c.createIMDataForDB(u"taro", r.type); });
+    case kStreet:
+      return Build<StreetAddressContainer>([&](auto& c) {
+        return c.createStreetAddressDataForDB(r.street, r.extended, u"c", u"s", u"p", u"n", r.type, label);
+      });
+  }
+  return {};
 }
-Dictionary DateRecord(const char16_t* type, const char16_t* label) {
-  return With(Dictionary{{u"type", type}, {u"value", Date{946684800}}}, label);
-}
-Dictionary IMRecord(const char16_t* service, const char16_t* label) {
-  return With(Dictionary{{u"service", service}, {u"type", u"other"}, {u"user", u"taro"}}, label);
-}
-Dictionary Address(const char16_t* type, const char16_t* label, const char16_t* street) {
-  return With(Dictionary{{u"type", type}, {u"street", street}, {u"city", u"Tokyo"}, {u"state", u"Kanto"},
-                         {u"postal code", u"100-0001"}, {u"country", u"Japan"}},
-              label);
-}
+
+const char16_t* const kEntities[] = {
+    u"com.apple.contacts.Email Address", u"com.apple.contacts.URL", u"com.apple.contacts.Date",
+    u"com.apple.contacts.Related Name",  u"com.apple.contacts.IM",  u"com.apple.contacts.Street Address"};
 
 using E = EmailContainer::Kind;
 using U = URLContainer::Kind;
@@ -98,75 +84,73 @@ using D = DateContainer::Kind;
 using R = RelatedNameContainer::Kind;
 using I = IMContainer::Kind;
 using S = StreetAddressContainer::Kind;
+#define ADDRESS(type, label, street) \
+  "{city='c', country='n', " label "postal code='p', state='s', street='" street "', type='" type "'}"
 
 const VocabularyRow kRows[] = {
-    Email("email_none", 0, Opt(u"x"), Typed(u"other", u"a@b.jp"), E::Other),
-    Email("email_home", 1, {}, Typed(u"home", u"a@b.jp"), E::Home),
-    Email("email_work", 2, {}, Typed(u"work", u"a@b.jp"), E::Work),
-    Email("email_cell", 4, {}, Labelled(u"other", u"mobile", u"a@b.jp"), E::Mobile),
-    Email("email_etc", 8, Opt(u"x"), Typed(u"other", u"a@b.jp"), E::Etc),
-    Email("email_custom", 16, Opt(u"Private"), Labelled(u"other", u"Private", u"a@b.jp"),
-          E::X_CUSTOM),
-    Email("email_custom_unlabelled", 16, {}, Typed(u"other", u"a@b.jp"), E::X_CUSTOM),
-    Email("email_pref", kTypePref, {}, Labelled(u"other", u"prefered", u"a@b.jp"), E::Prefered),
-    Email("email_home_pref", kTypePref | 1, {}, Labelled(u"other", u"Etc", u"a@b.jp"),
-          E::Unknown),
-    Email("email_home_work", 3, Opt(u"x"), Labelled(u"other", u"Etc", u"a@b.jp"), E::Unknown),
-    Email("email_custom_code", 0x10000002, {}, Labelled(u"other", u"Etc", u"a@b.jp"), E::Unknown),
+    {kEmail, 0, u"x", "{type='other', value='a@b'}", E::Other},
+    {kEmail, 1, nullptr, "{type='home', value='a@b'}", E::Home},
+    {kEmail, 2, nullptr, "{type='work', value='a@b'}", E::Work},
+    {kEmail, 4, nullptr, "{label='mobile', type='other', value='a@b'}", E::Mobile},
+    {kEmail, 8, u"x", "{type='other', value='a@b'}", E::Etc},
+    {kEmail, 16, u"Private", "{label='Private', type='other', value='a@b'}", E::X_CUSTOM},
+    {kEmail, 16, nullptr, "{type='other', value='a@b'}", E::X_CUSTOM},
+    {kEmail, kTypePref, nullptr, "{label='prefered', type='other', value='a@b'}", E::Prefered},
+    {kEmail, kTypePref | 1, nullptr, "{label='Etc', type='other', value='a@b'}", E::Unknown},
+    {kEmail, 3, u"x", "{label='Etc', type='other', value='a@b'}", E::Unknown},
+    {kEmail, 0x10000002, nullptr, "{label='Etc', type='other', value='a@b'}", E::Unknown},
 
-    Url("url_none", 0, Typed(u"home page", u"http://x.jp/"), U::HomePage),
-    Url("url_home", 1, Typed(u"home", u"http://x.jp/"), U::Home),
-    Url("url_work", 2, Typed(u"work", u"http://x.jp/"), U::Work),
-    Url("url_pref", kTypePref, Labelled(u"other", u"prefered", u"http://x.jp/"), U::Prefered),
-    Url("url_home_work", 3, Typed(u"home page", u"http://x.jp/"), U::Other),
-    Url("url_work_pref", kTypePref | 2, Typed(u"home page", u"http://x.jp/"), U::Other),
+    {kURL, 0, nullptr, "{type='home page', value='u'}", U::HomePage},
+    {kURL, 1, nullptr, "{type='home', value='u'}", U::Home},
+    {kURL, 2, nullptr, "{type='work', value='u'}", U::Work},
+    {kURL, kTypePref, nullptr, "{label='prefered', type='other', value='u'}", U::Prefered},
+    {kURL, 3, nullptr, "{type='home page', value='u'}", U::Other},
+    {kURL, kTypePref | 2, nullptr, "{type='home page', value='u'}", U::Other},
 
-    DateRow("date_anniversary", 0, DateRecord(u"anniversary", nullptr), D::Anniversary),
-    DateRow("date_other", 1, DateRecord(u"other", u"Etc"), D::Other),
-    DateRow("date_lunar", 2, DateRecord(u"other", u"Etc"), D::Other),
+    {kDate, 0, nullptr, "{type='anniversary', value=@86400}", D::Anniversary},
+    {kDate, 1, nullptr, "{label='Etc', type='other', value=@86400}", D::Other},
+    {kDate, 2, nullptr, "{label='Etc', type='other', value=@86400}", D::Other},
 
-    Related("related_spouse", 0, Typed(u"spouse", u"Hanako"), R::Spouse),
-    Related("related_child", 1, Typed(u"child", u"Hanako"), R::Child),
-    Related("related_assistant", 2, Typed(u"assistant", u"Hanako"), R::Assistant),
-    Related("related_other", 3, Labelled(u"other", u"Etc", u"Hanako"), R::Other),
+    {kRelated, 0, nullptr, "{type='spouse', value='H'}", R::Spouse},
+    {kRelated, 1, nullptr, "{type='child', value='H'}", R::Child},
+    {kRelated, 2, nullptr, "{type='assistant', value='H'}", R::Assistant},
+    {kRelated, 3, nullptr, "{label='Etc', type='other', value='H'}", R::Other},
 
-    IM("im_none", 0, IMRecord(u"msn", u"Etc"), I::Unknown),
-    IM("im_aim", 1, IMRecord(u"aim", nullptr), I::AIM),
-    IM("im_windows_live", 2, IMRecord(u"msn", nullptr), I::MSN),
-    IM("im_yahoo", 4, IMRecord(u"yahoo", nullptr), I::Yahoo),
-    IM("im_skype", 8, IMRecord(u"Skype", nullptr), I::Skype),
-    IM("im_qq", 16, IMRecord(u"QQ", nullptr), I::QQ),
-    IM("im_google_talk", 32, IMRecord(u"GoogleTalk", nullptr), I::GoogleTalk),
-    IM("im_icq", 64, IMRecord(u"icq", nullptr), I::ICQ),
-    IM("im_jabber", 128, IMRecord(u"jabber", nullptr), I::Jabber),
-    IM("im_two_services", 5, IMRecord(u"msn", u"Etc"), I::Unknown),
-    IM("im_custom_code", 0x10000003, IMRecord(u"msn", u"Etc"), I::Unknown),
+    {kIM, 0, nullptr, "{label='Etc', service='msn', type='other', user='taro'}", I::Unknown},
+    {kIM, 1, nullptr, "{service='aim', type='other', user='taro'}", I::AIM},
+    {kIM, 2, nullptr, "{service='msn', type='other', user='taro'}", I::MSN},
+    {kIM, 4, nullptr, "{service='yahoo', type='other', user='taro'}", I::Yahoo},
+    {kIM, 8, nullptr, "{service='Skype', type='other', user='taro'}", I::Skype},
+    {kIM, 16, nullptr, "{service='QQ', type='other', user='taro'}", I::QQ},
+    {kIM, 32, nullptr, "{service='GoogleTalk', type='other', user='taro'}", I::GoogleTalk},
+    {kIM, 64, nullptr, "{service='icq', type='other', user='taro'}", I::ICQ},
+    {kIM, 128, nullptr, "{service='jabber', type='other', user='taro'}", I::Jabber},
+    {kIM, 5, nullptr, "{label='Etc', service='msn', type='other', user='taro'}", I::Unknown},
+    {kIM, 0x10000003, nullptr, "{label='Etc', service='msn', type='other', user='taro'}", I::Unknown},
 
-    Street("street_none", u"1-1 Chiyoda", u"Room 5", 0, {},
-           Address(u"other", nullptr, u"1-1 Chiyoda Room 5"), S::Null),
-    Street("street_home", u"1-1 Chiyoda", u"", 1, {}, Address(u"home", nullptr, u"1-1 Chiyoda"),
-           S::Home),
-    Street("street_work", u"", u"Room 5", 2, {}, Address(u"work", nullptr, u"Room 5"), S::Work),
-    Street("street_etc", u"", u"", 4, {}, Address(u"other", u"X_ETC", u""), S::X_ETC),
-    Street("street_cell", u"A", u"B", 8, {}, Address(u"other", u"mobile", u"A B"), S::Mobile),
-    Street("street_custom", u"A", u"", 16, Opt(u"Villa"), Address(u"other", u"Villa", u"A"),
-           S::X_CUSTOM),
-    Street("street_custom_unlabelled", u"A", u"", 16, {}, Address(u"other", u"X_CUSTOM", u"A"),
-           S::X_CUSTOM),
-    Street("street_pref", u"A", u"", kTypePref, Opt(u"Villa"),
-           Address(u"other", u"prefered", u"A"), S::Prefered),
-    Street("street_home_pref", u"A", u"", kTypePref | 1, {}, Address(u"other", u"Etc", u"A"),
-           S::Etc),
+    {kStreet, 0, nullptr, ADDRESS("other", "", "1-1 Room 5"), S::Null, u"1-1", u"Room 5"},
+    {kStreet, 1, nullptr, ADDRESS("home", "", "1-1"), S::Home, u"1-1", u""},
+    {kStreet, 2, nullptr, ADDRESS("work", "", "Room 5"), S::Work, u"", u"Room 5"},
+    {kStreet, 4, nullptr, ADDRESS("other", "label='X_ETC', ", ""), S::X_ETC, u"", u""},
+    {kStreet, 8, nullptr, ADDRESS("other", "label='mobile', ", "A B"), S::Mobile, u"A", u"B"},
+    {kStreet, 16, u"Villa", ADDRESS("other", "label='Villa', ", "A"), S::X_CUSTOM},
+    {kStreet, 16, nullptr, ADDRESS("other", "label='X_CUSTOM', ", "A"), S::X_CUSTOM},
+    {kStreet, kTypePref, u"Villa", ADDRESS("other", "label='prefered', ", "A"), S::Prefered},
+    {kStreet, kTypePref | 1, nullptr, ADDRESS("other", "label='Etc', ", "A"), S::Etc},
 };
+
+#undef ADDRESS
 
 TEST(contact_container_records, carry_the_stores_words) {
   for (const VocabularyRow& row : kRows) {
-    int counted = 0;
-    Dictionary expected = row.expected;
-    expected.emplace(ISyncRecordEntityNameKey, row.entity);
-    expected.emplace(u"contact", Array{Value(u"PARENT")});
-    EXPECT_EQ(row.build(u"PARENT", &counted), expected) << row.name;
-    EXPECT_EQ(counted, 1) << row.name;
+    SCOPED_TRACE(testing::Message() << "row " << &row - kRows);
+    auto [record, counted] = Build(row);
+    EXPECT_EQ(record[ISyncRecordEntityNameKey], Value(kEntities[row.box]));
+    EXPECT_EQ(record[u"contact"], Value(Array{Value(u"P")}));
+    record.erase(ISyncRecordEntityNameKey);
+    record.erase(u"contact");
+    EXPECT_EQ(Text(record), row.record);
+    EXPECT_EQ(counted, row.kind);
   }
 }
 
@@ -174,40 +158,41 @@ TEST(contact_container_records, carry_the_stores_words) {
 // value key: a second sync claims the entry only through that key.
 class contact_containers : public TableFixture {};
 
+// One sync of a container holding a fixed record and one with the value `v`.
+template <class Container, class Add>
+std::function<std::vector<String>(const String&)> Syncs(std::shared_ptr<ContactIDMappingTable> table,
+                                                        Add add) {
+  return [=](const String& v) {
+    Container c(u"P", table);
+    add(c, v);
+    return c.createMetaData();
+  };
+}
+
 TEST_F(contact_containers, each_reconciles_under_its_key_and_value_key) {
   auto table = NewTable();
   table->addMeta(Dictionary{{u"Contact Data", Dictionary{}}}, u"P");
   const std::pair<const char16_t*, std::function<std::vector<String>(const String&)>> cases[] = {
-      {u"email addresses", [&](const String& v) {
-         EmailContainer c(u"P", table);
+      {u"email addresses", Syncs<EmailContainer>(table, [](auto& c, const String& v) {
          c.addEmail(u"a@b", 1, std::nullopt);
          c.addEmail(v, 1, std::nullopt);
-         return c.createMetaData();
-       }},
-      {u"URLs", [&](const String& v) {
-         URLContainer c(u"P", table);
+       })},
+      {u"URLs", Syncs<URLContainer>(table, [](auto& c, const String& v) {
          c.addURL(u"http://a", 1);
          c.addURL(v, 1);
-         return c.createMetaData();
-       }},
-      {u"street addresses", [&](const String& v) {
-         StreetAddressContainer c(u"P", table);
+       })},
+      {u"street addresses", Syncs<StreetAddressContainer>(table, [](auto& c, const String& v) {
          c.addStreetAddress(u"S", u"", u"same", u"", u"", u"", 1, std::nullopt);
          c.addStreetAddress(v, u"", u"same", u"", u"", u"", 1, std::nullopt);
-         return c.createMetaData();
-       }},
-      {u"related names", [&](const String& v) {
-         RelatedNameContainer c(u"P", table);
+       })},
+      {u"related names", Syncs<RelatedNameContainer>(table, [](auto& c, const String& v) {
          c.addRelatedName(u"Hanako", 0);
          c.addRelatedName(v, 1);
-         return c.createMetaData();
-       }},
-      {u"IMs", [&](const String& v) {
-         IMContainer c(u"P", table);
+       })},
+      {u"IMs", Syncs<IMContainer>(table, [](auto& c, const String& v) {
          c.addIM(u"taro", 1);
          c.addIM(v, 1);
-         return c.createMetaData();
-       }},
+       })},
   };
   for (const auto& [key, sync] : cases) {
     SCOPED_TRACE(ToDisplayUTF8(key));

@@ -27,16 +27,15 @@ struct PhoneRow {
 constexpr std::uint32_t HOME = kTelephoneTypeHome, WORK = kTelephoneTypeWork,
                         VOICE = kTelephoneTypeVoice, FAX = kTelephoneTypeFax,
                         MSG = kTelephoneTypeMsg, CELL = kTelephoneTypeCell,
-                        PAGER = kTelephoneTypePager, BBS = kTelephoneTypeBBS,
-                        MODEM = kTelephoneTypeModem, CAR = kTelephoneTypeCar,
-                        ISDN = kTelephoneTypeISDN, VIDEO = kTelephoneTypeVideo,
-                        INTERNET = kTelephoneTypeInternet, DTMF = kTelephoneTypeDTMF,
-                        PTT = kTelephoneTypePTT, ETC = kTelephoneTypeEtc,
-                        CALLBACK = kTelephoneTypeCallback, ASSISTANT = kTelephoneTypeAssistant,
-                        CUSTOM = kTelephoneTypeCustom, PREF = kTelephoneTypePref;
+                        PAGER = kTelephoneTypePager, MODEM = kTelephoneTypeModem,
+                        CAR = kTelephoneTypeCar, VIDEO = kTelephoneTypeVideo,
+                        INTERNET = kTelephoneTypeInternet, ETC = kTelephoneTypeEtc,
+                        CALLBACK = kTelephoneTypeCallback, CUSTOM = kTelephoneTypeCustom,
+                        PREF = kTelephoneTypePref;
 
-// Every row in table order, each with the bits that must not reach a later
-// row, then the rows' fall-through cases and the overrides.
+// Every branch in order, each with the bits that must not reach a later
+// one; of the single-bit rows, which a loop walks, the first, the last and
+// those whose labels are odd. Then the fall-through cases and the overrides.
 const PhoneRow kPhoneRows[] = {
     {"voice_home", VOICE | HOME | CELL | FAX, false, nullptr, u"home", nullptr, Kind::HomeVoice},
     {"voice_work", VOICE | WORK | CELL, false, nullptr, u"work", nullptr, Kind::WorkVoice},
@@ -60,19 +59,10 @@ const PhoneRow kPhoneRows[] = {
      Kind::WorkInternet},
     {"internet", INTERNET | MSG, false, nullptr, u"other", u"Internet telephone(Other)",
      Kind::Internet},
-    {"home", HOME | PAGER | WORK, false, nullptr, u"home", nullptr, Kind::Home},
-    {"work", WORK | PAGER, false, nullptr, u"work", nullptr, Kind::Work},
-    {"pager", PAGER | CAR, false, nullptr, u"pager", nullptr, Kind::Pager},
-    {"car", CAR | PREF, false, nullptr, u"other", u"Car telephone", Kind::Car},
-    {"preferred", PREF | MODEM, false, nullptr, u"other", u"Prefered", Kind::Prefered},
-    {"modem", MODEM | BBS, false, nullptr, u"other", u"Modem", Kind::Modem},
-    {"bbs", BBS | ISDN, false, nullptr, u"other", u"BBS", Kind::BBS},
-    {"isdn", ISDN | ETC, false, nullptr, u"other", u"ISDN", Kind::ISDN},
-    {"etc", ETC | MSG, false, nullptr, u"other", nullptr, Kind::Etc},
-    {"message", MSG | DTMF, false, nullptr, u"other", u"Message", Kind::Message},
-    {"dtmf", DTMF | PTT, false, nullptr, u"other", u"DTMF", Kind::DTMF},
-    {"push_to_talk", PTT | ASSISTANT, false, nullptr, u"other", u"PushToTalk", Kind::PushToTalk},
-    {"assistant", ASSISTANT | CALLBACK, false, nullptr, u"other", u"Assistant", Kind::Assistant},
+    {"home", HOME | PAGER | WORK | CAR, false, nullptr, u"home", nullptr, Kind::Home},
+    {"car", CAR | PREF | MODEM, false, nullptr, u"other", u"Car telephone", Kind::Car},
+    {"preferred", PREF | MODEM | ETC, false, nullptr, u"other", u"Prefered", Kind::Prefered},
+    {"etc", ETC | MSG | CALLBACK, false, nullptr, u"other", nullptr, Kind::Etc},
     {"callback", CALLBACK | CUSTOM, false, nullptr, u"other", u"Callback", Kind::Callback},
     {"nothing", 0, false, nullptr, u"other", u"CUSTOM", Kind::X_CUSTOM},
     {"main_bit", kTelephoneTypeMain, false, nullptr, u"other", u"CUSTOM", Kind::X_CUSTOM},

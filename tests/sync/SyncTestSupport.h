@@ -1,5 +1,6 @@
-// Helpers shared by the sync tests: a mapping table in a scratch folder and
-// readers for the meta entries the containers leave in it.
+// Helpers shared by the sync tests: a mapping table in a scratch folder,
+// readers for the meta entries the containers leave in it, and the code the
+// documents show.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,6 +14,23 @@
 #include "phonepim/sync/BaseContainer.h"
 
 namespace phonepim::testing_support {
+
+/// The first ```cpp block after `marker` in a file of the repository.
+inline std::string CodeAfter(const char* file, const std::string& marker) {
+  const std::string text = ReadFile(std::string(PHONEPIM_SOURCE_DIR "/") + file);
+  const std::size_t at = text.find(marker);
+  const std::size_t from = at == std::string::npos ? at : text.find("```cpp\n", at);
+  if (from == std::string::npos) return {};
+  return text.substr(from + 7, text.find("```", from + 7) - from - 7);
+}
+
+/// The code between "// BEGIN EXAMPLE" and "// END EXAMPLE" of a test source.
+inline std::string ExampleIn(const char* source) {
+  const std::string text = ReadFile(std::string(PHONEPIM_SOURCE_DIR "/") + source);
+  const std::size_t begin = text.find("// BEGIN EXAMPLE\n");
+  if (begin == std::string::npos) return {};
+  return text.substr(begin + 17, text.find("// END EXAMPLE") - begin - 17);
+}
 
 /// A record container whose records the test writes itself.
 class TestContainer : public BaseContainer {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "mapping/MappingTestSupport.h"
+#include "sync/SyncTestSupport.h"
 
 // BEGIN EXAMPLE
 #include <filesystem>
@@ -53,10 +53,10 @@ String SynchroniseCalendarOnce(const std::filesystem::path& metaFolder) {
 
 namespace {
 
-using phonepim::testing_support::ReadFile;
+using namespace phonepim::testing_support;
 
 TEST(synchronising_calendars_example, a_second_synchronisation_keeps_the_identifiers) {
-  phonepim::testing_support::ScratchFolder folder;
+  ScratchFolder folder;
   const String first = SynchroniseCalendarOnce(folder.path());
   EXPECT_EQ(SynchroniseCalendarOnce(folder.path()), first);
   const String phoneID = u"0000000000000008-Calendar-356938035643809_Appointment";
@@ -68,25 +68,11 @@ TEST(synchronising_calendars_example, a_second_synchronisation_keeps_the_identif
   EXPECT_EQ(saved.vCalIDForDBID(meta.at(u"dbRecordID").get<String>()), phoneID);
 }
 
-// The first ```cpp block after `marker`.
-std::string CodeAfter(const std::string& text, const std::string& marker) {
-  const std::size_t at = text.find(marker);
-  const std::size_t from = at == std::string::npos ? at : text.find("```cpp\n", at);
-  if (from == std::string::npos) return {};
-  return text.substr(from + 7, text.find("```", from + 7) - from - 7);
-}
-
 TEST(synchronising_calendars_example, the_documents_show_this_code) {
-  const std::string source =
-      ReadFile(PHONEPIM_SOURCE_DIR "/tests/sync/SynchronisingCalendarsExample_test.cpp");
-  const std::size_t begin = source.find("// BEGIN EXAMPLE\n");
-  ASSERT_NE(begin, std::string::npos);
-  const std::string example = source.substr(begin + 17, source.find("// END EXAMPLE") - begin - 17);
-  EXPECT_EQ(CodeAfter(ReadFile(PHONEPIM_SOURCE_DIR "/docs/synchronising-calendars.md"), "# "),
-            example);
-  EXPECT_EQ(CodeAfter(ReadFile(PHONEPIM_SOURCE_DIR "/README.md"),
-                      "<!-- synchronising-calendars example -->"),
-            example);
+  const std::string example = ExampleIn("tests/sync/SynchronisingCalendarsExample_test.cpp");
+  ASSERT_FALSE(example.empty());
+  EXPECT_EQ(CodeAfter("docs/synchronising-calendars.md", "# "), example);
+  EXPECT_EQ(CodeAfter("README.md", "<!-- synchronising-calendars example -->"), example);
 }
 
 }  // namespace

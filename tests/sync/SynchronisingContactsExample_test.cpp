@@ -1,13 +1,11 @@
 // The example of docs/synchronising-contacts.md, compiled and run, and a
-// check that the document shows exactly this code.
+// check that the document and the README show exactly this code.
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
-#include "mapping/MappingTestSupport.h"
+#include "sync/SyncTestSupport.h"
 
 // BEGIN EXAMPLE
 #include <filesystem>
@@ -67,25 +65,10 @@ std::vector<String> SynchroniseOnce(const std::filesystem::path& metaFolder) {
 
 namespace {
 
-std::string ReadAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-// The text between two marker lines (exclusive), or nothing.
-std::string Between(const std::string& text, const std::string& begin, const std::string& end) {
-  const std::size_t start = text.find(begin);
-  if (start == std::string::npos) return {};
-  const std::size_t from = text.find('\n', start) + 1;
-  const std::size_t to = text.find(end, from);
-  if (to == std::string::npos) return {};
-  return text.substr(from, to - from);
-}
+using namespace phonepim::testing_support;
 
 TEST(synchronising_contacts_example, a_second_synchronisation_keeps_the_identifiers) {
-  phonepim::testing_support::ScratchFolder folder;
+  ScratchFolder folder;
   const std::vector<String> first = SynchroniseOnce(folder.path());
   ASSERT_EQ(first.size(), 2u);
   EXPECT_NE(first[0], first[1]);
@@ -100,18 +83,11 @@ TEST(synchronising_contacts_example, a_second_synchronisation_keeps_the_identifi
   EXPECT_EQ(record.at(u"phone numbers"), Value(Array(first.begin(), first.end())));
 }
 
-TEST(synchronising_contacts_example, the_document_shows_this_code) {
-  const std::string source = ReadAll(PHONEPIM_SOURCE_DIR "/tests/sync/"
-                                                         "SynchronisingContactsExample_test.cpp");
-  const std::string document = ReadAll(PHONEPIM_SOURCE_DIR "/docs/synchronising-contacts.md");
-  const std::string example = Between(source, "// BEGIN EXAMPLE", "// END EXAMPLE");
+TEST(synchronising_contacts_example, the_documents_show_this_code) {
+  const std::string example = ExampleIn("tests/sync/SynchronisingContactsExample_test.cpp");
   ASSERT_FALSE(example.empty());
-  EXPECT_EQ(Between(document, "```cpp", "```"), example);
-  // The README shows it too, after its marker.
-  const std::string readme = ReadAll(PHONEPIM_SOURCE_DIR "/README.md");
-  const std::string::size_type marker = readme.find("<!-- synchronising-contacts example -->");
-  ASSERT_NE(marker, std::string::npos);
-  EXPECT_EQ(Between(readme.substr(marker), "```cpp", "```"), example);
+  EXPECT_EQ(CodeAfter("docs/synchronising-contacts.md", "```cpp"), example);
+  EXPECT_EQ(CodeAfter("README.md", "<!-- synchronising-contacts example -->"), example);
 }
 
 }  // namespace

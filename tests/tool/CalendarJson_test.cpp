@@ -1,105 +1,15 @@
-// The JSON of `calendar show --json` against what vCalendar::Parse itself
-// makes of each entry; how rules read; what `calendar check` calls a loss.
+// How rules read in `calendar show`, and what `calendar check` calls a loss.
 #include <gtest/gtest.h>
 
-#include <phonepim/model/RecurrenceData.h>
-#include <phonepim/platform/Assert.h>
-#include <phonepim/vcalendar/CalendarEntries.h>
-#include <phonepim/vcalendar/RecurrenceRule.h>
 #include <phonepim/vcalendar/vCalendar.h>
-#include <phonepim/vcard/vCard.h>
-#include <phonepim/versit/ObjectSplitter.h>
-#include <phonepim/versit/vObject.h>
-
-#include <cstdio>
-#include <sstream>
 
 #include "CalendarCheck.h"
-#include "CalendarJson.h"
 #include "CalendarShow.h"
-#include "ToolTestSupport.h"
 
 namespace phonepim::tool {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-// The tool reads leniently; so does this test, and puts the flag back.
-struct ScopedLenientReading {
-  ScopedLenientReading() { vCard::LenientReading(true); }
-  ~ScopedLenientReading() { vCard::LenientReading(false); }
-};
-
-Json Text(const std::optional<String>& text) {
-  return text ? Json(ToDisplayUTF8(*text)) : Json();
-}
-
-TEST(calendar_json, every_entry_reads_back_as_the_library_read_it) {
-  ScopedAssertionHandler throwing(&ThrowingAssertionHandler);
-  ScopedLenientReading lenient;
-  const std::string text = ReadFile(PHONEPIM_TOOL_DATA "/calendar.vcs");
-  std::ostringstream out, err;
-  ASSERT_EQ(ShowCalendar(text, "calendar.vcs", {}, true, out, err), 0) << err.str();
-  const Json file = Json::parse(out.str());
-  EXPECT_EQ(file["failed"], 0);
-
-  // Two calendars, the first around two entries.
-  std::vector<CalendarEntry> entries;
-  for (const VersitObjectSpan& span : FindVersitObjects(text)) {
-    for (CalendarEntry& e : SplitCalendarEntries(text.substr(span.offset, span.length))) {
-      entries.push_back(std::move(e));
-    }
-  }
-  ASSERT_EQ(file["entries"].size(), entries.size());
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    SCOPED_TRACE("entry " + std::to_string(i + 1));
-    vObject object;
-    object.object()->SetData(reinterpret_cast<const unsigned char*>(entries[i].text.data()),
-                             entries[i].text.size());
-    CCalendar c;
-    vCalendar::Parse(&c, &object);
-    const Json& j = file["entries"][i];
-    EXPECT_EQ(j["kind"], entries[i].todo ? "to-do" : i == 1 ? "anniversary" : "appointment");
-    EXPECT_EQ(j["summary"], Text(c.strSummary));
-    EXPECT_EQ(j["start"], c.dtStartComp ? Json(DateText(*c.dtStartComp, c.isdtStartisUTC)) : Json());
-    EXPECT_EQ(j["due"], c.dtDueComp ? Json(DateText(*c.dtDueComp, c.isdtDueisUTC)) : Json());
-    EXPECT_EQ(j["allDay"], c.bIsAllDay);
-    EXPECT_EQ(j["priority"], c.priority);
-    ASSERT_EQ(j["recurrence"].size(), static_cast<std::size_t>(c.GetRecurrencecount()));
-    for (int r = 0; r < c.GetRecurrencecount(); ++r) {
-      EXPECT_EQ(j["recurrence"][r]["text"],
-                ToDisplayUTF8(RecurrenceRuleText(*c.GetRecurrence(r)->GetRecurrenceData(), 1)));
-    }
-    ASSERT_EQ(j["alarms"].size(), static_cast<std::size_t>(c.GetAlarmcount()));
-    ASSERT_EQ(j["attendees"].size(), static_cast<std::size_t>(c.GetAttendeecount()));
-    for (int a = 0; a < c.GetAttendeecount(); ++a) {
-      EXPECT_EQ(j["attendees"][a]["name"], ToDisplayUTF8(c.GetAttendee(a)->Data()));
-    }
-    ASSERT_EQ(j["extensions"].size(), static_cast<std::size_t>(c.GetXItemCount()));
-  }
-  EXPECT_EQ(file["entries"][0]["attendees"][0]["status"], "DECLIENED");
-  EXPECT_EQ(file["entries"][0]["alarms"][0]["runTime"], "2026-12-08T09:50:00");
-  EXPECT_EQ(file["entries"][2]["categories"], Json::array());  // no 0x40 on a to-do
-}
-
-TEST(calendar_json, dates_have_the_fields_the_library_calendar_gives) {
-  const double instants[] = {0,           -1,          951782400,  951868800,  1709164800,
-                             1709251199,  4107542400,  -86400 * 366.0 * 100, 1796000000.5};
-  for (const char16_t* zone : {u"GMT", u"GMT+09:00", u"GMT-03:30", u"Europe/Berlin"}) {
-    for (double instant : instants) {
-      const CalendarDate date{instant, zone};
-      char expected[64];
-      std::snprintf(expected, sizeof expected, "%04lld-%02lld-%02lldT%02lld:%02lld:%02lld",
-                    static_cast<long long>(date.yearOfCommonEra()),
-                    static_cast<long long>(date.monthOfYear()),
-                    static_cast<long long>(date.dayOfMonth()),
-                    static_cast<long long>(date.hourOfDay()),
-                    static_cast<long long>(date.minuteOfHour()),
-                    static_cast<long long>(date.secondOfMinute()));
-      EXPECT_EQ(DateText(date, false), expected) << ToDisplayUTF8(zone) << " " << instant;
-    }
-  }
-}
 
 TEST(calendar_show, rules_read_as_words) {
   const struct {

@@ -28,12 +28,25 @@ step(first-sync 0 sync sync-before.vcf --store ${store} --imei 35)
 step(second-sync 0 sync sync-before.vcf --store ${store} --imei 35)
 step(dry-run 0 sync sync-after.vcf --store ${store} --imei 35 --dry-run -q)
 step(edited-and-deleted 0 sync sync-after.vcf --store ${store} --imei 35)
+# A card the strict reader refuses is no deletion: its records stay as they were.
+step(unreadable 1 sync sync-unreadable.vcf --store ${store} --imei 35 --strict)
+# A table file that disagrees with the store (here, gone) is never read but
+# written again from the store's table, which the next sync then agrees with.
+file(REMOVE_RECURSE "${WORK}/store.sqlite-tables")
+step(table-rewritten 0 sync sync-after.vcf --store ${store} --imei 35 -q)
+step(table-agrees 0 sync sync-after.vcf --store ${store} --imei 35 -q)
 # A calendar export alone leaves the contacts as they are.
 step(calendar 0 sync sync-calendar.vcs --store ${store} --imei 35)
 step(show 0 store show --store ${store})
 step(export 0 store export --store ${store} --imei 35 --to vcf)
 # The calendar back as the phone's text: dates, kinds, alarms and rules kept.
 step(export-vcs 0 store export --store ${store} --imei 35 --to vcs)
+# The alarm moved: its sub-record is replaced. The to-do went: its record goes.
+step(calendar-edited 0 sync sync-calendar-edited.vcs --store ${store} --imei 35)
+step(show-after 0 store show --store ${store})
+# A whole address book there and back: every kind of sub-record a contact has.
+step(examples 0 sync ../../../examples/address-book.vcf --store ${WORK}/examples.sqlite --imei 35 -q)
+step(examples-export 0 store export --store ${WORK}/examples.sqlite --imei 35 --to vcf)
 step(json 1 sync ../../../examples/bad-cards.vcf --store ${WORK}/other.sqlite --json -q)
 step(not-a-store 2 store show --store contacts.vcf)
 step(no-store 2 store show --store ${WORK}/none.sqlite)
