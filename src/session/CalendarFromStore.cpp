@@ -27,8 +27,6 @@ std::int64_t NumberOf(const Dictionary& record, const String& key, std::int64_t 
 void AddRule(CCalendar& entry, const Dictionary& record) {
   CRecurrence* rule = entry.addRecurrence(std::make_unique<CRecurrence>());
   const int interval = static_cast<int>(NumberOf(record, kInterval, 1));
-  const std::optional<CDateTime> until = DateOf(record, kUntil);
-  const CDateTime* end = until ? &*until : nullptr;
   Array weekdays;
   Array positions;
   for (std::int64_t day = 0; day < 7; ++day) {
@@ -39,18 +37,22 @@ void AddRule(CCalendar& entry, const Dictionary& record) {
   }
   const String& frequency = TextOf(record, kFrequency);
   if (frequency == u"daily") {
-    rule->SetDaily(interval, 0, end);
+    rule->SetDaily(interval, 0, nullptr);
   } else if (frequency == u"weekly") {
-    rule->SetWeekly(interval, 0, end, weekdays.empty() ? nullptr : &weekdays);
+    rule->SetWeekly(interval, 0, nullptr, weekdays.empty() ? nullptr : &weekdays);
   } else if (frequency == u"monthly" && !weekdays.empty()) {
-    rule->SetMonthlyByPos(interval, positions, weekdays, 0, end);
+    rule->SetMonthlyByPos(interval, positions, weekdays, 0, nullptr);
   } else if (frequency == u"monthly") {
     const Array* days = FindAs<Array>(record, kByMonthDay);
-    rule->SetMonthlyByDay(interval, days ? *days : Array{Value(std::int64_t{1})}, 0, end);
+    rule->SetMonthlyByDay(interval, days ? *days : Array{Value(std::int64_t{1})}, 0, nullptr);
   } else {
     const std::optional<CDateTime> start = entry.dtStart ? std::optional<CDateTime>(CDateTime(entry.dtStart->date(), 0)) : std::nullopt;
     const std::int64_t month = start ? start->dateComponents().month : 1;
-    rule->SetYearlyByMonth(interval, Array{Value(month)}, 0, end);
+    rule->SetYearlyByMonth(interval, Array{Value(month)}, 0, nullptr);
+  }
+  // The setters take no end date: a rule gets it afterwards.
+  if (const std::optional<CDateTime> until = DateOf(record, kUntil)) {
+    rule->GetRecurrenceData()->setUntilDate(*until);
   }
 }
 

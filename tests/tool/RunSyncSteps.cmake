@@ -47,6 +47,9 @@ step(show-after 0 store show --store ${store})
 # A whole address book there and back: every kind of sub-record a contact has.
 step(examples 0 sync ../../../examples/address-book.vcf --store ${WORK}/examples.sqlite --imei 35 -q)
 step(examples-export 0 store export --store ${WORK}/examples.sqlite --imei 35 --to vcf)
+# And the examples' calendar: rules of every kind, one with an end date.
+step(examples-calendar 0 sync ../../../examples/calendar.vcs --store ${WORK}/examples.sqlite --imei 35 -q)
+step(examples-calendar-export 0 store export --store ${WORK}/examples.sqlite --imei 35 --to vcs)
 step(json 1 sync ../../../examples/bad-cards.vcf --store ${WORK}/other.sqlite --json -q)
 step(not-a-store 2 store show --store contacts.vcf)
 step(no-store 2 store show --store ${WORK}/none.sqlite)
