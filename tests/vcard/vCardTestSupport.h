@@ -55,6 +55,53 @@ inline std::string Hex(std::uint32_t value) {
   return buffer;
 }
 
+/// A person with every field both directions share, in several types.
+inline void FillPerson(CContact& c) {
+  for (unsigned int i = 0; i < CName::kNamePartCount; ++i) {
+    c.Name().SetName(u"part" + String(1, static_cast<char16_t>(u'0' + i)), i);
+  }
+  c.SetFName(u"Dr. John Q. Public");
+  c.SetNickNames({u"JQ", u"Johnny"});
+  c.SetRLName(u"paburikku");
+  c.SetBirthDate(Day(1970, 1, 2));
+  c.SetBirthDateType(1);
+  c.SetAnniversary_Date(Day(1999, 12, 31));
+  c.SetAnniversary_Luna(2);
+  c.NewTelephone("+1 555 0100", kTelephoneTypeCell | kTelephoneTypePref, 0);
+  c.NewTelephone("+1 555 0101", kTelephoneTypeWork | kTelephoneTypeVoice | kTelephoneTypeFax, 1);
+  c.NewTelephone("0101", kTelephoneTypeCar | kTelephoneTypeISDN | kTelephoneTypeEtc, 2);
+  // PREF with HOME would be 0x10000001, the code of the first custom label
+  // read (the address label below): see the loss table.
+  c.NewEmail("john@example.com", kEmailTypeWork | kEmailTypePref, 0);
+  c.NewEmail("jq@work.example", kEmailTypeWork | kEmailTypeCell | kEmailTypeEtc, 1);
+  c.NewURL("http://example.com/~jq?a=b", kURLTypeWork | kURLTypePref, 0);
+  c.NewAddress("PO 1", "Apt 2", "1 Main St", "Springfield", "IL", "62701", "USA", "Downtown",
+               kAddressTypeHome | kAddressTypePref, 0);
+  c.NewAddress(nullptr, nullptr, "Lake Rd 3", nullptr, nullptr, nullptr, nullptr, nullptr,
+               kAddressTypeCustom, 1, Label(u"Summer house"));
+  c.NewNotes("First line\r\nsecond line = 2", 0);
+  c.NewNotes("Another note", 1);
+  c.SetTitle(u"Chief");
+  c.SetRole(u"Owner");
+  COrganization* org =
+      c.NewOrg("Acme Inc.", "R&D", "Head of Lab", "Building 7", kOrganizationTypeWork);
+  org->Additional().push_back(u"Floor 3");
+  c.NewOrg("Chess Club", nullptr, nullptr, nullptr, kOrganizationTypeHome | kOrganizationTypeEtc);
+  c.SetBloodType(4);
+  c.SetHobby(u"Chess");
+  c.SetGroups({1, 4, 12});
+  c.SetAccount(u"Phone memory");
+  c.setSpouse(u"Jane Public");
+  c.setChildren(u"Tim, Tom");
+  c.setAssistant(u"Ann Other");
+  c.setAssistantNumber(u"+1 555 0199");
+  c.NewMessengerID("jq.public", kMessengerTypeSkype, 0);
+  c.NewMessengerID("12345", kMessengerTypeICQ, 1);
+  c.SetSpeedDial(2, 0);
+  c.SetSpeedDial(9, 2);
+  c.SetPhotoData(Bytes{0xFF, 0xD8, 0xFF, 0xE0, 0x00, 0x10, 'J', 'F', 'I', 'F', 0x00});
+}
+
 /// Fields that differ from a new contact, as "KEY=value" items separated by
 /// "; ": set texts (empty ones too), element lists with their types in hex
 /// ("TEL(10000020)=..."), labels, dates as year-month-day/type.

@@ -29,13 +29,14 @@ std::string RenderBytes(std::string_view bytes, bool inParameter);
 // Tokenizes `input` cut at the given offsets (ascending, each in
 // [0, input.size()]); the last piece is fed with final = 1. Stops at the
 // first call that returns 0. `afterEachCall`, when given, sees the record
-// after every CARD_Parse call.
+// after every CARD_Parse call. `lenient` turns on CARD_SetLenient.
 Transcript Tokenize(std::string_view input, const std::vector<std::size_t>& cuts = {},
                     Handlers handlers = Handlers::kBoth,
-                    void (*afterEachCall)(const VP*) = nullptr);
+                    void (*afterEachCall)(const VP*) = nullptr, bool lenient = false);
 
 // Byte by byte, final only after the last byte.
-Transcript TokenizeByteByByte(std::string_view input, Handlers handlers = Handlers::kBoth);
+Transcript TokenizeByteByByte(std::string_view input, Handlers handlers = Handlers::kBoth,
+                              bool lenient = false);
 
 // Drives the state machine (vcard_process_char) directly, with the line
 // handling written out once more, one byte at a time: the reference for the
