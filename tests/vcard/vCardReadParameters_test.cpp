@@ -1,5 +1,4 @@
-// The property callback's classification, seen through the real tokenizer,
-// and custom labels from X-CUSTOM parameters.
+// Custom labels from X-CUSTOM parameters: what the table registers.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,96 +18,6 @@ namespace {
 using testing_vcard::Card;
 using testing_vcard::Describe;
 using testing_vcard::Read;
-
-struct Classification {
-  int propertyID = 0;
-  int charset = 0;
-  int encoding = 0;
-  std::uint32_t typeFlags = 0;
-  friend bool operator==(const Classification&, const Classification&) = default;
-};
-
-void PrintTo(const Classification& c, std::ostream* os) {
-  *os << "{" << c.propertyID << ", " << c.charset << ", " << c.encoding << ", 0x" << std::hex
-      << c.typeFlags << std::dec << "}";
-}
-
-struct Probe {
-  vCard::vCardParseData parseData{nullptr};
-  Classification seen;
-};
-
-void CaptureProperty(void* data, const char* name, char** params) {
-  auto* probe = static_cast<Probe*>(data);
-  vCard::vCardPropHandler(&probe->parseData, name, params);
-  const vCard::vCardParseData& d = probe->parseData;
-  probe->seen = {d.propertyID, d.charset, d.encoding, d.typeFlags};
-}
-
-// What the reader makes of the head of one property line ("TEL;CELL").
-Classification Classify(std::string_view head) {
-  Probe probe;
-  VP* parser = CARD_ParserCreate();
-  CARD_SetUserData(parser, &probe);
-  CARD_SetPropHandler(parser, &CaptureProperty);
-  const std::string line = std::string(head) + ":x\r\n";
-  EXPECT_EQ(CARD_Parse(parser, line.data(), static_cast<int>(line.size()), 1), 1);
-  CARD_ParserFree(parser);
-  return probe.seen;
-}
-
-TEST(classify_property, sets_code_charset_encoding_and_types) {
-  const struct {
-    const char* head;
-    Classification expected;
-  } rows[] = {
-      // types
-      {"TEL;CELL;PREF", {9, 0, 0, 0x10000020}},
-      {"TEL;HOME;DTMF", {9, 0, 0, 0x2000}},
-      {"TEL;DTMF;HOME", {9, 0, 0, 0x2001}},
-      {"TEL;WORK;PTT;X-CALLBACK;X-ETC", {9, 0, 0, 0x4c000}},
-      {"TEL;VOICE;FAX;MSG;PAGER;BBS;MODEM;CAR;ISDN;VIDEO;INTERNET",
-       {9, 0, 0, 0x1fdc}},
-      {"TEL;TYPE=HOME;home;Pref;X-IRMC-N", {9, 0, 0, 0}},
-      {"EMAIL;PREF;HOME;WORK;CELL;X-ETC;INTERNET", {10, 0, 0, 0x1000000f}},
-      {"ADR;CELL", {12, 0, 0, 0x8}},
-      {"ADR;X-ETC;PREF;WORK", {12, 0, 0, 0x10000006}},
-      {"URL;PREF;HOME;WORK;CELL;X-ETC", {11, 0, 0, 0x10000003}},
-      {"ORG;HOME;WORK;X-ETC;PREF;CELL", {16, 0, 0, 0xb}},
-      {"X-IM;AIM;WINDOWSLIVE;YAHOO;SKYPE;QQ;GOOGLETALK;ICQ;JABBER;HOME",
-       {23, 0, 0, 0xff}},
-      {"SOUND;X-IRMC-N;HOME", {6, 0, 0, 0x1}},
-      {"NOTE;HOME;X-IRMC-N;X-CUSTOM(A)", {13, 0, 0, 0}},
-      {"tel;HOME", {-1, 0, 0, 0}},
-      // charset and encoding
-      {"FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE", {3, 1, 1, 0}},
-      {"FN;CHARSET=SHIFT_JIS;BASE64", {3, 2, 2, 0}},
-      {"FN;CHARSET=utf-8;ENCODING=quoted-printable", {3, -1, -1, 0}},
-      {"FN;CHARSET=UTF8;ENCODING=8BIT", {3, -1, -1, 0}},
-      {"FN;QUOTED-PRINTABLE;ENCODING=b", {3, 0, -1, 0}},
-      {"FN;ENCODING=BASE64;QUOTED-PRINTABLE", {3, 0, 1, 0}},
-      {"FN;TYPE=QUOTED-PRINTABLE;8BIT", {3, 0, 0, 0}},
-      {"FN;CHARSET", {3, -1, 0, 0}},
-      {"X-FOO;CHARSET=UTF-8", {-1, 1, 0, 0}},
-  };
-  for (const auto& row : rows) EXPECT_EQ(Classify(row.head), row.expected) << row.head;
-}
-
-TEST(classify_property_name, gives_each_known_name_its_code) {
-  const char* const names[] = {
-      "BEGIN",       "VERSION",   "FN",          "N",              "NICKNAME", "SOUND",
-      "BDAY",        "X-BLOOD",   "TEL",         "EMAIL",          "URL",      "ADR",
-      "NOTE",        "TITLE",     "ROLE",        "ORG",            "X-HOBBY",  "PHOTO",
-      "X-GENDER",    "GN",        "GT",          "X-GROUP",        "X-IM",     "X-SPEEDDIAL",
-      "X-ACCOUNT",   "X-ACCOUNT-N", "X-ACCOUNT-TYPE", "REV",       "X-ANNIVERSARY",
-      "X-GDISPN",    "X-SPOUSE",  "X-CHILDREN",  "X-ASSISTANT",    "END"};
-  for (int i = 0; i < static_cast<int>(std::size(names)); ++i) {
-    EXPECT_EQ(Classify(names[i]).propertyID, i + 1) << names[i];
-  }
-  for (const char* unknown : {"X-ACCOUNT-", "Tel", "NAME", "X-IRMC-LUID", "AGENT"}) {
-    EXPECT_EQ(Classify(unknown).propertyID, -1) << unknown;
-  }
-}
 
 std::string LabelOf(std::uint32_t code) {
   const std::optional<String> label = CCustomType::Inst().ConvertStringValFromCustomType(code);

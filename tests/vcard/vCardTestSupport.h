@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,6 +20,12 @@
 #include "phonepim/versit/vObject.h"
 
 namespace phonepim::testing_vcard {
+
+/// The bytes of tests/data/vcard/`name`.
+inline std::string DataFile(const std::string& name) {
+  std::ifstream in(std::string(PHONEPIM_SOURCE_DIR) + "/tests/data/vcard/" + name, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
 
 inline vObject MakeObject(std::string_view text) {
   vObject object;
@@ -219,20 +227,8 @@ namespace phonepim::testing_support {
 
 class ScopedWriterDefaults {
  public:
-  ScopedWriterDefaults()
-      : escape_(vCard::sm_fNonstandardEscChar),
-        reading_(vCard::sm_fUseReadingLastName),
-        url_(vCard::sm_fURLNotQPEncode),
-        lenient_(vCard::sm_fLenientReading) {
-    Reset();
-  }
-  ~ScopedWriterDefaults() {
-    vCard::NonstandardEscChar(escape_);
-    vCard::UseReadingLastName(reading_);
-    vCard::URLNotQPEncode(url_);
-    vCard::LenientReading(lenient_);
-    CCustomType::Inst().DeleteAllItem();
-  }
+  ScopedWriterDefaults() { Reset(); }
+  ~ScopedWriterDefaults() { Reset(); }
   ScopedWriterDefaults(const ScopedWriterDefaults&) = delete;
   ScopedWriterDefaults& operator=(const ScopedWriterDefaults&) = delete;
 
@@ -243,12 +239,6 @@ class ScopedWriterDefaults {
     vCard::LenientReading(false);
     CCustomType::Inst().DeleteAllItem();
   }
-
- private:
-  bool escape_;
-  bool reading_;
-  bool url_;
-  bool lenient_;
 };
 
 /// The text a writer appends to an empty string.
