@@ -91,11 +91,6 @@ void Group(CContact& c) {
   c.SetPhotoData(Bytes{1, 2, 3, 4, 5});
 }
 
-void SmartGroup(CContact& c) {
-  c.SetGroupName(u"Recent");
-  c.SetGroupType(2);
-}
-
 struct SurvivingCase {
   const char* name;
   const char16_t* kind;
@@ -107,11 +102,6 @@ TEST(round_trip, keeps_every_shared_field) {
   const ScopedWriterDefaults defaults;
   const SurvivingCase cases[] = {
         SurvivingCase{"person", u"Contact", {}, FillPerson},
-        SurvivingCase{"person_with_irmc_reading", u"Contact", {false, true, false, 0},
-                      [](CContact& c) {
-                        FillPerson(c);
-                        c.SetRFName(u"jon");
-                      }},
         SurvivingCase{"person_with_urls_as_they_are", u"Contact", {false, false, true, 0},
                       [](CContact& c) {
                         FillPerson(c);
@@ -127,7 +117,6 @@ TEST(round_trip, keeps_every_shared_field) {
                       }},
         SurvivingCase{"zandor_person", u"Contact", {false, false, false, 1}, ZandorPerson},
         SurvivingCase{"group", u"Group", {}, Group},
-        SurvivingCase{"smart_group", u"Group", {}, SmartGroup},
         SurvivingCase{"empty_person", u"Contact", {}, [](CContact&) {}}};
   for (const SurvivingCase& c : cases) {
     ScopedWriterDefaults::Reset();
@@ -153,7 +142,11 @@ struct LossCase {
 TEST(round_trip_loss, reads_back_as_stated) {
   const ScopedWriterDefaults defaults;
   const LossCase cases[] = {
-        LossCase{"account_name_type_and_revision_are_not_written",
+        // Account name and type, revision, LMT and extension have no line;
+        // nor have empty values, blood type 7, empty photos, empty further
+        // organization lines, birthday type 3; a missing assistant number
+        // reads back empty.
+        LossCase{"what_has_no_line",
                  {},
                  [](CContact& c) {
                    c.SetAccountName(u"me@example.com");
@@ -161,12 +154,19 @@ TEST(round_trip_loss, reads_back_as_stated) {
                    c.SetLastRevision(MakeDateComponents(2020, 1, 2, 3, 4, 5));
                    c.setLMT(u"20200102T030405Z");
                    c.SetExtension(u"77");
+                   c.setAssistant(u"Ann");
+                   c.SetFName(u"");
+                   c.SetNickNames({u""});
+                   c.NewAddress(nullptr, kAddressTypeHome, 0);
+                   c.NewOrg(nullptr, nullptr, nullptr, nullptr, kOrganizationTypeWork);
+                   c.NewOrg("Acme", nullptr, nullptr, nullptr, 0)->Additional() = {u"", u"Lab"};
+                   c.NewNotes("", 0);
+                   c.SetBloodType(7);
+                   c.SetPhotoData(Bytes{});
+                   c.SetBirthDate(Day(2001, 2, 3));
+                   c.SetBirthDateType(3);
                  },
-                 ""},
-        LossCase{"a_missing_assistant_number_reads_back_empty",
-                 {},
-                 [](CContact& c) { c.setAssistant(u"Ann"); },
-                 "ASSISTANT=Ann; ASSISTANT#="},
+                 "BDAY=2001-2-3/0; ORG(0)=Acme|||+Lab; ASSISTANT=Ann; ASSISTANT#="},
         LossCase{"a_pref_type_equal_to_a_label_code_takes_the_label",
                  {},
                  [](CContact& c) {
@@ -205,27 +205,6 @@ TEST(round_trip_loss, reads_back_as_stated) {
                    c.NewAddress("Side St", kAddressTypeCustom | kAddressTypeWork, 1, nullptr);
                  },
                  "ADR(10,label=Summer house)=||Main St|||||; ADR(2)=||Side St|||||"},
-        LossCase{"empty_values_and_unknown_kinds_are_not_written",
-                 {},
-                 [](CContact& c) {
-                   c.SetFName(u"");
-                   c.SetNickNames({u""});
-                   c.NewAddress(nullptr, kAddressTypeHome, 0);
-                   c.NewOrg(nullptr, nullptr, nullptr, nullptr, kOrganizationTypeWork);
-                   c.NewNotes("", 0);
-                   c.SetBloodType(7);
-                   c.SetPhotoData(Bytes{});
-                   c.SetBirthDate(Day(2001, 2, 3));
-                   c.SetBirthDateType(3);
-                 },
-                 "BDAY=2001-2-3/0"},
-        LossCase{"empty_further_organization_lines_are_skipped",
-                 {},
-                 [](CContact& c) {
-                   COrganization* org = c.NewOrg("Acme", nullptr, nullptr, nullptr, 0);
-                   org->Additional() = {u"", u"Lab"};
-                 },
-                 "ORG(0)=Acme|||+Lab"},
         // The parameters say quoted-printable, the text is not: the reader
         // decodes "=42" and drops the '=' of "=v2"; "=de" makes a byte that
         // is no UTF-8, and the address reads back empty.
