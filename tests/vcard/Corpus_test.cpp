@@ -171,8 +171,7 @@ TEST_P(corpus_round_trip, every_object_is_read_and_settles) {
       continue;
     }
     const std::unique_ptr<CContact> contact = testing_vcard::Read(object.text);
-    digests.Add(object.id, testing_vcard::Describe(*contact) + "\n" +
-                                 testing_vcard::Describe(*testing_vcard::Read(Pass(object.text))));
+    digests.Add(object.id, testing_vcard::Describe(*contact) + "\n" + Pass(object.text));
     if (const Bytes* photo = contact->GetPhotoRef()) {
       ++photos;
       if (photo->empty()) ++emptyPhotos;
