@@ -90,50 +90,5 @@ TEST(read_lenient, reports_a_card_cut_short_and_keeps_what_came) {
   EXPECT_EQ(Describe(contact), "N=A|B||||||; TEL(20)=55");
 }
 
-TEST(read_lenient, accounts_for_every_property) {
-  const testing_support::ScopedWriterDefaults defaults;
-  vCard::LenientReading(true);
-  CContact contact(u"Contact");
-  ReadAccount account;
-  const vObject object =
-      MakeObject(Card("TITLE:a\r\nTITLE:b\r\nNOTE:\r\nX-A:1\r\nX-GENDER:f\r\n"
-                      "BEGIN:VCARD\r\nTEL:9\r\nEND:VCARD\r\n"));
-  vCard::Parse(&contact, &object, &account);
-  std::string lines;
-  for (const PropertyAccount& p : account.properties) {
-    lines += p.name + " " + FateWord(p.fate) + " " + p.where + "\n";
-  }
-  EXPECT_EQ(lines,
-            "BEGIN dropped by design recognised, nothing to keep\n"
-            "VERSION dropped by design the version, checked\n"
-            "TITLE extension extension item TITLE (a later one took the field)\n"
-            "TITLE read title\n"
-            "NOTE empty no value\n"
-            "X-A extension extension item X-A\n"
-            "X-GENDER dropped by design recognised, nothing to keep\n"
-            "BEGIN dropped by design a nested card, read as a contact of its own\n"
-            "END dropped by design recognised, nothing to keep\n");
-}
-
-TEST(read_lenient, escaped_values_settle_on_the_first_pass) {
-  const testing_support::ScopedWriterDefaults defaults;
-  vCard::LenientReading(true);
-  vCard::NonstandardEscChar(true);
-  // Elements and extension items keep their escapes.
-  EXPECT_EQ(Describe(*Read(Card("EMAIL:a\\;b@x\r\nX-A:c\\;d\r\n"))),
-            "EMAIL(0)=a\\;b@x; X:X-A=c\\;d");
-  std::string text = Card("N:Sales Dept.\\Manager;a\\;b\\\\;;;\r\n");
-  std::string first;
-  for (int pass = 0; pass < 3; ++pass) {
-    const auto contact = Read(text);
-    EXPECT_EQ(ToDisplayUTF8(contact->Name().Given()), "a;b\\");
-    vObject out;
-    vCard::Generate(contact.get(), &out);
-    text = testing_support::BytesOf(out);
-    if (pass == 0) first = text;
-    EXPECT_EQ(text, first) << "pass " << pass;
-  }
-}
-
 }  // namespace
 }  // namespace phonepim
