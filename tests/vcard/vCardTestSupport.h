@@ -45,6 +45,15 @@ inline std::unique_ptr<CContact> Read(std::string_view text, const String& kind 
   return contact;
 }
 
+/// The card Generate writes of `contact`.
+inline std::string Generated(const CContact& contact, int phoneStyle = 0) {
+  vObject object;
+  vCard::Generate(&contact, &object, phoneStyle);
+  const auto* data = object.object()->GetData();
+  return data == nullptr ? std::string()
+                         : std::string(reinterpret_cast<const char*>(data), object.object()->GetSize());
+}
+
 inline DateComponents Day(std::int64_t year, std::int64_t month, std::int64_t day) {
   DateComponents date;
   date.year = year;

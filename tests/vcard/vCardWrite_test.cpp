@@ -24,18 +24,13 @@ using testing_support::BytesOf;
 using testing_support::ScopedWriterDefaults;
 using testing_support::Written;
 using testing_vcard::Day;
+using testing_vcard::Generated;
 using testing_vcard::Label;
 
 class vcard_write : public ::testing::Test {
  protected:
   ScopedWriterDefaults defaults_;
 };
-
-std::string Generated(const CContact& contact, int phoneStyle = 0) {
-  vObject object;
-  vCard::Generate(&contact, &object, phoneStyle);
-  return BytesOf(object);
-}
 
 // Each writer of a text property, on the same texts.
 TEST_F(vcard_write, text_properties_are_plain_quoted_printable_or_escaped) {
