@@ -1,7 +1,9 @@
 // The quoted-printable decoders: NGDecodeQuotedPrintableX (what the readers
 // use), the transfer-encoding pair STL_QPDecode and QPDecode2, which must
 // give the same bytes including the byte past the end they read and write,
-// and the header-word encoder NGEncodeQuotedPrintable.
+// and the header-word encoder NGEncodeQuotedPrintable; the two line-oriented
+// encoders around the line-length and white-space columns, their flags and
+// capacity assertions.
 #include <gtest/gtest.h>
 
 #include <climits>
