@@ -96,13 +96,6 @@ TEST(round_trip, keeps_every_shared_field) {
   const ScopedWriterDefaults defaults;
   const SurvivingCase cases[] = {
         SurvivingCase{"person", u"Contact", {}, FillPerson},
-        SurvivingCase{"person_with_urls_as_they_are", u"Contact", {false, false, true, 0},
-                      [](CContact& c) {
-                        FillPerson(c);
-                        c.DeleteAllURL();
-                        c.NewURL("http://example.com/a;b", kURLTypeHome, 0);
-                      }},
-        SurvivingCase{"person_with_escaping", u"Contact", {true, false, false, 0}, FillPerson},
         SurvivingCase{"unicode_person", u"Contact", {}, UnicodePerson},
         SurvivingCase{"unicode_person_with_irmc_reading", u"Contact", {false, true, false, 0},
                       [](CContact& c) {
