@@ -92,6 +92,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "AALARM;TYPE=PCM;VALUE=CONTENT-ID:20090221T100000Z;;;\r\n"
                 "AALARM;TYPE= wave :20090221T090000\r\n",
                 "alarm=20090221T1000/16/1; alarm=20090221T0900/32/0"},
+        ReadRow{kStrict, "RRULE:MD1 LD 20091231T000000Z\r\nXRULE:D1 #2\r\n",
+                "rrule=MD1 LD 20091231T000000Z; xrule=D1 #2", "RRULE:MD1 LD 20091231T000000Z\r\n"},
         ReadRow{kStrict, "RRULE:D1 1200\r\n", "rrule=-"},  // not held: an empty rule
         ReadRow{kStrict, "X-FOO:bar\r\nsummary:lower\r\nDALARM:20090221T100000Z\r\n", ""},
         ReadRow{kStrict, "SUMMARY:one\r\nSUMMARY:two\r\n", "summary=two"}));

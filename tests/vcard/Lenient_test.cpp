@@ -90,5 +90,25 @@ TEST(read_lenient, reports_a_card_cut_short_and_keeps_what_came) {
   EXPECT_EQ(Describe(contact), "N=A|B||||||; TEL(20)=55");
 }
 
+// The account names the earlier of two values for one field as kept apart.
+TEST(read_lenient, accounts_for_a_value_a_later_one_replaced) {
+  const testing_support::ScopedWriterDefaults defaults;
+  vCard::LenientReading(true);
+  CContact contact(u"Contact");
+  ReadAccount account;
+  const vObject object = MakeObject(Card("TITLE:a\r\nTITLE:b\r\n"));
+  vCard::Parse(&contact, &object, &account);
+  std::string lines;
+  for (const PropertyAccount& p : account.properties) {
+    lines += p.name + " " + FateWord(p.fate) + " " + p.where + "\n";
+  }
+  EXPECT_EQ(lines,
+            "BEGIN dropped by design recognised, nothing to keep\n"
+            "VERSION dropped by design the version, checked\n"
+            "TITLE extension extension item TITLE (a later one took the field)\n"
+            "TITLE read title\n"
+            "END dropped by design recognised, nothing to keep\n");
+}
+
 }  // namespace
 }  // namespace phonepim

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "phonepim/encoding/Encoding.h"
 #include "phonepim/model/CCustomType.h"
@@ -57,6 +58,7 @@ TEST(read_property, stores_exactly) {
       // structured
       {"N:Doe\\;Jr;\\\\;x\r\n", "N=Doe\\Jr|\\;x||||||"},
       {"SOUND;X-IRMC-N:;Taro\r\n", "RF=Taro"},
+      {"SOUND:Yamada;Taro\r\n", "RL=Yamada"},
       {"ADR;HOME:;;Main St 1;Town;;12345;Land;Hood;extra\r\n",
        "ADR(1)=||Main St 1|Town||12345|Land|Hood"},
       {"ORG;WORK:Acme;R&D;Lead;;Extra 1;Extra 2\r\nORG:Solo\r\n",
@@ -149,6 +151,9 @@ TEST(read_value, blood_group_and_speed_dial_parsers) {
               (std::array<std::int32_t, 6>{expected[0], expected[1], expected[2], expected[3], 99, 99}))
         << value;
   }
+  // A separator is escaped by the one character before it.
+  EXPECT_EQ((std::vector<bool>{IsSemicolon(";", 0), IsSemicolon("a;", 1), IsSemicolon("a\\;", 2)}),
+            (std::vector<bool>{true, true, false}));
 }
 
 TEST(read_photo, decodes_a_value_that_is_all_alphabet_without_reading_past_it) {

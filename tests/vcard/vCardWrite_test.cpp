@@ -140,6 +140,7 @@ TEST_F(vcard_write, line_writers) {
          vCard::AddEmail(o, CEmail("a;b\\c::d@x", kEmailTypeHome, 0));
          vCard::AddEmail(o, CEmail("j\xC3\xB6::rg;@x", kEmailTypeWork, 0));
          vCard::AddEmail(o, CEmail("", kEmailTypeHome, 0));
+         vCard::AddURL(o, CURL("", kURLTypeHome, 0));
        },
        u"EMAIL:a@b\r\nEMAIL;PREF;WORK;HOME;CELL;X-ETC:a@b\r\nEMAIL;X-ETC:a@b\r\nEMAIL;X-ETC;X-ETC:a@b\r\n"
        u"EMAIL;X-CUSTOM(Priv=C3=A9\\;x):a@b\r\nEMAIL;HOME:a\\;b\\\\c:d@x\r\n"
@@ -173,6 +174,13 @@ TEST_F(vcard_write, line_writers) {
        u"ADR;X-CUSTOM(Cottage);" + qpMain +
            u"ADR;X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,Summer=20house);" + qpMain +
            u"ADR;HOME;" + qpMain + u"ADR;WORK;" + qpMain},
+      // Last name plain, first name quoted-printable: the line is.
+      {"reading name",
+       [](String& o) {
+         vCard::UseReadingLastName(true);
+         vCard::AddRName(o, u"\u30BF", u"y");
+       },
+       u"SOUND;X-IRMC-N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:y;=E3=82=BF;;;\r\n"},
   };
   for (const auto& row : rows) EXPECT_EQ(Written(row.write), row.expected) << row.what;
 }
@@ -299,6 +307,7 @@ TEST_F(vcard_write, Generate_replaces_the_object_bytes_and_ignores_null) {
   vObject object;
   object.object()->SetData(reinterpret_cast<const unsigned char*>("old bytes, longer than"), 22);
   vCard::Generate(&contact, &object);
+  vCard::Generate(&contact, &object);  // into the storage it has
   vCard::Generate(nullptr, &object);
   vCard::Generate(&contact, nullptr);
   EXPECT_EQ(BytesOf(object), "BEGIN:VCARD\r\nVERSION:2.1\r\nEND:VCARD\r\n");
