@@ -1,6 +1,6 @@
 // The reader in both modes on the real-world cases lenient reading exists
 // for: what the standard rules make of each card, and what lenient reading
-// keeps. One row per case.
+// keeps, for the cases the corpus digests do not pin. One row per case.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -26,29 +26,11 @@ struct Row {
   std::string lenient;
 };
 
-const char kNested[] =
-    "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Parent\r\nBEGIN:VCARD\r\nVERSION:2.1\r\nN:Agent\r\n"
-    "TEL:9\r\nEND:VCARD\r\nTEL:1\r\nEND:VCARD\r\n";
-
 TEST(read_both_ways, gives_each_mode_its_fields) {
   const Row rows[] = {
-      {"blank_crlf_line", Card("N:A;B\r\nNOTE:hello\r\n\r\nTEL;CELL:5551234\r\n"),
-       "N=A|B||||||; NOTE=helloTEL;CELL:5551234",
-       "N=A|B||||||; TEL(20)=5551234; NOTE=hello"},
-      {"base64_from_the_property_line",
-       Card("PHOTO;ENCODING=BASE64;TYPE=JPEG:/9j/\r\n 4AAQ\r\n\r\n"), "PHOTO=0:",
-       "PHOTO=6:ffd8ffe00010"},
       {"soft_break_before_blank_line",
        Card("NOTE;ENCODING=QUOTED-PRINTABLE:a=\r\n\r\nTEL:1\r\n"), "NOTE=aTEL:1",
        "TEL(0)=1; NOTE=a"},
-      {"other_charsets",
-       Card("N;ENCODING=QUOTED-PRINTABLE;CHARSET=ISO-8859-1:M=FCller;J=FCrgen\r\n"
-            "FN;CHARSET=UTF8:J\xC3\xBCrgen\r\nNOTE;CHARSET=UTF-8:bad \xFC\r\n"),
-       "FN=J\xC3\xBCrgen; NOTE=", "FN=J\xC3\xBCrgen; N=M\xC3\xBCller|J\xC3\xBCrgen||||||; NOTE=bad \xC3\xBC"},
-      {"names_in_any_case",
-       Card("tel;cell:1\r\nEmail;Internet:a@b\r\nTEL;TYPE=cell,home:2\r\n"
-            "note;encoding=quotedprintable:a=3D\r\n"),
-       "TEL(0)=2", "TEL(20)=1; TEL(21)=2; EMAIL(0)=a@b; NOTE=a="},
       {"escapes_in_structured_values", Card("N:Sales Dept.\\Manager;a\\;b;c\\\\;d\\,e\r\n"),
        "N=Sales Dept.\\anager|a\\b|c\\;d\\e|||||",
        "N=Sales Dept.\\Manager|a\\;b|c\\\\|d\\,e||||"},
@@ -62,8 +44,6 @@ TEST(read_both_ways, gives_each_mode_its_fields) {
        Card("TITLE:Chief\r\nTITLE:Boss\r\nBDAY:19990101\r\nBDAY:20000202\r\n"),
        "BDAY=2000-2-2/0; TITLE=Boss",
        "BDAY=2000-2-2/0; TITLE=Boss; X:TITLE=Chief; X:BDAY=19990101"},
-      {"nested_card", kNested, "N=Agent|||||||; TEL(0)=9; TEL(0)=1",
-       "N=Parent|||||||; TEL(0)=1"},
       {"what_no_field_takes",
        Card("X-FOO:bar\r\nBDAY:1999/01/01\r\nPHOTO;VALUE=URL:http://x\r\n"
             "FN;ENCODING=BASE64:QUJD\r\n"),
