@@ -37,11 +37,6 @@ void OnData(void* userData, const char* data, int length) {
   }
 }
 
-struct ParserDeleter {
-  void operator()(VP* parser) const { CARD_ParserFree(parser); }
-};
-using ParserPtr = std::unique_ptr<VP, ParserDeleter>;
-
 ParserPtr MakeParser(Transcript* transcript, Handlers handlers, bool lenient = false) {
   ParserPtr parser(CARD_ParserCreate());
   CARD_SetLenient(parser.get(), lenient ? 1 : 0);

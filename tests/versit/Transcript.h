@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,11 @@
 namespace phonepim::testing_versit {
 
 using Transcript = std::vector<std::string>;
+
+struct ParserDeleter {
+  void operator()(VP* parser) const { CARD_ParserFree(parser); }
+};
+using ParserPtr = std::unique_ptr<VP, ParserDeleter>;
 
 enum class Handlers { kBoth, kPropOnly, kDataOnly, kNone };
 

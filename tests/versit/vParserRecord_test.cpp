@@ -16,11 +16,6 @@ extern "C" int versit_c_interface_check(void);
 namespace phonepim::testing_versit {
 namespace {
 
-struct ParserDeleter {
-  void operator()(VP* parser) const { CARD_ParserFree(parser); }
-};
-using ParserPtr = std::unique_ptr<VP, ParserDeleter>;
-
 int Feed(VP* vp, std::string_view text, int final = 0) {
   return CARD_Parse(vp, text.data(), static_cast<int>(text.size()), final);
 }
