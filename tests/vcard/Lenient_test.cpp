@@ -1,6 +1,7 @@
 // The reader in both modes on the real-world cases lenient reading exists
 // for: what the standard rules make of each card, and what lenient reading
-// keeps, for the cases the corpus digests do not pin. One row per case.
+// keeps, for the cases the corpus digests do not pin (or not all of). One
+// row per case.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -31,6 +32,10 @@ TEST(read_both_ways, gives_each_mode_its_fields) {
       {"soft_break_before_blank_line",
        Card("NOTE;ENCODING=QUOTED-PRINTABLE:a=\r\n\r\nTEL:1\r\n"), "NOTE=aTEL:1",
        "TEL(0)=1; NOTE=a"},
+      {"names_in_any_case",
+       Card("tel;cell:1\r\nEmail;Internet:a@b\r\nTEL;TYPE=cell,home:2\r\n"
+            "note;encoding=quotedprintable:a=3D\r\n"),
+       "TEL(0)=2", "TEL(20)=1; TEL(21)=2; EMAIL(0)=a@b; NOTE=a="},
       {"escapes_in_structured_values", Card("N:Sales Dept.\\Manager;a\\;b;c\\\\;d\\,e\r\n"),
        "N=Sales Dept.\\anager|a\\b|c\\;d\\e|||||",
        "N=Sales Dept.\\Manager|a\\;b|c\\\\|d\\,e||||"},

@@ -152,8 +152,9 @@ TEST(read_value, blood_group_and_speed_dial_parsers) {
         << value;
   }
   // A separator is escaped by the one character before it.
-  EXPECT_EQ((std::vector<bool>{IsSemicolon(";", 0), IsSemicolon("a;", 1), IsSemicolon("a\\;", 2)}),
-            (std::vector<bool>{true, true, false}));
+  EXPECT_EQ((std::vector<bool>{IsSemicolon(";", 0), IsSemicolon("a;", 1), IsSemicolon("a\\;", 2),
+                               IsSemicolon("a,", 1)}),
+            (std::vector<bool>{true, true, false, false}));
 }
 
 TEST(read_photo, decodes_a_value_that_is_all_alphabet_without_reading_past_it) {

@@ -60,6 +60,20 @@ TEST_F(vcard_write, text_properties_are_plain_quoted_printable_or_escaped) {
   }
 }
 
+// The writers encode without QPEncode's intermediate copies; the text must
+// be what QPEncode gives.
+TEST_F(vcard_write, values_are_encoded_as_QPEncode_does) {
+  const String samples[] = {
+      u"", String(68, u'x'), String(69, u'x'), String(200, u'\u00E9'),
+      u"tab\tin the middle" + String(70, u'\t') + u"and late", u"=_=.\r\n.line",
+      u"\U0001F600 \u5C71\u7530 " + String(40, u'a'), String(u"\0nul", 4)};
+  for (const String& sample : samples) {
+    EXPECT_EQ(vcard_writer::EncodeText(sample, false), QPEncode(sample).value())
+        << ToDisplayUTF8(sample);
+  }
+  EXPECT_EQ(vcard_writer::EncodeText(String(u"a") + char16_t(0xDC00), false), u"a=EF=BF=BD");
+}
+
 TEST(vcard_write_date_death, a_type_beyond_the_table_stops_the_writer) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
   String out;
@@ -174,13 +188,16 @@ TEST_F(vcard_write, line_writers) {
        u"ADR;X-CUSTOM(Cottage);" + qpMain +
            u"ADR;X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,Summer=20house);" + qpMain +
            u"ADR;HOME;" + qpMain + u"ADR;WORK;" + qpMain},
-      // Last name plain, first name quoted-printable: the line is.
+      // Last name plain, first name quoted-printable: the line is; both
+      // plain, it is not.
       {"reading name",
        [](String& o) {
          vCard::UseReadingLastName(true);
          vCard::AddRName(o, u"\u30BF", u"y");
+         vCard::AddRName(o, u"taro", u"yamada");
        },
-       u"SOUND;X-IRMC-N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:y;=E3=82=BF;;;\r\n"},
+       u"SOUND;X-IRMC-N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:y;=E3=82=BF;;;\r\n"
+       u"SOUND;X-IRMC-N:yamada;taro;;;\r\n"},
   };
   for (const auto& row : rows) EXPECT_EQ(Written(row.write), row.expected) << row.what;
 }
