@@ -84,10 +84,11 @@ INSTANTIATE_TEST_SUITE_P(
                 "modified=20090221T1030Z; created=20090221T1030; completed=20090222T0000"},
         ReadRow{kStrict,
                 "ATTENDEE;ROLE=ATTENDEE;STATUS=DECLIENED:Zo\xc3\xab\r\n"
-                "ATTENDEE;STATUS=DECLINED:c\r\nATTENDEE;STATUS=SEND:d\r\n",
-                "attendee=Zoë/1/6; attendee=c/0/0; attendee=d/0/3",
+                "ATTENDEE;STATUS=DECLINED:c\r\nATTENDEE;STATUS=SEND:d\r\nATTENDEE;STATUS=CONFIRMED:e\r\n",
+                "attendee=Zoë/1/6; attendee=c/0/0; attendee=d/0/3; attendee=e/0/5",
                 "ATTENDEE;ROLE=ATTENDEE;STATUS=DECLIENED;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:"
-                "Zo=C3=AB\r\nATTENDEE;STATUS=NEEDS ACTION:c\r\nATTENDEE;STATUS=SEND:d\r\n"},
+                "Zo=C3=AB\r\nATTENDEE;STATUS=NEEDS ACTION:c\r\nATTENDEE;STATUS=SEND:d\r\n"
+                "ATTENDEE;STATUS=CONFIRMED:e\r\n"},
         ReadRow{kStrict,
                 "AALARM;TYPE=PCM;VALUE=CONTENT-ID:20090221T100000Z;;;\r\n"
                 "AALARM;TYPE= wave :20090221T090000\r\n",

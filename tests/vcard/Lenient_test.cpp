@@ -49,6 +49,11 @@ TEST(read_both_ways, gives_each_mode_its_fields) {
        Card("TITLE:Chief\r\nTITLE:Boss\r\nBDAY:19990101\r\nBDAY:20000202\r\n"),
        "BDAY=2000-2-2/0; TITLE=Boss",
        "BDAY=2000-2-2/0; TITLE=Boss; X:TITLE=Chief; X:BDAY=19990101"},
+      // The splitter keeps a nested card inside: the standard rules mix it
+      // into the outer one, lenient reading skips it.
+      {"nested_card",
+       Card("N:Parent\r\nBEGIN:VCARD\r\nVERSION:2.1\r\nN:Agent\r\nTEL:9\r\nEND:VCARD\r\nTEL:1\r\n"),
+       "N=Agent|||||||; TEL(0)=9; TEL(0)=1", "N=Parent|||||||; TEL(0)=1"},
       {"what_no_field_takes",
        Card("X-FOO:bar\r\nBDAY:1999/01/01\r\nPHOTO;VALUE=URL:http://x\r\n"
             "FN;ENCODING=BASE64:QUJD\r\n"),
