@@ -80,13 +80,16 @@ TEST(read_lenient, reports_a_card_cut_short_and_keeps_what_came) {
   EXPECT_EQ(Describe(contact), "N=A|B||||||; TEL(20)=55");
 }
 
-// The account names the earlier of two values for one field as kept apart.
-TEST(read_lenient, accounts_for_a_value_a_later_one_replaced) {
+// The account of each kind of property the tool's check goldens do not
+// show: an earlier value a later one replaced, an empty one, a nested card.
+TEST(read_lenient, accounts_for_every_property) {
   const testing_support::ScopedWriterDefaults defaults;
   vCard::LenientReading(true);
   CContact contact(u"Contact");
   ReadAccount account;
-  const vObject object = MakeObject(Card("TITLE:a\r\nTITLE:b\r\n"));
+  const vObject object =
+      MakeObject(Card("TITLE:a\r\nTITLE:b\r\nNOTE:\r\nX-A:1\r\nX-GENDER:f\r\n"
+                      "BEGIN:VCARD\r\nTEL:9\r\nEND:VCARD\r\n"));
   vCard::Parse(&contact, &object, &account);
   std::string lines;
   for (const PropertyAccount& p : account.properties) {
@@ -97,6 +100,10 @@ TEST(read_lenient, accounts_for_a_value_a_later_one_replaced) {
             "VERSION dropped by design the version, checked\n"
             "TITLE extension extension item TITLE (a later one took the field)\n"
             "TITLE read title\n"
+            "NOTE empty no value\n"
+            "X-A extension extension item X-A\n"
+            "X-GENDER dropped by design recognised, nothing to keep\n"
+            "BEGIN dropped by design a nested card, read as a contact of its own\n"
             "END dropped by design recognised, nothing to keep\n");
 }
 
