@@ -212,6 +212,21 @@ TEST(round_trip_loss, reads_back_as_stated) {
   }
 }
 
+// ORG and X-IM register the parameter name as their label, and the name of
+// "X-CUSTOM(CHARSET=UTF-8,...)" ends at its first '=': the second time, the
+// label is "CHARSET".
+TEST(round_trip_case, an_organization_label_that_needs_quoted_printable_becomes_charset) {
+  const ScopedWriterDefaults defaults;
+  CContact contact(u"Contact");
+  const std::uint32_t code =
+      CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(Chess club)");
+  contact.NewOrg("Acme", nullptr, nullptr, nullptr, code);
+  contact.NewMessengerID("me", code, 0);
+  EXPECT_EQ(Generated(*Read(Generated(contact))),
+            "BEGIN:VCARD\r\nVERSION:2.1\r\nORG;X-CUSTOM(CHARSET):Acme;;\r\n"
+            "X-IM;X-CUSTOM(CHARSET):me\r\nEND:VCARD\r\n");
+}
+
 // A quoted-printable address label long enough for a soft line break: the
 // break lands inside the parameter, the label table removes the "==" left
 // by a break right after an escape, and the label loses a character. Found
