@@ -68,19 +68,22 @@ TEST(read_property, stores_exactly) {
       // type words, in any order, PREF and X-ETC included; DTMF and PTT
       // wipe the words before them; TYPE= and other properties' words count
       // for nothing
-      {"TEL;CELL;PREF:1\r\nTEL;HOME;DTMF:2\r\nTEL;DTMF;HOME:3\r\nTEL;WORK;PTT;X-CALLBACK;X-ETC:4\r\n"
-       "TEL;VOICE;FAX;MSG;PAGER;BBS;MODEM;CAR;ISDN;VIDEO;INTERNET:5\r\nTEL;TYPE=HOME;home;Pref;X-IRMC-N:6\r\n",
+      {"TEL;CELL;PREF:1\r\nTEL;HOME;DTMF:2\r\nTEL;DTMF;HOME:3\r\n"
+       "TEL;WORK;PTT;X-CALLBACK;X-ETC:4\r\nTEL;VOICE;FAX;MSG;PAGER;BBS;MODEM;CAR;ISDN;VIDEO;INTERNET:5\r\n"
+       "TEL;TYPE=HOME;home;Pref;X-IRMC-N:6\r\n",
        "TEL(10000020)=1; TEL(2000)=2; TEL(2001)=3; TEL(4c000)=4; TEL(1fdc)=5; TEL(0)=6"},
       {"EMAIL;PREF;HOME;WORK;CELL;X-ETC;INTERNET:a\r\nADR;CELL:b\r\nADR;X-ETC;PREF;WORK:c\r\n"
        "URL;PREF;HOME;WORK;CELL;X-ETC:d\r\nORG;HOME;WORK;X-ETC;PREF;CELL:e\r\n"
        "X-IM;AIM;WINDOWSLIVE;YAHOO;SKYPE;QQ;GOOGLETALK;ICQ;JABBER;HOME:f\r\n"
-       "SOUND;X-IRMC-N;HOME:g;h\r\nNOTE;HOME;X-IRMC-N;X-CUSTOM(A):i\r\ntel;HOME:j\r\n", "RF=h; RL=g; EMAIL(1000000f)=a; URL(10000003)=d; ADR(8)=b|||||||; ADR(10000006)=c|||||||; "
+       "SOUND;X-IRMC-N;HOME:g;h\r\nNOTE;HOME;X-IRMC-N;X-CUSTOM(A):i\r\ntel;HOME:j\r\n",
+       "RF=h; RL=g; EMAIL(1000000f)=a; URL(10000003)=d; ADR(8)=b|||||||; ADR(10000006)=c|||||||; "
        "NOTE=i; ORG(b)=e||; IM(ff)=f"},
       // charset and encoding words: exact case only
       {"FN;CHARSET=SHIFT_JIS;BASE64:gqA=\r\nTITLE;CHARSET=utf-8;ENCODING=quoted-printable:a=3D\r\n"
        "ROLE;CHARSET=UTF8;ENCODING=8BIT:b=3D\r\nNOTE;QUOTED-PRINTABLE;ENCODING=b:c=3D\r\n"
        "X-HOBBY;ENCODING=BASE64;QUOTED-PRINTABLE:d=3D\r\nX-SPOUSE;TYPE=QUOTED-PRINTABLE;8BIT:e=3D\r\n"
-       "X-CHILDREN;CHARSET:f=3D\r\nX-FOO;CHARSET=UTF-8:g\r\n", "FN=あ; NOTE=c=3D; TITLE=a=3D; ROLE=b=3D; HOBBY=d=; SPOUSE=e=3D; CHILDREN=f=3D"},
+       "X-CHILDREN;CHARSET:f=3D\r\nX-FOO;CHARSET=UTF-8:g\r\n",
+       "FN=あ; NOTE=c=3D; TITLE=a=3D; ROLE=b=3D; HOBBY=d=; SPOUSE=e=3D; CHILDREN=f=3D"},
       // names: exact, whole
       {"X-ACCOUNT-:a\r\nTel:b\r\nNAME:c\r\nX-IRMC-LUID:d\r\nAGENT:e\r\n", ""},
       // telephone

@@ -146,8 +146,9 @@ TEST_F(vcard_write, line_writers) {
       // line is built without the "::" rule.
       {"e-mail",
        [](String& o) {
-         for (std::uint32_t type : {0u, kEmailTypeHome | kEmailTypeWork | kEmailTypeCell | kEmailTypeEtc | kEmailTypePref,
-                                    kEmailTypeCustom, kEmailTypeCustom | kEmailTypeEtc}) {
+         for (std::uint32_t type :
+              {0u, kEmailTypeHome | kEmailTypeWork | kEmailTypeCell | kEmailTypeEtc | kEmailTypePref,
+               kEmailTypeCustom, kEmailTypeCustom | kEmailTypeEtc}) {
            vCard::AddEmail(o, CEmail("a@b", type, 0));
          }
          vCard::AddEmail(o, CEmail("a@b", kEmailTypeCustom, 0, Label(u"Priv\u00E9;x")));
@@ -162,12 +163,12 @@ TEST_F(vcard_write, line_writers) {
       // Only the first service is written.
       {"messenger IDs",
        [](String& o) {
-         for (std::uint32_t type : {0u, kMessengerTypeAIM | kMessengerTypeYahoo,
-                                    kMessengerTypeGoogleTalk | kMessengerTypeQQ | kMessengerTypeJabber,
-                                    kMessengerTypeICQ | kMessengerTypeJabber, kMessengerTypeJabber | kMessengerTypeQQ,
-                                    kMessengerTypeQQ | kMessengerTypeSkype,
-                                    kMessengerTypeSkype | kMessengerTypeWindowsLive,
-                                    kMessengerTypeWindowsLive | kMessengerTypeYahoo, kMessengerTypeYahoo}) {
+         for (std::uint32_t type :
+              {0u, kMessengerTypeAIM | kMessengerTypeYahoo,
+               kMessengerTypeGoogleTalk | kMessengerTypeQQ | kMessengerTypeJabber,
+               kMessengerTypeICQ | kMessengerTypeJabber, kMessengerTypeJabber | kMessengerTypeQQ,
+               kMessengerTypeQQ | kMessengerTypeSkype, kMessengerTypeSkype | kMessengerTypeWindowsLive,
+               kMessengerTypeWindowsLive | kMessengerTypeYahoo, kMessengerTypeYahoo}) {
            vCard::AddMessengerID(o, CMessengerID("me", type, 0));
          }
          vCard::AddMessengerID(o, CMessengerID("a b;c", kMessengerTypeICQ, 0));
