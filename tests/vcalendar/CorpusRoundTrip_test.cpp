@@ -13,6 +13,7 @@
 #include "phonepim/vcalendar/CalendarEntries.h"
 #include "phonepim/versit/ObjectSplitter.h"
 #include "vcalendar/vCalendarTestSupport.h"
+#include "versit/CorpusDigests.h"
 
 namespace phonepim {
 namespace {
@@ -61,11 +62,25 @@ int PassesToFixedPoint(const CalendarEntry& entry) {
   return 0;
 }
 
+// The record read and the text written from it, or why the reader stopped.
+std::string Described(const CalendarEntry& entry) {
+  try {
+    const auto calendar = Read(entry.text);
+    return Describe(*calendar) + "\n" + Write(*calendar, entry.todo ? vCalendar::kKindToDo : 1);
+  } catch (const std::uint16_t& code) {
+    return "code " + std::to_string(code);
+  } catch (const std::exception& other) {
+    return other.what();
+  }
+}
+
 TEST(corpus_round_trip, every_entry_is_read_and_settles_within_two_passes) {
   if (!fs::is_directory(PHONEPIM_CORPUS_DIR)) GTEST_SKIP() << "no corpus at " PHONEPIM_CORPUS_DIR;
   ScopedCalendarDefaults defaults;
   const ScopedAssertionHandler handler(ThrowingAssertionHandler);
   vCard::LenientReading(true);
+  testing_support::CorpusDigests strict("vcalendar", "strict");
+  testing_support::CorpusDigests lenient("vcalendar", "lenient");
   std::map<std::string, std::string> failed;  // "file#object:line" -> why
   std::size_t entries = 0;
   for (const auto& file : fs::directory_iterator(PHONEPIM_CORPUS_DIR)) {
@@ -82,6 +97,10 @@ TEST(corpus_round_trip, every_entry_is_read_and_settles_within_two_passes) {
         const std::string id = file.path().filename().string() + "#" + std::to_string(number) +
                                ":" + std::to_string(entry.firstLine);
         ++entries;
+        vCard::LenientReading(false);
+        strict.Add(id, Described(entry));
+        vCard::LenientReading(true);
+        lenient.Add(id, Described(entry));
         try {
           const int passes = PassesToFixedPoint(entry);
           if (passes != 1 && passes != 2) failed[id] = std::to_string(passes) + " passes";
@@ -93,6 +112,8 @@ TEST(corpus_round_trip, every_entry_is_read_and_settles_within_two_passes) {
       }
     }
   }
+  strict.Verify();
+  lenient.Verify();
   EXPECT_EQ(entries, 120u) << "the corpus changed";
   EXPECT_EQ(failed, (std::map<std::string, std::string>{}));
 }

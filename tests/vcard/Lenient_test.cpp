@@ -1,6 +1,7 @@
 // The reader in both modes on the real-world cases lenient reading exists
 // for: what the standard rules make of each card, and what lenient reading
-// keeps. One row per case.
+// keeps, for the cases the corpus digests do not pin (or not all of). One
+// row per case.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -26,25 +27,11 @@ struct Row {
   std::string lenient;
 };
 
-const char kNested[] =
-    "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Parent\r\nBEGIN:VCARD\r\nVERSION:2.1\r\nN:Agent\r\n"
-    "TEL:9\r\nEND:VCARD\r\nTEL:1\r\nEND:VCARD\r\n";
-
 TEST(read_both_ways, gives_each_mode_its_fields) {
   const Row rows[] = {
-      {"blank_crlf_line", Card("N:A;B\r\nNOTE:hello\r\n\r\nTEL;CELL:5551234\r\n"),
-       "N=A|B||||||; NOTE=helloTEL;CELL:5551234",
-       "N=A|B||||||; TEL(20)=5551234; NOTE=hello"},
-      {"base64_from_the_property_line",
-       Card("PHOTO;ENCODING=BASE64;TYPE=JPEG:/9j/\r\n 4AAQ\r\n\r\n"), "PHOTO=0:",
-       "PHOTO=6:ffd8ffe00010"},
       {"soft_break_before_blank_line",
        Card("NOTE;ENCODING=QUOTED-PRINTABLE:a=\r\n\r\nTEL:1\r\n"), "NOTE=aTEL:1",
        "TEL(0)=1; NOTE=a"},
-      {"other_charsets",
-       Card("N;ENCODING=QUOTED-PRINTABLE;CHARSET=ISO-8859-1:M=FCller;J=FCrgen\r\n"
-            "FN;CHARSET=UTF8:J\xC3\xBCrgen\r\nNOTE;CHARSET=UTF-8:bad \xFC\r\n"),
-       "FN=J\xC3\xBCrgen; NOTE=", "FN=J\xC3\xBCrgen; N=M\xC3\xBCller|J\xC3\xBCrgen||||||; NOTE=bad \xC3\xBC"},
       {"names_in_any_case",
        Card("tel;cell:1\r\nEmail;Internet:a@b\r\nTEL;TYPE=cell,home:2\r\n"
             "note;encoding=quotedprintable:a=3D\r\n"),
@@ -62,8 +49,11 @@ TEST(read_both_ways, gives_each_mode_its_fields) {
        Card("TITLE:Chief\r\nTITLE:Boss\r\nBDAY:19990101\r\nBDAY:20000202\r\n"),
        "BDAY=2000-2-2/0; TITLE=Boss",
        "BDAY=2000-2-2/0; TITLE=Boss; X:TITLE=Chief; X:BDAY=19990101"},
-      {"nested_card", kNested, "N=Agent|||||||; TEL(0)=9; TEL(0)=1",
-       "N=Parent|||||||; TEL(0)=1"},
+      // The splitter keeps a nested card inside: the standard rules mix it
+      // into the outer one, lenient reading skips it.
+      {"nested_card",
+       Card("N:Parent\r\nBEGIN:VCARD\r\nVERSION:2.1\r\nN:Agent\r\nTEL:9\r\nEND:VCARD\r\nTEL:1\r\n"),
+       "N=Agent|||||||; TEL(0)=9; TEL(0)=1", "N=Parent|||||||; TEL(0)=1"},
       {"what_no_field_takes",
        Card("X-FOO:bar\r\nBDAY:1999/01/01\r\nPHOTO;VALUE=URL:http://x\r\n"
             "FN;ENCODING=BASE64:QUJD\r\n"),
@@ -90,6 +80,8 @@ TEST(read_lenient, reports_a_card_cut_short_and_keeps_what_came) {
   EXPECT_EQ(Describe(contact), "N=A|B||||||; TEL(20)=55");
 }
 
+// The account of each kind of property the tool's check goldens do not
+// show: an earlier value a later one replaced, an empty one, a nested card.
 TEST(read_lenient, accounts_for_every_property) {
   const testing_support::ScopedWriterDefaults defaults;
   vCard::LenientReading(true);
@@ -113,26 +105,6 @@ TEST(read_lenient, accounts_for_every_property) {
             "X-GENDER dropped by design recognised, nothing to keep\n"
             "BEGIN dropped by design a nested card, read as a contact of its own\n"
             "END dropped by design recognised, nothing to keep\n");
-}
-
-TEST(read_lenient, escaped_values_settle_on_the_first_pass) {
-  const testing_support::ScopedWriterDefaults defaults;
-  vCard::LenientReading(true);
-  vCard::NonstandardEscChar(true);
-  // Elements and extension items keep their escapes.
-  EXPECT_EQ(Describe(*Read(Card("EMAIL:a\\;b@x\r\nX-A:c\\;d\r\n"))),
-            "EMAIL(0)=a\\;b@x; X:X-A=c\\;d");
-  std::string text = Card("N:Sales Dept.\\Manager;a\\;b\\\\;;;\r\n");
-  std::string first;
-  for (int pass = 0; pass < 3; ++pass) {
-    const auto contact = Read(text);
-    EXPECT_EQ(ToDisplayUTF8(contact->Name().Given()), "a;b\\");
-    vObject out;
-    vCard::Generate(contact.get(), &out);
-    text = testing_support::BytesOf(out);
-    if (pass == 0) first = text;
-    EXPECT_EQ(text, first) << "pass " << pass;
-  }
 }
 
 }  // namespace

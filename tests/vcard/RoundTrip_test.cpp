@@ -18,10 +18,11 @@
 namespace phonepim {
 namespace {
 
-using testing_support::BytesOf;
 using testing_support::ScopedWriterDefaults;
 using testing_vcard::Day;
+using testing_vcard::Generated;
 using testing_vcard::Describe;
+using testing_vcard::FillPerson;
 using testing_vcard::Label;
 using testing_vcard::Read;
 
@@ -38,59 +39,7 @@ void Apply(const Options& options) {
   vCard::URLNotQPEncode(options.urlAsIs);
 }
 
-std::string Write(const CContact& contact, int phoneStyle) {
-  vObject object;
-  vCard::Generate(&contact, &object, phoneStyle);
-  return BytesOf(object);
-}
-
 // --- Contacts that survive whole ----------------------------------------
-
-void Person(CContact& c) {
-  for (unsigned int i = 0; i < CName::kNamePartCount; ++i) {
-    c.Name().SetName(u"part" + String(1, static_cast<char16_t>(u'0' + i)), i);
-  }
-  c.SetFName(u"Dr. John Q. Public");
-  c.SetNickNames({u"JQ", u"Johnny"});
-  c.SetRLName(u"paburikku");
-  c.SetBirthDate(Day(1970, 1, 2));
-  c.SetBirthDateType(1);
-  c.SetAnniversary_Date(Day(1999, 12, 31));
-  c.SetAnniversary_Luna(2);
-  c.NewTelephone("+1 555 0100", kTelephoneTypeCell | kTelephoneTypePref, 0);
-  c.NewTelephone("+1 555 0101", kTelephoneTypeWork | kTelephoneTypeVoice | kTelephoneTypeFax, 1);
-  c.NewTelephone("0101", kTelephoneTypeCar | kTelephoneTypeISDN | kTelephoneTypeEtc, 2);
-  // PREF with HOME would be 0x10000001, the code of the first custom label
-  // read (the address label below): see the loss table.
-  c.NewEmail("john@example.com", kEmailTypeWork | kEmailTypePref, 0);
-  c.NewEmail("jq@work.example", kEmailTypeWork | kEmailTypeCell | kEmailTypeEtc, 1);
-  c.NewURL("http://example.com/~jq?a=b", kURLTypeWork | kURLTypePref, 0);
-  c.NewAddress("PO 1", "Apt 2", "1 Main St", "Springfield", "IL", "62701", "USA", "Downtown",
-               kAddressTypeHome | kAddressTypePref, 0);
-  c.NewAddress(nullptr, nullptr, "Lake Rd 3", nullptr, nullptr, nullptr, nullptr, nullptr,
-               kAddressTypeCustom, 1, Label(u"Summer house"));
-  c.NewNotes("First line\r\nsecond line = 2", 0);
-  c.NewNotes("Another note", 1);
-  c.SetTitle(u"Chief");
-  c.SetRole(u"Owner");
-  COrganization* org =
-      c.NewOrg("Acme Inc.", "R&D", "Head of Lab", "Building 7", kOrganizationTypeWork);
-  org->Additional().push_back(u"Floor 3");
-  c.NewOrg("Chess Club", nullptr, nullptr, nullptr, kOrganizationTypeHome | kOrganizationTypeEtc);
-  c.SetBloodType(4);
-  c.SetHobby(u"Chess");
-  c.SetGroups({1, 4, 12});
-  c.SetAccount(u"Phone memory");
-  c.setSpouse(u"Jane Public");
-  c.setChildren(u"Tim, Tom");
-  c.setAssistant(u"Ann Other");
-  c.setAssistantNumber(u"+1 555 0199");
-  c.NewMessengerID("jq.public", kMessengerTypeSkype, 0);
-  c.NewMessengerID("12345", kMessengerTypeICQ, 1);
-  c.SetSpeedDial(2, 0);
-  c.SetSpeedDial(9, 2);
-  c.SetPhotoData(Bytes{0xFF, 0xD8, 0xFF, 0xE0, 0x00, 0x10, 'J', 'F', 'I', 'F', 0x00});
-}
 
 void UnicodePerson(CContact& c) {
   c.Name().SetName(u"\u5C71\u7530", 0);
@@ -136,11 +85,6 @@ void Group(CContact& c) {
   c.SetPhotoData(Bytes{1, 2, 3, 4, 5});
 }
 
-void SmartGroup(CContact& c) {
-  c.SetGroupName(u"Recent");
-  c.SetGroupType(2);
-}
-
 struct SurvivingCase {
   const char* name;
   const char16_t* kind;
@@ -151,19 +95,7 @@ struct SurvivingCase {
 TEST(round_trip, keeps_every_shared_field) {
   const ScopedWriterDefaults defaults;
   const SurvivingCase cases[] = {
-        SurvivingCase{"person", u"Contact", {}, Person},
-        SurvivingCase{"person_with_irmc_reading", u"Contact", {false, true, false, 0},
-                      [](CContact& c) {
-                        Person(c);
-                        c.SetRFName(u"jon");
-                      }},
-        SurvivingCase{"person_with_urls_as_they_are", u"Contact", {false, false, true, 0},
-                      [](CContact& c) {
-                        Person(c);
-                        c.DeleteAllURL();
-                        c.NewURL("http://example.com/a;b", kURLTypeHome, 0);
-                      }},
-        SurvivingCase{"person_with_escaping", u"Contact", {true, false, false, 0}, Person},
+        SurvivingCase{"person", u"Contact", {}, FillPerson},
         SurvivingCase{"unicode_person", u"Contact", {}, UnicodePerson},
         SurvivingCase{"unicode_person_with_irmc_reading", u"Contact", {false, true, false, 0},
                       [](CContact& c) {
@@ -172,17 +104,16 @@ TEST(round_trip, keeps_every_shared_field) {
                       }},
         SurvivingCase{"zandor_person", u"Contact", {false, false, false, 1}, ZandorPerson},
         SurvivingCase{"group", u"Group", {}, Group},
-        SurvivingCase{"smart_group", u"Group", {}, SmartGroup},
         SurvivingCase{"empty_person", u"Contact", {}, [](CContact&) {}}};
   for (const SurvivingCase& c : cases) {
     ScopedWriterDefaults::Reset();
     Apply(c.options);
     CContact original(c.kind);
     c.fill(original);
-    const std::string text = Write(original, c.options.phoneStyle);
+    const std::string text = Generated(original, c.options.phoneStyle);
     const std::unique_ptr<CContact> back = Read(text, c.kind);
     EXPECT_EQ(Describe(*back), Describe(original)) << c.name << "\n" << text;
-    EXPECT_EQ(Write(*back, c.options.phoneStyle), text) << c.name;
+    EXPECT_EQ(Generated(*back, c.options.phoneStyle), text) << c.name;
   }
 }
 
@@ -198,14 +129,11 @@ struct LossCase {
 TEST(round_trip_loss, reads_back_as_stated) {
   const ScopedWriterDefaults defaults;
   const LossCase cases[] = {
-        LossCase{"reading_first_name_needs_irmc",
-                 {},
-                 [](CContact& c) {
-                   c.SetRFName(u"taro");
-                   c.SetRLName(u"yamada");
-                 },
-                 "RL=yamada"},
-        LossCase{"account_name_type_and_revision_are_not_written",
+        // Account name and type, revision, LMT and extension have no line;
+        // nor have empty values, blood type 7, empty photos, empty further
+        // organization lines, birthday type 3; a missing assistant number
+        // reads back empty.
+        LossCase{"what_has_no_line",
                  {},
                  [](CContact& c) {
                    c.SetAccountName(u"me@example.com");
@@ -213,26 +141,19 @@ TEST(round_trip_loss, reads_back_as_stated) {
                    c.SetLastRevision(MakeDateComponents(2020, 1, 2, 3, 4, 5));
                    c.setLMT(u"20200102T030405Z");
                    c.SetExtension(u"77");
+                   c.setAssistant(u"Ann");
+                   c.SetFName(u"");
+                   c.SetNickNames({u""});
+                   c.NewAddress(nullptr, kAddressTypeHome, 0);
+                   c.NewOrg(nullptr, nullptr, nullptr, nullptr, kOrganizationTypeWork);
+                   c.NewOrg("Acme", nullptr, nullptr, nullptr, 0)->Additional() = {u"", u"Lab"};
+                   c.NewNotes("", 0);
+                   c.SetBloodType(7);
+                   c.SetPhotoData(Bytes{});
+                   c.SetBirthDate(Day(2001, 2, 3));
+                   c.SetBirthDateType(3);
                  },
-                 ""},
-        LossCase{"escaping_turns_a_semicolon_into_a_backslash",
-                 {true, false, false, 0},
-                 [](CContact& c) {
-                   c.SetFName(u"a;b");
-                   c.Name().SetName(u"c;d", 0);
-                 },
-                 "FN=a\\b; N=c\\d|||||||"},
-        LossCase{"email_and_messenger_id_keep_the_escapes",
-                 {},
-                 [](CContact& c) {
-                   c.NewEmail("a;b@x", kEmailTypeHome, 0);
-                   c.NewMessengerID("c\\d", kMessengerTypeAIM, 0);
-                 },
-                 "EMAIL(1)=a\\;b@x; IM(1)=c\\\\d"},
-        LossCase{"a_missing_assistant_number_reads_back_empty",
-                 {},
-                 [](CContact& c) { c.setAssistant(u"Ann"); },
-                 "ASSISTANT=Ann; ASSISTANT#="},
+                 "BDAY=2001-2-3/0; ORG(0)=Acme|||+Lab; ASSISTANT=Ann; ASSISTANT#="},
         LossCase{"a_pref_type_equal_to_a_label_code_takes_the_label",
                  {},
                  [](CContact& c) {
@@ -243,31 +164,6 @@ TEST(round_trip_loss, reads_back_as_stated) {
                    c.NewEmail("a@b", kEmailTypePref | kEmailTypeHome, 0);
                  },
                  "EMAIL(10000001)=a@b; ADR(10,label=Summer house)=||Main St|||||"},
-        LossCase{"dtmf_and_ptt_wipe_the_types_before_them",
-                 {},
-                 [](CContact& c) {
-                   c.NewTelephone("1", kTelephoneTypeHome | kTelephoneTypeDTMF, 0);
-                   c.NewTelephone("2", kTelephoneTypeDTMF | kTelephoneTypePTT, 1);
-                 },
-                 "TEL(2000)=1; TEL(4000)=2"},
-        LossCase{"types_only_one_dialect_writes",
-                 {},
-                 [](CContact& c) {
-                   c.NewTelephone("1", kTelephoneTypeMain, 0);
-                   c.NewTelephone("2", kTelephoneTypeCallback | kTelephoneTypeHome, 1);
-                   c.NewTelephone("3", kTelephoneTypeCustom, 2, Label(u"Office"));
-                 },
-                 "TEL(0)=1; TEL(1)=2; TEL(0)=3"},
-        LossCase{"zandor_drops_voice_adds_home_and_turns_main_into_custom",
-                 {false, false, false, 1},
-                 [](CContact& c) {
-                   c.NewTelephone("1", kTelephoneTypeCell, 0);
-                   c.NewTelephone("2", kTelephoneTypeWork | kTelephoneTypeVoice, 1);
-                   c.NewTelephone("3", kTelephoneTypeMain, 2);
-                   c.NewTelephone("4", kTelephoneTypeCustom, 3, Label(u"Office"));
-                   c.NewTelephone("5", kTelephoneTypeCustom, 4, Label(u"My office"));
-                 },
-                 "TEL(21)=1; TEL(2)=2; TEL(100000)=3; TEL(100000)=4; TEL(100000)=5"},
         LossCase{"plain_labels_come_back_as_the_custom_bit_alone",
                  {},
                  [](CContact& c) {
@@ -296,27 +192,6 @@ TEST(round_trip_loss, reads_back_as_stated) {
                    c.NewAddress("Side St", kAddressTypeCustom | kAddressTypeWork, 1, nullptr);
                  },
                  "ADR(10,label=Summer house)=||Main St|||||; ADR(2)=||Side St|||||"},
-        LossCase{"empty_values_and_unknown_kinds_are_not_written",
-                 {},
-                 [](CContact& c) {
-                   c.SetFName(u"");
-                   c.SetNickNames({u""});
-                   c.NewAddress(nullptr, kAddressTypeHome, 0);
-                   c.NewOrg(nullptr, nullptr, nullptr, nullptr, kOrganizationTypeWork);
-                   c.NewNotes("", 0);
-                   c.SetBloodType(7);
-                   c.SetPhotoData(Bytes{});
-                   c.SetBirthDate(Day(2001, 2, 3));
-                   c.SetBirthDateType(3);
-                 },
-                 "BDAY=2001-2-3/0"},
-        LossCase{"empty_further_organization_lines_are_skipped",
-                 {},
-                 [](CContact& c) {
-                   COrganization* org = c.NewOrg("Acme", nullptr, nullptr, nullptr, 0);
-                   org->Additional() = {u"", u"Lab"};
-                 },
-                 "ORG(0)=Acme|||+Lab"},
         // The parameters say quoted-printable, the text is not: the reader
         // decodes "=42" and drops the '=' of "=v2"; "=de" makes a byte that
         // is no UTF-8, and the address reads back empty.
@@ -332,25 +207,14 @@ TEST(round_trip_loss, reads_back_as_stated) {
     Apply(c.options);
     CContact original(u"Contact");
     c.fill(original);
-    const std::string text = Write(original, c.options.phoneStyle);
+    const std::string text = Generated(original, c.options.phoneStyle);
     EXPECT_EQ(Describe(*Read(text)), c.readBack) << c.name << "\n" << text;
   }
 }
 
-// A person's group fields and a group's person fields have no place in the
-// card of the other kind.
-TEST(round_trip_case, each_kind_writes_only_its_own_fields) {
-  const ScopedWriterDefaults defaults;
-  CContact group(u"Group");
-  Person(group);
-  EXPECT_EQ(Describe(*Read(Write(group, 0), u"Group")), "PHOTO=11");
-  CContact person(u"Contact");
-  Group(person);
-  EXPECT_EQ(Describe(*Read(Write(person, 0))), "PHOTO=5:0102030405");
-}
-
 // ORG and X-IM register the parameter name as their label, and the name of
-// "X-CUSTOM(CHARSET=UTF-8,...)" ends at its first '='.
+// "X-CUSTOM(CHARSET=UTF-8,...)" ends at its first '=': the second time, the
+// label is "CHARSET".
 TEST(round_trip_case, an_organization_label_that_needs_quoted_printable_becomes_charset) {
   const ScopedWriterDefaults defaults;
   CContact contact(u"Contact");
@@ -358,15 +222,9 @@ TEST(round_trip_case, an_organization_label_that_needs_quoted_printable_becomes_
       CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(Chess club)");
   contact.NewOrg("Acme", nullptr, nullptr, nullptr, code);
   contact.NewMessengerID("me", code, 0);
-  const std::string first = Write(contact, 0);
-  EXPECT_NE(first.find("ORG;X-CUSTOM(CHARSET=UTF-8,ENCODING=QUOTED-PRINTABLE,Chess=20club):"
-                       "Acme;;\r\n"),
-            std::string::npos)
-      << first;
-  const std::string second = Write(*Read(first), 0);
-  EXPECT_NE(second.find("ORG;X-CUSTOM(CHARSET):Acme;;\r\nX-IM;X-CUSTOM(CHARSET):me\r\n"),
-            std::string::npos)
-      << second;
+  EXPECT_EQ(Generated(*Read(Generated(contact))),
+            "BEGIN:VCARD\r\nVERSION:2.1\r\nORG;X-CUSTOM(CHARSET):Acme;;\r\n"
+            "X-IM;X-CUSTOM(CHARSET):me\r\nEND:VCARD\r\n");
 }
 
 // A quoted-printable address label long enough for a soft line break: the
@@ -379,9 +237,9 @@ TEST(round_trip_case, a_long_address_label_alternates_between_two_forms) {
   CContact contact(u"Contact");
   contact.NewAddress("Lane 1", kAddressTypeCustom, 0,
                      Label(u"Summe" + String(50, u'\u000E') + u"r house"));
-  const std::string first = Write(contact, 0);
-  const std::string second = Write(*Read(first), 0);
-  const std::string third = Write(*Read(second), 0);
+  const std::string first = Generated(contact, 0);
+  const std::string second = Generated(*Read(first), 0);
+  const std::string third = Generated(*Read(second), 0);
   EXPECT_NE(second, first);
   EXPECT_EQ(third, first);
 }
@@ -394,13 +252,13 @@ TEST(round_trip_case, an_assistant_ending_in_a_backslash_never_settles) {
   const ScopedWriterDefaults defaults;
   CContact contact(u"Contact");
   contact.setAssistant(u"O\\");
-  std::string text = Write(contact, 0);
+  std::string text = Generated(contact, 0);
   std::vector<std::string> lines;
   for (int pass = 0; pass < 4; ++pass) {
     const std::size_t at = text.find("X-ASSISTANT:");
     ASSERT_NE(at, std::string::npos) << text;
     lines.push_back(text.substr(at, text.find('\r', at) - at));
-    text = Write(*Read(text), 0);
+    text = Generated(*Read(text), 0);
   }
   EXPECT_EQ(lines, (std::vector<std::string>{"X-ASSISTANT:O\\\\;", "X-ASSISTANT:O\\\\\\;;",
                                              "X-ASSISTANT:O\\\\\\\\;",
@@ -418,12 +276,12 @@ TEST(round_trip_case, underscores_grow_the_text_a_backslash_then_eats) {
   const ScopedAssertionHandler handler(ThrowingAssertionHandler);
   const std::string card =
       "BEGIN:VCARD\r\nVERSION:2.1\r\nN:a\\bc d" + std::string(100, '_') + "\r\nEND:VCARD\r\n";
-  std::string text = Write(*Read(card), 0);
+  std::string text = Generated(*Read(card), 0);
   const std::size_t first = text.size();
   std::size_t largest = first;
   int passes = 1;
   for (;;) {
-    std::string next = Write(*Read(text), 0);
+    std::string next = Generated(*Read(text), 0);
     if (next == text) break;
     largest = std::max(largest, next.size());
     text = std::move(next);

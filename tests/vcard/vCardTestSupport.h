@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,6 +20,12 @@
 #include "phonepim/versit/vObject.h"
 
 namespace phonepim::testing_vcard {
+
+/// The bytes of tests/data/vcard/`name`.
+inline std::string DataFile(const std::string& name) {
+  std::ifstream in(std::string(PHONEPIM_SOURCE_DIR) + "/tests/data/vcard/" + name, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
 
 inline vObject MakeObject(std::string_view text) {
   vObject object;
@@ -37,6 +45,15 @@ inline std::unique_ptr<CContact> Read(std::string_view text, const String& kind 
   return contact;
 }
 
+/// The card Generate writes of `contact`.
+inline std::string Generated(const CContact& contact, int phoneStyle = 0) {
+  vObject object;
+  vCard::Generate(&contact, &object, phoneStyle);
+  const auto* data = object.object()->GetData();
+  return data == nullptr ? std::string()
+                         : std::string(reinterpret_cast<const char*>(data), object.object()->GetSize());
+}
+
 inline DateComponents Day(std::int64_t year, std::int64_t month, std::int64_t day) {
   DateComponents date;
   date.year = year;
@@ -53,6 +70,53 @@ inline std::string Hex(std::uint32_t value) {
   char buffer[16];
   std::snprintf(buffer, sizeof buffer, "%x", value);
   return buffer;
+}
+
+/// A person with every field both directions share, in several types.
+inline void FillPerson(CContact& c) {
+  for (unsigned int i = 0; i < CName::kNamePartCount; ++i) {
+    c.Name().SetName(u"part" + String(1, static_cast<char16_t>(u'0' + i)), i);
+  }
+  c.SetFName(u"Dr. John Q. Public");
+  c.SetNickNames({u"JQ", u"Johnny"});
+  c.SetRLName(u"paburikku");
+  c.SetBirthDate(Day(1970, 1, 2));
+  c.SetBirthDateType(1);
+  c.SetAnniversary_Date(Day(1999, 12, 31));
+  c.SetAnniversary_Luna(2);
+  c.NewTelephone("+1 555 0100", kTelephoneTypeCell | kTelephoneTypePref, 0);
+  c.NewTelephone("+1 555 0101", kTelephoneTypeWork | kTelephoneTypeVoice | kTelephoneTypeFax, 1);
+  c.NewTelephone("0101", kTelephoneTypeCar | kTelephoneTypeISDN | kTelephoneTypeEtc, 2);
+  // PREF with HOME would be 0x10000001, the code of the first custom label
+  // read (the address label below): see the loss table.
+  c.NewEmail("john@example.com", kEmailTypeWork | kEmailTypePref, 0);
+  c.NewEmail("jq@work.example", kEmailTypeWork | kEmailTypeCell | kEmailTypeEtc, 1);
+  c.NewURL("http://example.com/~jq?a=b", kURLTypeWork | kURLTypePref, 0);
+  c.NewAddress("PO 1", "Apt 2", "1 Main St", "Springfield", "IL", "62701", "USA", "Downtown",
+               kAddressTypeHome | kAddressTypePref, 0);
+  c.NewAddress(nullptr, nullptr, "Lake Rd 3", nullptr, nullptr, nullptr, nullptr, nullptr,
+               kAddressTypeCustom, 1, Label(u"Summer house"));
+  c.NewNotes("First line\r\nsecond line = 2", 0);
+  c.NewNotes("Another note", 1);
+  c.SetTitle(u"Chief");
+  c.SetRole(u"Owner");
+  COrganization* org =
+      c.NewOrg("Acme Inc.", "R&D", "Head of Lab", "Building 7", kOrganizationTypeWork);
+  org->Additional().push_back(u"Floor 3");
+  c.NewOrg("Chess Club", nullptr, nullptr, nullptr, kOrganizationTypeHome | kOrganizationTypeEtc);
+  c.SetBloodType(4);
+  c.SetHobby(u"Chess");
+  c.SetGroups({1, 4, 12});
+  c.SetAccount(u"Phone memory");
+  c.setSpouse(u"Jane Public");
+  c.setChildren(u"Tim, Tom");
+  c.setAssistant(u"Ann Other");
+  c.setAssistantNumber(u"+1 555 0199");
+  c.NewMessengerID("jq.public", kMessengerTypeSkype, 0);
+  c.NewMessengerID("12345", kMessengerTypeICQ, 1);
+  c.SetSpeedDial(2, 0);
+  c.SetSpeedDial(9, 2);
+  c.SetPhotoData(Bytes{0xFF, 0xD8, 0xFF, 0xE0, 0x00, 0x10, 'J', 'F', 'I', 'F', 0x00});
 }
 
 /// Fields that differ from a new contact, as "KEY=value" items separated by
@@ -172,20 +236,8 @@ namespace phonepim::testing_support {
 
 class ScopedWriterDefaults {
  public:
-  ScopedWriterDefaults()
-      : escape_(vCard::sm_fNonstandardEscChar),
-        reading_(vCard::sm_fUseReadingLastName),
-        url_(vCard::sm_fURLNotQPEncode),
-        lenient_(vCard::sm_fLenientReading) {
-    Reset();
-  }
-  ~ScopedWriterDefaults() {
-    vCard::NonstandardEscChar(escape_);
-    vCard::UseReadingLastName(reading_);
-    vCard::URLNotQPEncode(url_);
-    vCard::LenientReading(lenient_);
-    CCustomType::Inst().DeleteAllItem();
-  }
+  ScopedWriterDefaults() { Reset(); }
+  ~ScopedWriterDefaults() { Reset(); }
   ScopedWriterDefaults(const ScopedWriterDefaults&) = delete;
   ScopedWriterDefaults& operator=(const ScopedWriterDefaults&) = delete;
 
@@ -196,12 +248,6 @@ class ScopedWriterDefaults {
     vCard::LenientReading(false);
     CCustomType::Inst().DeleteAllItem();
   }
-
- private:
-  bool escape_;
-  bool reading_;
-  bool url_;
-  bool lenient_;
 };
 
 /// The text a writer appends to an empty string.

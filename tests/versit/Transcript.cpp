@@ -37,13 +37,9 @@ void OnData(void* userData, const char* data, int length) {
   }
 }
 
-struct ParserDeleter {
-  void operator()(VP* parser) const { CARD_ParserFree(parser); }
-};
-using ParserPtr = std::unique_ptr<VP, ParserDeleter>;
-
-ParserPtr MakeParser(Transcript* transcript, Handlers handlers) {
+ParserPtr MakeParser(Transcript* transcript, Handlers handlers, bool lenient = false) {
   ParserPtr parser(CARD_ParserCreate());
+  CARD_SetLenient(parser.get(), lenient ? 1 : 0);
   CARD_SetUserData(parser.get(), transcript);
   if (handlers == Handlers::kBoth || handlers == Handlers::kPropOnly) {
     CARD_SetPropHandler(parser.get(), &OnProperty);
@@ -72,9 +68,9 @@ std::string RenderBytes(std::string_view bytes, bool inParameter) {
 }
 
 Transcript Tokenize(std::string_view input, const std::vector<std::size_t>& cuts,
-                    Handlers handlers, void (*afterEachCall)(const VP*)) {
+                    Handlers handlers, void (*afterEachCall)(const VP*), bool lenient) {
   Transcript transcript;
-  ParserPtr parser = MakeParser(&transcript, handlers);
+  ParserPtr parser = MakeParser(&transcript, handlers, lenient);
   std::size_t start = 0;
   for (std::size_t i = 0; i <= cuts.size(); ++i) {
     const std::size_t stop = i < cuts.size() ? cuts[i] : input.size();
@@ -91,10 +87,10 @@ Transcript Tokenize(std::string_view input, const std::vector<std::size_t>& cuts
   return transcript;
 }
 
-Transcript TokenizeByteByByte(std::string_view input, Handlers handlers) {
+Transcript TokenizeByteByByte(std::string_view input, Handlers handlers, bool lenient) {
   std::vector<std::size_t> cuts;
   for (std::size_t i = 1; i < input.size(); ++i) cuts.push_back(i);
-  return Tokenize(input, cuts, handlers);
+  return Tokenize(input, cuts, handlers, nullptr, lenient);
 }
 
 Transcript TokenizeReference(std::string_view input, Handlers handlers) {

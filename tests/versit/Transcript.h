@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,11 @@ namespace phonepim::testing_versit {
 
 using Transcript = std::vector<std::string>;
 
+struct ParserDeleter {
+  void operator()(VP* parser) const { CARD_ParserFree(parser); }
+};
+using ParserPtr = std::unique_ptr<VP, ParserDeleter>;
+
 enum class Handlers { kBoth, kPropOnly, kDataOnly, kNone };
 
 // Renders one name, value or data run.
@@ -29,13 +35,14 @@ std::string RenderBytes(std::string_view bytes, bool inParameter);
 // Tokenizes `input` cut at the given offsets (ascending, each in
 // [0, input.size()]); the last piece is fed with final = 1. Stops at the
 // first call that returns 0. `afterEachCall`, when given, sees the record
-// after every CARD_Parse call.
+// after every CARD_Parse call. `lenient` turns on CARD_SetLenient.
 Transcript Tokenize(std::string_view input, const std::vector<std::size_t>& cuts = {},
                     Handlers handlers = Handlers::kBoth,
-                    void (*afterEachCall)(const VP*) = nullptr);
+                    void (*afterEachCall)(const VP*) = nullptr, bool lenient = false);
 
 // Byte by byte, final only after the last byte.
-Transcript TokenizeByteByByte(std::string_view input, Handlers handlers = Handlers::kBoth);
+Transcript TokenizeByteByByte(std::string_view input, Handlers handlers = Handlers::kBoth,
+                              bool lenient = false);
 
 // Drives the state machine (vcard_process_char) directly, with the line
 // handling written out once more, one byte at a time: the reference for the
