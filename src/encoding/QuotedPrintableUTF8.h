@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "phonepim/platform/String.h"
@@ -21,5 +22,7 @@ bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out);
 /// unpaired surrogate written as U+FFFD, in one pass and without the
 /// intermediate bytes.
 void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out);
+/// The same text as bytes, appended to `out`.
+void AppendQuotedPrintableUTF8(std::u16string_view text, std::string& out);
 
 }  // namespace phonepim

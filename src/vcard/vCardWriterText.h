@@ -23,6 +23,8 @@ inline const String& TextOf(const std::optional<String>& text) {
 String EncodeText(const String& text, bool escape);
 /// EncodeText(text, escape) appended to `out`.
 void AppendEncodedText(String& out, const String& text, bool escape);
+/// The same, as bytes (the encoded text is ASCII).
+void AppendEncodedText(std::string& out, const String& text, bool escape);
 
 /// True when an encoded value holds a '=': QPEncode changed it, so the line
 /// needs the quoted-printable parameters.
@@ -47,6 +49,8 @@ String WithoutLoneSurrogates(const String& text);
 
 /// The UTF-8 form of `text`, an unpaired surrogate written as U+FFFD.
 std::string Utf8Of(std::u16string_view text);
+/// Utf8Of(text) appended to `out`.
+void AppendUtf8(std::string& out, std::u16string_view text);
 
 /// Stores a card as the contents of `bytes` (which keeps its storage when
 /// large enough): the UTF-8 form of `text` (an unpaired surrogate written as
