@@ -364,7 +364,34 @@ bool vCalendar::IsAlarmLocalTime(const CCalendar* cal) {
 
 namespace {
 
+// A record made a while ago is out of the caches, and the fields an entry
+// needs lie on a dozen lines of a record of some 5 KB: fetched one after
+// another as the lines are written, their waits took a third of the time.
+// Asked for together, they arrive together. (Inlined by force: a call to a
+// function that only prefetches looks free of effects, and is dropped.)
+[[gnu::always_inline]] inline void FetchFields(const CCalendar& cal) {
+  __builtin_prefetch(&cal.categories);
+  __builtin_prefetch(&cal.dtStartComp);
+  __builtin_prefetch(&cal.dtEndComp);
+  __builtin_prefetch(&cal.dtDueComp);
+  __builtin_prefetch(&cal.strSummary);
+  __builtin_prefetch(&cal.strLocation);
+  __builtin_prefetch(&cal.AttendeeArray);
+  __builtin_prefetch(&cal.AlarmTriggerdate);
+  __builtin_prefetch(&cal.AlarmTriggerduration);
+  __builtin_prefetch(&cal.status);
+  __builtin_prefetch(&cal.bIsHoliday);
+  __builtin_prefetch(&cal.bIsLunar);
+  // The lists of attendees, alarms and rules close the record, and the
+  // extension items open it.
+  const char* const bytes = reinterpret_cast<const char*>(&cal);
+  __builtin_prefetch(bytes);
+  __builtin_prefetch(bytes + sizeof cal - 96);
+  __builtin_prefetch(bytes + sizeof cal - 1);
+}
+
 void GenerateText(const CCalendar& cal, vObject& object, unsigned int kind, bool full) {
+  FetchFields(cal);
   const bool todo = kind == vCalendar::kKindToDo;
   // Keeps its room from entry to entry.
   thread_local std::string out;
