@@ -9,6 +9,7 @@
 
 #include "phonepim/encoding/Encoding.h"
 #include "encoding/Base64Internal.h"
+#include "encoding/QuotedPrintableUTF8.h"
 
 namespace phonepim {
 namespace {
@@ -139,6 +140,14 @@ std::string DecodeQuotedPrintableValue(std::string_view text) {
 }
 
 CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int encoding) {
+  const bool utf8 = charset.empty() || NamesUTF8(charset);
+  CharsetText result;
+  // Quoted-printable UTF-8, the common case, in one pass when every escape
+  // is whole and the bytes are UTF-8; the steps below decide the rest.
+  if (utf8 && (encoding == kEncodingQuotedPrintable || encoding == kEncodingQuotedPrintableCR) &&
+      DecodeQuotedPrintableUTF8(bytes.data(), bytes.size(), &result.text, false)) {
+    return result;
+  }
   std::string decoded;
   if (encoding == kEncodingQuotedPrintable || encoding == kEncodingQuotedPrintableCR) {
     decoded = DecodeQuotedPrintableValue(bytes);
@@ -148,8 +157,6 @@ CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int 
     decoded.assign(binary.begin(), binary.end());
     bytes = decoded;
   }
-  CharsetText result;
-  const bool utf8 = charset.empty() || NamesUTF8(charset);
   if (!utf8) {
     if (std::optional<String> text = ConvertWithICU(bytes, std::string(charset),
                                                     &result.replaced)) {

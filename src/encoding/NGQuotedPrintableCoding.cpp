@@ -373,15 +373,16 @@ namespace {
 // The decoding of DecodeQuotedPrintableUTF8 into `out`, which has room for
 // `len` units (a byte of text gives at most one). Returns the number of
 // units, or -1 when the text needs the general path.
-std::ptrdiff_t DecodeQuotedPrintableUTF8Into(const char* text, std::size_t len, char16_t* out) {
+std::ptrdiff_t DecodeQuotedPrintableUTF8Into(const char* text, std::size_t len, char16_t* out,
+                                            const unsigned char* literalMap) {
   const auto* p = reinterpret_cast<const unsigned char*>(text);
   const unsigned char* const end = p + len;
   char16_t* d = out;
   bool plain = true;  // false once an escape is not one
-  const auto next = [&p, end, &plain](unsigned& byte) {
+  const auto next = [&p, end, &plain, literalMap](unsigned& byte) {
     if (p == end) return false;
     if (*p != '=') {
-      byte = kUnderscoreAsSpaceMap[*p++];
+      byte = literalMap[*p++];
       return true;
     }
     if (end - p < 3 || (byte = EscapeByte(p + 1)) > 0xFF) {
@@ -436,20 +437,23 @@ std::ptrdiff_t DecodeQuotedPrintableUTF8Into(const char* text, std::size_t len, 
 
 }  // namespace
 
-bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
+bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out,
+                               bool underscoreIsSpace) {
+  const unsigned char* const literalMap =
+      underscoreIsSpace ? kUnderscoreAsSpaceMap.data() : kIdentityMap.data();
   // Names and address parts are short, and their encoded form is longer
   // than their text ("M=C3=BCller" is "Müller"): decoded on the stack, a
   // text that fits the string's own buffer costs no allocation.
   constexpr std::size_t kStackUnits = 64;
   if (len <= kStackUnits) {
     char16_t buffer[kStackUnits];
-    const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, buffer);
+    const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, buffer, literalMap);
     if (n < 0) return false;
     *out = String(buffer, static_cast<std::size_t>(n));
     return true;
   }
   out->assign(len, u'\0');
-  const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, out->data());
+  const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, out->data(), literalMap);
   if (n < 0) return false;
   out->resize(static_cast<std::size_t>(n));
   return true;
