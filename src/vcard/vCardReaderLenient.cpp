@@ -95,6 +95,11 @@ std::optional<String> DecodeTextLenient(vCard::vCardParseData& d, bool undoEscap
 
 // The text an extension item keeps of the value: decoded, except BASE64,
 // which stays the text it came as (a picture is no text).
+String ItemText(std::string_view value, std::string_view charsetName, int encoding) {
+  if (encoding == kEncodingBase64) return StringFromASCII(value);
+  return DecodeCharset(value, charsetName, encoding).text;
+}
+
 String ItemText(vCard::vCardParseData& d) {
   if (d.encoding == kEncodingBase64) return StringFromASCII(d.value);
   return *DecodeTextLenient(d, false);
@@ -185,21 +190,28 @@ bool BeginLenientStore(vCard::vCardParseData& d) {
 void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
   Note(d, outcome);
   if (outcome.fate != PropertyFate::kRead || !HoldsOneValue(d.propertyID)) return;
-  if (!d.held) d.held = std::make_unique<std::array<vCard::vCardParseData::HeldValue,
-                                                      kvCardPropertyEND + 1>>();
-  vCard::vCardParseData::HeldValue& held = (*d.held)[static_cast<std::size_t>(d.propertyID)];
-  if (held.text) {
+  auto held = std::find_if(d.held.begin(), d.held.end(), [&d](const auto& entry) {
+    return entry.propertyID == d.propertyID;
+  });
+  if (held == d.held.end()) {
+    held = d.held.emplace(d.held.end());
+    held->propertyID = d.propertyID;
+  } else {
     // The field keeps its rule (the later value); the earlier one stays.
-    d.pContact->NewXItem(StringFromASCII(d.propertyName), *held.text, 0, -1);
+    d.pContact->NewXItem(StringFromASCII(d.propertyName),
+                         ItemText(held->value, held->charsetName, held->encoding), 0, -1);
     if (d.account != nullptr) {
-      PropertyAccount& earlier = d.account->properties[held.account];
+      PropertyAccount& earlier = d.account->properties[held->account];
       earlier.fate = PropertyFate::kExtension;
       earlier.where = "extension item " + d.propertyName + " (a later one took the field)";
     }
   }
-  d.decodeNote.clear();
-  held.text = ItemText(d);
-  if (d.account != nullptr) held.account = d.account->properties.size() - 1;
+  // The bytes only: a second value of the property is rare, and the text
+  // of a photo's BASE64 costs more than copying it.
+  held->value = d.value;
+  held->charsetName = d.charsetName;
+  held->encoding = d.encoding;
+  if (d.account != nullptr) held->account = d.account->properties.size() - 1;
 }
 
 }  // namespace phonepim::vcard_reader
