@@ -98,38 +98,48 @@ bool NamesUTF8(std::string_view word) {
 }
 
 Bytes DecodeBase64Text(std::string_view text) {
-  // Photos are long and folded every few dozen bytes: eight bytes at a time
-  // while none is a control or a space (the alphabet and the padding all
-  // lie above), and the white space squeezed out of the rest without a
-  // branch per byte.
-  std::string packed(text.size(), '\0');
+  // Photos are long, and the tokenizer has most often taken the folding out
+  // already: eight bytes at a time while none is a control or a space (the
+  // alphabet and the padding all lie above), then decoded where they are.
+  // Only text with white space left in it is packed first, without a branch
+  // per byte.
+  constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
+  constexpr std::uint64_t kHighs = 0x8080808080808080ULL;
+  const auto plainWord = [](const char* at) {
+    std::uint64_t word;
+    std::memcpy(&word, at, 8);
+    return std::endian::native == std::endian::little &&
+           ((word - kOnes * 0x21) & ~word & kHighs) == 0;
+  };
   const char* s = text.data();
   const char* const end = s + text.size();
-  char* const first = packed.data();
-  char* d = first;
-  while (s != end) {
-    if (std::endian::native == std::endian::little && end - s >= 8) {
-      constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
-      constexpr std::uint64_t kHighs = 0x8080808080808080ULL;
-      std::uint64_t word;
-      std::memcpy(&word, s, 8);
-      if (((word - kOnes * 0x21) & ~word & kHighs) == 0) {
-        std::memcpy(d, &word, 8);
+  while (end - s >= 8 && plainWord(s)) s += 8;
+  while (s != end && static_cast<unsigned char>(*s) > ' ') ++s;
+  std::string packed;
+  std::string_view alphabet = text;
+  if (s != end) {
+    packed.assign(text.data(), s);
+    packed.resize(text.size());
+    char* d = packed.data() + (s - text.data());
+    while (s != end) {
+      if (end - s >= 8 && plainWord(s)) {
+        std::memcpy(d, s, 8);
         s += 8;
         d += 8;
         continue;
       }
+      const char* const stop = s + std::min<std::ptrdiff_t>(end - s, 8);
+      for (; s != stop; ++s) {
+        const char c = *s;
+        *d = c;
+        d += c != ' ' && c != '\t' && c != '\r' && c != '\n' ? 1 : 0;
+      }
     }
-    const char* const stop = s + std::min<std::ptrdiff_t>(end - s, 8);
-    for (; s != stop; ++s) {
-      const char c = *s;
-      *d = c;
-      d += c != ' ' && c != '\t' && c != '\r' && c != '\n' ? 1 : 0;
-    }
+    packed.resize(static_cast<std::size_t>(d - packed.data()));
+    alphabet = packed;
   }
-  packed.resize(static_cast<std::size_t>(d - first));
-  Bytes bytes(packed.size() / 4 * 3 + 2);
-  bytes.resize(Base64DecodePrefix(packed.data(), packed.size(), bytes.data()));
+  Bytes bytes(alphabet.size() / 4 * 3 + 2);
+  bytes.resize(Base64DecodePrefix(alphabet.data(), alphabet.size(), bytes.data()));
   return bytes;
 }
 

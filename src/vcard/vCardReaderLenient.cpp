@@ -2,6 +2,7 @@
 // rules lose what real phones send, and the per-property account.
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "phonepim/encoding/Charset.h"
 #include "phonepim/encoding/Encoding.h"
@@ -111,9 +112,9 @@ Outcome KeepAsExtension(vCard::vCardParseData& d) {
 }
 
 Outcome StoreNameLenient(vCard::vCardParseData& d) {
-  const std::vector<String> parts = Components(d);
+  std::vector<String> parts = Components(d);
   for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), 8); ++i) {
-    d.pContact->Name().SetName(parts[i], static_cast<unsigned int>(i));
+    d.pContact->Name().SetName(std::move(parts[i]), static_cast<unsigned int>(i));
   }
   return Read("name");
 }
@@ -126,9 +127,9 @@ Outcome StoreReadingNameLenient(vCard::vCardParseData& d) {
 }
 
 Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address) {
-  const std::vector<String> parts = Components(d);
+  std::vector<String> parts = Components(d);
   for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), kPostalAddressMax); ++i) {
-    address.SetAddress(parts[i], static_cast<unsigned int>(i));
+    address.SetAddress(std::move(parts[i]), static_cast<unsigned int>(i));
   }
   return Read("addresses");
 }
@@ -136,9 +137,9 @@ Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address) {
 Outcome StoreOrgLenient(vCard::vCardParseData& d, COrganization& org) {
   std::vector<String> parts = Components(d);
   parts.resize(std::max<std::size_t>(parts.size(), 3));
-  org.SetName(parts[0]);
-  org.SetUnit(parts[1]);
-  org.SetPosition(parts[2]);
+  org.SetName(std::move(parts[0]));
+  org.SetUnit(std::move(parts[1]));
+  org.SetPosition(std::move(parts[2]));
   for (std::size_t i = 3; i < parts.size(); ++i) {
     if (!parts[i].empty()) org.Additional().push_back(parts[i]);
   }

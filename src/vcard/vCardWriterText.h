@@ -2,6 +2,7 @@
 // backslash escapes of structured values and custom-label parameters.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -11,6 +12,19 @@
 #include "phonepim/versit/vObject.h"
 
 namespace phonepim::vcard_writer {
+
+/// Asks for every cache line of `object` at once. A record written long
+/// after it was read is out of the caches, and its fields, met one after
+/// another as the lines are written, each waited for memory in turn;
+/// asked for together, they arrive together. Inlined by force: a call to a
+/// function that only prefetches looks free of effects, and is dropped.
+template <class Object>
+[[gnu::always_inline]] inline void FetchObject(const Object& object) {
+  const char* const bytes = reinterpret_cast<const char*>(&object);
+  for (std::size_t offset = 0; offset < sizeof(Object); offset += 64) {
+    __builtin_prefetch(bytes + offset);
+  }
+}
 
 /// The text of an optional field; missing reads as empty.
 inline const String& TextOf(const std::optional<String>& text) {
