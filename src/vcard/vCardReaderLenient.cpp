@@ -207,9 +207,10 @@ void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
       earlier.where = "extension item " + d.propertyName + " (a later one took the field)";
     }
   }
-  // The bytes only: a second value of the property is rare, and the text
-  // of a photo's BASE64 costs more than copying it.
-  held->value = d.value;
+  // The bytes only, taken over (the reader clears them next): a second
+  // value of the property is rare, and the text of a photo's BASE64 costs
+  // more than the bytes.
+  held->value.swap(d.value);
   held->charsetName = d.charsetName;
   held->encoding = d.encoding;
   if (d.account != nullptr) held->account = d.account->properties.size() - 1;
