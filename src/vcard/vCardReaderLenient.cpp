@@ -195,6 +195,8 @@ void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
     return entry.propertyID == d.propertyID;
   });
   if (held == d.held.end()) {
+    // A card has a handful of them (FN, N, a title, a photo): room at once.
+    if (d.held.empty()) d.held.reserve(8);
     held = d.held.emplace(d.held.end());
     held->propertyID = d.propertyID;
   } else {
