@@ -79,11 +79,53 @@ double SystemClock() {
   return std::chrono::duration<double>(now).count();
 }
 
+// "GMT" has no offsets to look up, and from the Gregorian cutover on its
+// fields are plain day arithmetic: the writers put every date in GMT, and a
+// calendar computation per date was most of their date cost. The floors
+// are the calendar's own (the day of the millisecond instant, then the
+// whole milliseconds into it), so the fields are the same.
+bool ComponentsInGMT(double date, unsigned units, DateComponents& comps) {
+  constexpr unsigned kArithmetic = kEraUnit | kDateAndTimeUnits | kWeekdayUnit;
+  if ((units & ~kArithmetic) != 0) return false;
+  constexpr double kDay = 86400000.0;
+  const double millis = date * 1000.0;
+  const double days = std::floor(millis / kDay);
+  // 1582-10-15, the first Gregorian day, to 9999-12-31.
+  if (!(days >= -141427.0 && days <= 2932896.0)) return false;
+  const double intoDay = millis - days * kDay;
+  // An instant a hair before midnight rounds to the next day's start here;
+  // the calendar has its own answer for that.
+  if (!(intoDay < kDay)) return false;
+  const auto millisInDay = static_cast<std::int32_t>(intoDay);
+  const auto day = static_cast<std::int64_t>(days);
+  // Days since 0000-03-01, so that the leap day ends a year; the range
+  // keeps them positive.
+  const std::int64_t z = day + 719468;
+  const std::int64_t era = z / 146097;
+  const std::int64_t dayOfEra = z - era * 146097;
+  const std::int64_t yearOfEra =
+      (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+  const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+  const std::int64_t marchMonth = (5 * dayOfYear + 2) / 153;
+  const std::int64_t month = marchMonth < 10 ? marchMonth + 3 : marchMonth - 9;
+  if (units & kEraUnit) comps.era = 1;
+  if (units & kYearUnit) comps.year = yearOfEra + era * 400 + (month <= 2 ? 1 : 0);
+  if (units & kMonthUnit) comps.month = month;
+  if (units & kDayUnit) comps.day = dayOfYear - (153 * marchMonth + 2) / 5 + 1;
+  if (units & kHourUnit) comps.hour = millisInDay / 3600000;
+  if (units & kMinuteUnit) comps.minute = millisInDay / 60000 % 60;
+  if (units & kSecondUnit) comps.second = millisInDay / 1000 % 60;
+  // 1970-01-01 was a Thursday, weekday 5.
+  if (units & kWeekdayUnit) comps.weekday = ((day + 4) % 7 + 7) % 7 + 1;
+  return true;
+}
+
 }  // namespace
 
 DateComponents ComponentsInZone(double date, const String& zone, unsigned units) {
   DateComponents comps;
   if (!std::isfinite(date)) return comps;
+  if (zone == u"GMT" && ComponentsInGMT(date, units, comps)) return comps;
   icu::GregorianCalendar* calendar = CalendarFor(zone);
   if (!calendar) return comps;
   UErrorCode status = U_ZERO_ERROR;

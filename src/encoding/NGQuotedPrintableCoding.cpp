@@ -1,11 +1,14 @@
 #include "phonepim/encoding/NGQuotedPrintableCoding.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "phonepim/encoding/Encoding.h"
 #include "phonepim/platform/Assert.h"
@@ -370,15 +373,16 @@ namespace {
 // The decoding of DecodeQuotedPrintableUTF8 into `out`, which has room for
 // `len` units (a byte of text gives at most one). Returns the number of
 // units, or -1 when the text needs the general path.
-std::ptrdiff_t DecodeQuotedPrintableUTF8Into(const char* text, std::size_t len, char16_t* out) {
+std::ptrdiff_t DecodeQuotedPrintableUTF8Into(const char* text, std::size_t len, char16_t* out,
+                                            const unsigned char* literalMap) {
   const auto* p = reinterpret_cast<const unsigned char*>(text);
   const unsigned char* const end = p + len;
   char16_t* d = out;
   bool plain = true;  // false once an escape is not one
-  const auto next = [&p, end, &plain](unsigned& byte) {
+  const auto next = [&p, end, &plain, literalMap](unsigned& byte) {
     if (p == end) return false;
     if (*p != '=') {
-      byte = kUnderscoreAsSpaceMap[*p++];
+      byte = literalMap[*p++];
       return true;
     }
     if (end - p < 3 || (byte = EscapeByte(p + 1)) > 0xFF) {
@@ -433,57 +437,77 @@ std::ptrdiff_t DecodeQuotedPrintableUTF8Into(const char* text, std::size_t len, 
 
 }  // namespace
 
-bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out) {
+bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out,
+                               bool underscoreIsSpace) {
+  const unsigned char* const literalMap =
+      underscoreIsSpace ? kUnderscoreAsSpaceMap.data() : kIdentityMap.data();
   // Names and address parts are short, and their encoded form is longer
   // than their text ("M=C3=BCller" is "Müller"): decoded on the stack, a
   // text that fits the string's own buffer costs no allocation.
   constexpr std::size_t kStackUnits = 64;
   if (len <= kStackUnits) {
     char16_t buffer[kStackUnits];
-    const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, buffer);
+    const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, buffer, literalMap);
     if (n < 0) return false;
     *out = String(buffer, static_cast<std::size_t>(n));
     return true;
   }
   out->assign(len, u'\0');
-  const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, out->data());
+  const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, out->data(), literalMap);
   if (n < 0) return false;
   out->resize(static_cast<std::size_t>(n));
   return true;
 }
 
-void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out) {
-  // Worst case per unit: three bytes (a pair's four stand for two units),
-  // each "=XX", and a soft break "=\r\n" every 22 escapes. The scratch
-  // keeps its room from value to value.
-  thread_local String scratch;
-  const std::size_t room = text.size() * 10 + 3;
-  if (scratch.size() < room) scratch.resize(room);
-  char16_t* const first = scratch.data();
-  char16_t* d = first;
+namespace {
+
+// STL_QPEncode (no flags) of the UTF-8 form of `text` into `first`, which
+// has room for the worst case; answers the end. `Char` is the output's
+// character: UTF-16 for the model's texts, bytes for a writer's output.
+template <class Char>
+Char* EncodeQuotedPrintableUTF8Into(std::u16string_view text, Char* const first) {
+  Char* d = first;
   int column = 0;
   // STL_QPEncode's soft break: after the byte that takes the line past
   // kMaxColumn, unless it is the last byte.
   const auto breakLineAfter = [&](bool lastByte) {
     if (column <= kMaxColumn || lastByte) return;
-    d[0] = u'=';
-    d[1] = u'\r';
-    d[2] = u'\n';
+    d[0] = '=';
+    d[1] = '\r';
+    d[2] = '\n';
     d += 3;
     column = 0;
   };
+  const char16_t* const units = text.data();
   const std::size_t count = text.size();
   for (std::size_t i = 0; i < count; ++i) {
-    const char16_t unit = text[i];
+    const char16_t unit = units[i];
     if (unit < 0x80 && kAlwaysLiteral[unit]) {
-      // Most of a text: a printable ASCII character, copied.
-      *d++ = unit;
-      ++column;
+      // Most of a text: a run of printable ASCII, copied up to the end of
+      // the line (the column is at most kMaxColumn here).
+      const std::size_t stop =
+          std::min(count, i + static_cast<std::size_t>(kMaxColumn + 1 - column));
+      std::size_t j = i;
+      do {
+        *d++ = static_cast<Char>(units[j++]);
+      } while (j < stop && units[j] < 0x80 && kAlwaysLiteral[units[j]]);
+      column += static_cast<int>(j - i);
+      i = j - 1;
+      breakLineAfter(j == count);
+      continue;
+    }
+    if (unit < 0x80 && unit != '\t') {
+      // The spaces between the words, and the odd control character.
+      d[0] = '=';
+      d[1] = static_cast<Char>(s_chHexChars[unit >> 4]);
+      d[2] = static_cast<Char>(s_chHexChars[unit & 0x0F]);
+      d += 3;
+      column += 3;
       breakLineAfter(i + 1 == count);
       continue;
     }
     unsigned char bytes[4];
-    const int n = utf8::EncodeCharacter(text.data(), count, &i, bytes);
+    const int n = utf8::EncodeCharacter(units, count, &i, bytes);
     const bool lastCharacter = i + 1 == count;
     for (int k = 0; k < n; ++k) {
       // STL_QPEncode's rule for each byte (no dot stuffing, space escaped).
@@ -491,21 +515,44 @@ void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out) {
       const bool literal =
           kAlwaysLiteral[c] || (c == '\t' && WhiteSpaceStaysLiteral(column, d != first));
       if (literal) {
-        *d++ = c;
+        *d++ = static_cast<Char>(c);
         ++column;
       } else {
-        d[0] = u'=';
-        d[1] = static_cast<char16_t>(s_chHexChars[c >> 4]);
-        d[2] = static_cast<char16_t>(s_chHexChars[c & 0x0F]);
+        d[0] = '=';
+        d[1] = static_cast<Char>(s_chHexChars[c >> 4]);
+        d[2] = static_cast<Char>(s_chHexChars[c & 0x0F]);
         d += 3;
         column += 3;
       }
       breakLineAfter(lastCharacter && k + 1 == n);
     }
   }
-  out->assign(first, static_cast<std::size_t>(d - first));
+  return d;
+}
+
+// The encoded text in a scratch buffer that keeps its room from value to
+// value (one per output type), valid until the next call.
+template <class Char>
+std::basic_string_view<Char> EncodeQuotedPrintableUTF8InScratch(std::u16string_view text) {
+  // Worst case per unit: three bytes (a pair's four stand for two units),
+  // each "=XX", and a soft break "=\r\n" every 22 escapes.
+  thread_local std::basic_string<Char> scratch;
+  const std::size_t room = text.size() * 10 + 3;
   // A long note must not pin its size for the rest of the address book.
-  if (scratch.size() > 64 * 1024) String().swap(scratch);
+  if (scratch.size() > 64 * 1024 && room <= 64 * 1024) std::basic_string<Char>().swap(scratch);
+  if (scratch.size() < room) scratch.resize(room);
+  const Char* const end = EncodeQuotedPrintableUTF8Into(text, scratch.data());
+  return {scratch.data(), static_cast<std::size_t>(end - scratch.data())};
+}
+
+}  // namespace
+
+void EncodeQuotedPrintableUTF8(std::u16string_view text, String* out) {
+  out->assign(EncodeQuotedPrintableUTF8InScratch<char16_t>(text));
+}
+
+void AppendQuotedPrintableUTF8(std::u16string_view text, std::string& out) {
+  out.append(EncodeQuotedPrintableUTF8InScratch<char>(text));
 }
 
 int NGDecodeQuotedPrintable(const char* src, unsigned int srcLen, char* dst,

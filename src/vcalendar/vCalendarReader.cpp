@@ -189,7 +189,8 @@ std::optional<String> WithNewlines(std::optional<String> text) {
 
 // A name is UTF-8 when it can be, so that one written back reads the same.
 String ItemName(const Data& d) {
-  return StringFromUTF8(d.itemName).value_or(StringFromASCII(d.itemName));
+  std::optional<String> name = StringFromUTF8(d.itemName);
+  return name ? std::move(*name) : StringFromASCII(d.itemName);
 }
 
 PropertyOutcome KeepAsItem(Data& d, std::string_view value) {

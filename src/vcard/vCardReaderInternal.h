@@ -121,15 +121,19 @@ struct vCard::vCardParseData {
   int depth = 0;
   bool begun = false;
   bool ended = false;
-  /// Per single-value property: the text of the value its field holds now
-  /// and its account entry, so that a later value of the same property
-  /// can move it to an extension item instead of overwriting it. Made at
-  /// the first such value: the standard reading never needs it.
+  /// Per single-value property: the value its field holds now (its bytes,
+  /// charset word and encoding) and its account entry, so that a later
+  /// value of the same property can move it to an extension item instead
+  /// of overwriting it. One entry per property seen (a card has a few):
+  /// the standard reading never makes one.
   struct HeldValue {
-    std::optional<String> text;
+    int propertyID = 0;
+    std::string value;
+    std::string charsetName;
+    int encoding = 0;
     std::size_t account = 0;
   };
-  std::unique_ptr<std::array<HeldValue, kvCardPropertyEND + 1>> held;
+  std::vector<HeldValue> held;
 };
 
 /// True when `text[index]` is ';' and the byte before it (if any) is not a

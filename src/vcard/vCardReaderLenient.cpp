@@ -2,6 +2,7 @@
 // rules lose what real phones send, and the per-property account.
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "phonepim/encoding/Charset.h"
 #include "phonepim/encoding/Encoding.h"
@@ -91,6 +92,11 @@ std::optional<String> DecodeTextLenient(vCard::vCardParseData& d, bool undoEscap
 
 // The text an extension item keeps of the value: decoded, except BASE64,
 // which stays the text it came as (a picture is no text).
+String ItemText(std::string_view value, std::string_view charsetName, int encoding) {
+  if (encoding == kEncodingBase64) return StringFromASCII(value);
+  return DecodeCharset(value, charsetName, encoding).text;
+}
+
 String ItemText(vCard::vCardParseData& d) {
   if (d.encoding == kEncodingBase64) return StringFromASCII(d.value);
   return *DecodeTextLenient(d, false);
@@ -102,9 +108,9 @@ Outcome KeepAsExtension(vCard::vCardParseData& d) {
 }
 
 Outcome StoreNameLenient(vCard::vCardParseData& d) {
-  const std::vector<String> parts = Components(d);
+  std::vector<String> parts = Components(d);
   for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), 8); ++i) {
-    d.pContact->Name().SetName(parts[i], static_cast<unsigned int>(i));
+    d.pContact->Name().SetName(std::move(parts[i]), static_cast<unsigned int>(i));
   }
   return Read("name");
 }
@@ -117,9 +123,9 @@ Outcome StoreReadingNameLenient(vCard::vCardParseData& d) {
 }
 
 Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address) {
-  const std::vector<String> parts = Components(d);
+  std::vector<String> parts = Components(d);
   for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), kPostalAddressMax); ++i) {
-    address.SetAddress(parts[i], static_cast<unsigned int>(i));
+    address.SetAddress(std::move(parts[i]), static_cast<unsigned int>(i));
   }
   return Read("addresses");
 }
@@ -127,9 +133,9 @@ Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address) {
 Outcome StoreOrgLenient(vCard::vCardParseData& d, COrganization& org) {
   std::vector<String> parts = Components(d);
   parts.resize(std::max<std::size_t>(parts.size(), 3));
-  org.SetName(parts[0]);
-  org.SetUnit(parts[1]);
-  org.SetPosition(parts[2]);
+  org.SetName(std::move(parts[0]));
+  org.SetUnit(std::move(parts[1]));
+  org.SetPosition(std::move(parts[2]));
   for (std::size_t i = 3; i < parts.size(); ++i) {
     if (!parts[i].empty()) org.Additional().push_back(parts[i]);
   }
@@ -181,21 +187,31 @@ bool BeginLenientStore(vCard::vCardParseData& d) {
 void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
   Note(d, outcome);
   if (outcome.fate != PropertyFate::kRead || !HoldsOneValue(d.propertyID)) return;
-  if (!d.held) d.held = std::make_unique<std::array<vCard::vCardParseData::HeldValue,
-                                                      kvCardPropertyEND + 1>>();
-  vCard::vCardParseData::HeldValue& held = (*d.held)[static_cast<std::size_t>(d.propertyID)];
-  if (held.text) {
+  auto held = std::find_if(d.held.begin(), d.held.end(), [&d](const auto& entry) {
+    return entry.propertyID == d.propertyID;
+  });
+  if (held == d.held.end()) {
+    // A card has a handful of them (FN, N, a title, a photo): room at once.
+    if (d.held.empty()) d.held.reserve(8);
+    held = d.held.emplace(d.held.end());
+    held->propertyID = d.propertyID;
+  } else {
     // The field keeps its rule (the later value); the earlier one stays.
-    d.pContact->NewXItem(StringFromASCII(d.propertyName), *held.text, 0, -1);
+    d.pContact->NewXItem(StringFromASCII(d.propertyName),
+                         ItemText(held->value, held->charsetName, held->encoding), 0, -1);
     if (d.account != nullptr) {
-      PropertyAccount& earlier = d.account->properties[held.account];
+      PropertyAccount& earlier = d.account->properties[held->account];
       earlier.fate = PropertyFate::kExtension;
       earlier.where = "extension item " + d.propertyName + " (a later one took the field)";
     }
   }
-  d.decodeNote.clear();
-  held.text = ItemText(d);
-  if (d.account != nullptr) held.account = d.account->properties.size() - 1;
+  // The bytes only, taken over (the reader clears them next): a second
+  // value of the property is rare, and the text of a photo's BASE64 costs
+  // more than the bytes.
+  held->value.swap(d.value);
+  held->charsetName = d.charsetName;
+  held->encoding = d.encoding;
+  if (d.account != nullptr) held->account = d.account->properties.size() - 1;
 }
 
 }  // namespace phonepim::vcard_reader

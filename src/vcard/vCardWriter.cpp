@@ -170,6 +170,7 @@ void vCard::Generate(const CContact* contact, vObject* object) { Generate(contac
 
 void vCard::Generate(const CContact* contact, vObject* object, int phoneStyle) {
   if (contact == nullptr || object == nullptr) return;
+  vcard_writer::FetchObject(*contact);
   String out;
   out.reserve(1024);
   out += u"BEGIN:VCARD\r\nVERSION:2.1\r\n";

@@ -28,6 +28,12 @@ constexpr std::size_t kLongestDirectValue = 100'000'000;
 // literal only early in a line).
 bool IsLiteral(char16_t unit) { return unit >= u'!' && unit <= u'~' && unit != u'='; }
 
+// A value that STL_QPEncode gives back unchanged: printable characters
+// only, too few for a soft line break.
+bool IsLiteralValue(const String& text) {
+  return text.size() <= kLongestUnbrokenLine && std::all_of(text.begin(), text.end(), IsLiteral);
+}
+
 using utf8::IsHighSurrogate;
 using utf8::IsLowSurrogate;
 
@@ -50,23 +56,30 @@ String WithoutLoneSurrogates(const String& text) {
 }
 
 std::string Utf8Of(std::u16string_view text) {
+  std::string bytes;
+  AppendUtf8(bytes, text);
+  return bytes;
+}
+
+void AppendUtf8(std::string& out, std::u16string_view text) {
   const char16_t* const units = text.data();
   const std::size_t count = text.size();
   char16_t any = 0;
   for (std::size_t i = 0; i < count; ++i) any |= units[i];
-  if (any < 0x80) return std::string(text.begin(), text.end());
+  if (any < 0x80) {
+    out.append(text.begin(), text.end());
+    return;
+  }
   // One pass into room for the worst case, three bytes a unit (a pair's
   // four bytes stand for two).
-  std::string bytes(count * 3, '\0');
-  char* const first = bytes.data();
-  char* out = first;
+  const std::size_t old = out.size();
+  out.resize(old + count * 3);
+  char* const first = out.data() + old;
+  char* d = first;
   for (std::size_t i = 0; i < count; ++i) {
-    unsigned char encoded[4];
-    const int n = utf8::EncodeCharacter(units, count, &i, encoded);
-    for (int k = 0; k < n; ++k) *out++ = static_cast<char>(encoded[k]);
+    d += utf8::EncodeCharacter(units, count, &i, reinterpret_cast<unsigned char*>(d));
   }
-  bytes.resize(static_cast<std::size_t>(out - first));
-  return bytes;
+  out.resize(old + static_cast<std::size_t>(d - first));
 }
 
 void StoreCard(std::u16string_view text, const Bytes* photo, vobj::_byte_array* bytes) {
@@ -128,8 +141,7 @@ void AppendEncodedText(String& out, const String& text, bool escape) {
   // Most values of a phone book (numbers, e-mail addresses, single words)
   // come out of the encoder unchanged; skipping the UTF-8 round trip for
   // them gives the very same text.
-  const bool literal =
-      text.size() <= kLongestUnbrokenLine && std::all_of(text.begin(), text.end(), IsLiteral);
+  const bool literal = IsLiteralValue(text);
   if (literal && !escape) {
     out += text;
     return;
@@ -147,6 +159,16 @@ void AppendEncodedText(String& out, const String& text, bool escape) {
   out += escape ? EncodeEscapedCharString(encoded) : encoded;
   // A long note must not pin its size for the rest of the address book.
   if (encoded.capacity() > 64 * 1024) String().swap(encoded);
+}
+
+void AppendEncodedText(std::string& out, const String& text, bool escape) {
+  if (escape || text.size() > kLongestDirectValue / 3) {
+    AppendUtf8(out, EncodeText(text, escape));
+  } else if (IsLiteralValue(text)) {
+    out.append(text.begin(), text.end());
+  } else {
+    AppendQuotedPrintableUTF8(text, out);
+  }
 }
 
 String EncodeText(const String& text, bool escape) {

@@ -176,7 +176,11 @@ static int vp_same_word_blind(const char* text, const char* word) {
 static void vp_note_encoding_blind(VP* vp, const char* name, const char* value) {
   const int named = strcmp(name, "ENCODING") == 0;
   const char* text = named ? value : name;
+  char first;
   if (text == NULL) return;
+  /* As above: most parameters start with none of the letters. */
+  first = text[0] >= 'a' && text[0] <= 'z' ? (char)(text[0] - 'a' + 'A') : text[0];
+  if (first != 'Q' && first != 'B' && first != '8') return;
   if (vp_same_word_blind(text, "QUOTED-PRINTABLE") ||
       vp_same_word_blind(text, "QUOTEDPRINTABLE")) {
     vp->encoding = VP_ENCODING_QUOTED_PRINTABLE;
