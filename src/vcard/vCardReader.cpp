@@ -496,6 +496,31 @@ class LentValueBuffer {
   std::string& value_;
 };
 
+// Lends the calling thread's held-value entries to one Parse, the same way:
+// their buffers trade places with the value buffer as single-value
+// properties are read, so without them each FN, N and photo would cost an
+// allocation for the next value and a release with the card.
+class LentHeldValues {
+ public:
+  explicit LentHeldValues(vCard::vCardParseData& d) : d_(d) { d_.held.swap(Spare()); }
+  ~LentHeldValues() {
+    for (auto& entry : d_.held) {
+      if (entry.value.capacity() > kKeptHeldValue) entry.value = std::string();
+    }
+    d_.held.swap(Spare());
+  }
+  LentHeldValues(const LentHeldValues&) = delete;
+  LentHeldValues& operator=(const LentHeldValues&) = delete;
+
+ private:
+  static constexpr std::size_t kKeptHeldValue = 64 * 1024;
+  static std::vector<vCard::vCardParseData::HeldValue>& Spare() {
+    thread_local std::vector<vCard::vCardParseData::HeldValue> spare;
+    return spare;
+  }
+  vCard::vCardParseData& d_;
+};
+
 // Stores the value of the property that just ended and says where it went.
 // Under lenient reading a value that a field cannot take is kept as an
 // extension item instead of lost; the strict rules drop it, and say so.
@@ -657,6 +682,7 @@ void vCard::Parse(CContact* contact, const vObject* object, ReadAccount* account
   vCardParseData parseData(contact);
   parseData.account = account;
   const LentValueBuffer lent(parseData.value);
+  const LentHeldValues lentHeld(parseData);
   const bool parsed = TokenizeObject(object, &parseData, &vCard::vCardPropHandler,
                                      &vCard::vCardDataHandler, sm_fLenientReading);
   // A failure inside a callback came first: the tokenizer may have gone on

@@ -125,7 +125,9 @@ struct vCard::vCardParseData {
   /// charset word and encoding) and its account entry, so that a later
   /// value of the same property can move it to an extension item instead
   /// of overwriting it. One entry per property seen (a card has a few):
-  /// the standard reading never makes one.
+  /// the standard reading never makes one. The first `heldCount` entries
+  /// are this card's; the rest are spares from earlier cards of the thread,
+  /// whose buffers the value swaps with instead of allocating.
   struct HeldValue {
     int propertyID = 0;
     std::string value;
@@ -134,6 +136,7 @@ struct vCard::vCardParseData {
     std::size_t account = 0;
   };
   std::vector<HeldValue> held;
+  std::size_t heldCount = 0;
 };
 
 /// True when `text[index]` is ';' and the byte before it (if any) is not a

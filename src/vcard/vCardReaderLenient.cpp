@@ -187,13 +187,17 @@ bool BeginLenientStore(vCard::vCardParseData& d) {
 void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
   Note(d, outcome);
   if (outcome.fate != PropertyFate::kRead || !HoldsOneValue(d.propertyID)) return;
-  auto held = std::find_if(d.held.begin(), d.held.end(), [&d](const auto& entry) {
+  const auto inUse = d.held.begin() + static_cast<std::ptrdiff_t>(d.heldCount);
+  auto held = std::find_if(d.held.begin(), inUse, [&d](const auto& entry) {
     return entry.propertyID == d.propertyID;
   });
-  if (held == d.held.end()) {
-    // A card has a handful of them (FN, N, a title, a photo): room at once.
-    if (d.held.empty()) d.held.reserve(8);
-    held = d.held.emplace(d.held.end());
+  if (held == inUse) {
+    if (d.heldCount == d.held.size()) {
+      // A card has a handful of them (FN, N, a title, a photo): room at once.
+      if (d.held.empty()) d.held.reserve(8);
+      d.held.emplace_back();
+    }
+    held = d.held.begin() + static_cast<std::ptrdiff_t>(d.heldCount++);
     held->propertyID = d.propertyID;
   } else {
     // The field keeps its rule (the later value); the earlier one stays.
@@ -205,9 +209,9 @@ void EndLenientStore(vCard::vCardParseData& d, Outcome outcome) {
       earlier.where = "extension item " + d.propertyName + " (a later one took the field)";
     }
   }
-  // The bytes only, taken over (the reader clears them next): a second
-  // value of the property is rare, and the text of a photo's BASE64 costs
-  // more than the bytes.
+  // The bytes only, taken over (the reader clears them next, and keeps the
+  // spare's buffer for the next value): a second value of the property is
+  // rare, and the text of a photo's BASE64 costs more than the bytes.
   held->value.swap(d.value);
   held->charsetName = d.charsetName;
   held->encoding = d.encoding;
