@@ -180,13 +180,22 @@ std::string CharsetNote(const CharsetText& decoded, std::string_view charset) {
 }
 
 CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int encoding) {
-  const bool utf8 = charset.empty() || NamesUTF8(charset);
   CharsetText result;
+  DecodeCharsetInto(bytes, charset, encoding, &result);
+  return result;
+}
+
+void DecodeCharsetInto(std::string_view bytes, std::string_view charset, int encoding,
+                       CharsetText* out) {
+  const bool utf8 = charset.empty() || NamesUTF8(charset);
+  CharsetText& result = *out;
+  result.replaced = false;
+  result.unknownCharset = false;
   // Quoted-printable UTF-8, the common case, in one pass when every escape
   // is whole and the bytes are UTF-8; the steps below decide the rest.
   if (utf8 && (encoding == kEncodingQuotedPrintable || encoding == kEncodingQuotedPrintableCR) &&
       DecodeQuotedPrintableUTF8(bytes.data(), bytes.size(), &result.text, false)) {
-    return result;
+    return;
   }
   std::string decoded;
   if (encoding == kEncodingQuotedPrintable || encoding == kEncodingQuotedPrintableCR) {
@@ -201,7 +210,7 @@ CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int 
     if (std::optional<String> text = ConvertWithICU(bytes, std::string(charset),
                                                     &result.replaced)) {
       result.text = std::move(*text);
-      return result;
+      return;
     }
     result.unknownCharset = true;
   }
@@ -213,7 +222,6 @@ CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int 
     result.text = *StringFromBytes(bytes.data(), bytes.size(), StringEncoding::Latin1);
     result.replaced = true;
   }
-  return result;
 }
 
 String UnescapeValue(std::u16string_view text) {
@@ -247,6 +255,14 @@ String UnescapeValue(std::u16string_view text) {
 
 std::vector<String> SplitStructuredValue(std::u16string_view value, bool unescape) {
   std::vector<String> components;
+  SplitStructuredValueInto(value, unescape, &components);
+  return components;
+}
+
+void SplitStructuredValueInto(std::u16string_view value, bool unescape,
+                              std::vector<String>* out) {
+  std::vector<String>& components = *out;
+  components.clear();
   // Names and addresses have several parts: room for them at once.
   components.reserve(static_cast<std::size_t>(std::count(value.begin(), value.end(), u';')) + 1);
   const auto component = [&](std::u16string_view text) {
@@ -262,7 +278,6 @@ std::vector<String> SplitStructuredValue(std::u16string_view value, bool unescap
     }
   }
   component(value.substr(start));
-  return components;
 }
 
 }  // namespace phonepim

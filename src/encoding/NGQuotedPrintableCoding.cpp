@@ -449,7 +449,7 @@ bool DecodeQuotedPrintableUTF8(const char* text, std::size_t len, String* out,
     char16_t buffer[kStackUnits];
     const std::ptrdiff_t n = DecodeQuotedPrintableUTF8Into(text, len, buffer, literalMap);
     if (n < 0) return false;
-    *out = String(buffer, static_cast<std::size_t>(n));
+    out->assign(buffer, static_cast<std::size_t>(n));  // a scratch text keeps its buffer
     return true;
   }
   out->assign(len, u'\0');

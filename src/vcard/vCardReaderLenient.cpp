@@ -37,17 +37,26 @@ bool HoldsOneValue(int propertyID) {
 
 // The value decoded by its charset word, with a note in the account when
 // that took a fallback.
-CharsetText DecodeNoted(vCard::vCardParseData& d) {
-  CharsetText decoded = DecodeCharset(d.value, d.charsetName, d.encoding);
-  if (d.account != nullptr) d.decodeNote = CharsetNote(decoded, d.charsetName);
-  return decoded;
+void DecodeNoted(vCard::vCardParseData& d, CharsetText* decoded) {
+  DecodeCharsetInto(d.value, d.charsetName, d.encoding, decoded);
+  if (d.account != nullptr) d.decodeNote = CharsetNote(*decoded, d.charsetName);
 }
 
-std::vector<String> Components(vCard::vCardParseData& d) {
-  const CharsetText decoded = DecodeNoted(d);
+// The parts of a structured value, in the thread's scratch list: the caller
+// takes them before the next value. The decoded whole is a scratch too; a
+// card has a name and an address or two, each a whole and a list otherwise.
+std::vector<String>& Components(vCard::vCardParseData& d) {
+  constexpr std::size_t kKeptScratch = 64 * 1024;
+  thread_local CharsetText decoded;
+  thread_local std::vector<String> parts;
+  // A hostile value of thousands of separators does not pin its list.
+  if (parts.capacity() > kKeptScratch / sizeof(String)) parts = std::vector<String>();
+  DecodeNoted(d, &decoded);
   // Escapes are one option both ways: the writer escapes only with it, so
   // the reader undoes them only with it, and a value round-trips either way.
-  return SplitStructuredValue(decoded.text, vCard::sm_fNonstandardEscChar);
+  SplitStructuredValueInto(decoded.text, vCard::sm_fNonstandardEscChar, &parts);
+  if (decoded.text.capacity() > kKeptScratch) decoded.text = String();
+  return parts;
 }
 
 std::optional<String> NonEmpty(const std::vector<String>& parts, std::size_t index) {
@@ -85,7 +94,8 @@ bool ClassifyEncodingWordLenient(vCard::vCardParseData& d, const char* parameter
 }
 
 std::optional<String> DecodeTextLenient(vCard::vCardParseData& d, bool undoEscapes) {
-  CharsetText decoded = DecodeNoted(d);
+  CharsetText decoded;
+  DecodeNoted(d, &decoded);
   if (undoEscapes && vCard::sm_fNonstandardEscChar) return UnescapeValue(decoded.text);
   return std::move(decoded.text);
 }
@@ -108,7 +118,7 @@ Outcome KeepAsExtension(vCard::vCardParseData& d) {
 }
 
 Outcome StoreNameLenient(vCard::vCardParseData& d) {
-  std::vector<String> parts = Components(d);
+  std::vector<String>& parts = Components(d);
   for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), 8); ++i) {
     d.pContact->Name().SetName(std::move(parts[i]), static_cast<unsigned int>(i));
   }
@@ -116,14 +126,14 @@ Outcome StoreNameLenient(vCard::vCardParseData& d) {
 }
 
 Outcome StoreReadingNameLenient(vCard::vCardParseData& d) {
-  const std::vector<String> parts = Components(d);
+  const std::vector<String>& parts = Components(d);
   if ((d.typeFlags & kReadingNameTypeIrmcN) != 0) d.pContact->SetRFName(NonEmpty(parts, 1));
   d.pContact->SetRLName(NonEmpty(parts, 0));
   return Read("readingLastName");
 }
 
 Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address) {
-  std::vector<String> parts = Components(d);
+  std::vector<String>& parts = Components(d);
   for (std::size_t i = 0; i < std::min<std::size_t>(parts.size(), kPostalAddressMax); ++i) {
     address.SetAddress(std::move(parts[i]), static_cast<unsigned int>(i));
   }
@@ -131,7 +141,7 @@ Outcome StoreAddressLenient(vCard::vCardParseData& d, CPostalAddress& address) {
 }
 
 Outcome StoreOrgLenient(vCard::vCardParseData& d, COrganization& org) {
-  std::vector<String> parts = Components(d);
+  std::vector<String>& parts = Components(d);
   parts.resize(std::max<std::size_t>(parts.size(), 3));
   org.SetName(std::move(parts[0]));
   org.SetUnit(std::move(parts[1]));
@@ -143,7 +153,7 @@ Outcome StoreOrgLenient(vCard::vCardParseData& d, COrganization& org) {
 }
 
 Outcome StoreAssistantLenient(vCard::vCardParseData& d) {
-  const std::vector<String> parts = Components(d);
+  const std::vector<String>& parts = Components(d);
   d.pContact->setAssistant(parts[0]);
   d.pContact->setAssistantNumber(parts.size() > 1 ? std::optional<String>(parts[1])
                                                   : std::nullopt);

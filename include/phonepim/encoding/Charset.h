@@ -39,6 +39,11 @@ std::string DecodeQuotedPrintableValue(std::string_view text);
 /// read UTF-8; any other word is handed to ICU ("ISO-8859-1",
 /// "WINDOWS-1252", "SHIFT_JIS", ...), case-blind.
 CharsetText DecodeCharset(std::string_view bytes, std::string_view charset, int encoding);
+/// The same into `result`, whose text keeps its buffer when it has room: a
+/// reader that decodes value after value into one scratch text allocates
+/// for the long ones only.
+void DecodeCharsetInto(std::string_view bytes, std::string_view charset, int encoding,
+                       CharsetText* result);
 
 /// What a reader's account says of how `decoded` was read (its CHARSET
 /// word was `charset`): "charset X unknown, read as UTF-8", "bytes not valid
@@ -74,5 +79,8 @@ String UnescapeValue(std::u16string_view text);
 /// written, so that a writer that does not escape gives the same value
 /// back. A value with n separators gives n + 1 components.
 std::vector<String> SplitStructuredValue(std::u16string_view value, bool unescape);
+/// The same into `components`, emptied first; it keeps its capacity.
+void SplitStructuredValueInto(std::u16string_view value, bool unescape,
+                              std::vector<String>* components);
 
 }  // namespace phonepim
