@@ -423,7 +423,9 @@ void StoreTelephone(vCard::vCardParseData& d) {
     CTelephoneNumber* tel = d.pContact->NewTelephone(
         "", d.typeFlags, -1,
         (d.typeFlags & kTelephoneTypeCustom) != 0 ? d.customLabel : nullptr);
-    tel->SetNumber(*vcard_reader::DecodeTextLenient(d, false));
+    // The decoded text becomes the number's value object as it is, not a
+    // copy of it (SetNumber copies): four numbers a card.
+    tel->setDataWithString(std::move(*vcard_reader::DecodeTextLenient(d, false)));
     return;
   }
   if ((d.typeFlags & kTelephoneTypeCustom) != 0) {
