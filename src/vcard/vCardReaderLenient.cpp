@@ -73,6 +73,12 @@ void AddToAccount(vCard::vCardParseData& d, Outcome outcome) {
 
 bool ClassifyEncodingWordLenient(vCard::vCardParseData& d, const char* parameter,
                                  const char* value) {
+  // One look at the first letter sends most parameters (the type words)
+  // past every comparison below: the tokenizer has upper-cased the names,
+  // and a bare encoding word starts with Q or B in either case.
+  const char first = parameter[0];
+  const char lower = static_cast<char>(first | 0x20);
+  if (first != 'C' && first != 'E' && lower != 'q' && lower != 'b') return false;
   const std::string_view name = parameter;
   if (name == "CHARSET") {
     d.charsetName = value != nullptr ? value : "";

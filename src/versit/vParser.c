@@ -174,7 +174,8 @@ static int vp_same_word_blind(const char* text, const char* word) {
  * use, "QUOTEDPRINTABLE" and the vCard 3 "ENCODING=b". The name is upper
  * case already. */
 static void vp_note_encoding_blind(VP* vp, const char* name, const char* value) {
-  const int named = strcmp(name, "ENCODING") == 0;
+  /* The first letter spares most names a call. */
+  const int named = name[0] == 'E' && strcmp(name, "ENCODING") == 0;
   const char* text = named ? value : name;
   char first;
   if (text == NULL) return;
