@@ -438,6 +438,20 @@ VP* CARD_ParserCreate(void) {
   return vp;
 }
 
+void vcard_reset_parser(VP* vp) {
+  char* const line = vp->line;
+  const int lineCapacity = vp->lineCapacity;
+  char** const params = vp->params;
+  const int paramCapacity = vp->paramCapacity;
+  memset(vp, 0, sizeof *vp);
+  vp->line = line;
+  vp->lineCapacity = lineCapacity;
+  vp->params = params;
+  vp->paramCapacity = paramCapacity;
+  vp->atLineStart = 1;
+  vcard_clear_line(vp);
+}
+
 void CARD_ParserFree(VP* vp) {
   if (vp == NULL) return;
   free(vp->line);

@@ -77,6 +77,9 @@ VP_INTERNAL int vcard_process_char(VP* parser, char c);
 /* The property name is complete: reports it and starts the value. */
 VP_INTERNAL int vcard_end_prop(VP* parser);
 VP_INTERNAL void vcard_clear_line(VP* parser);
+/* The parser as CARD_ParserCreate makes it, handlers and user data unset,
+ * keeping the buffers it grew (a line buffer within VP_LINE_KEEP_LIMIT). */
+VP_INTERNAL void vcard_reset_parser(VP* parser);
 VP_INTERNAL int vcard_add_char_to_line(VP* parser, char c);
 VP_INTERNAL int card_add_param(VP* parser, int nameOffset);
 VP_INTERNAL int card_set_paramvalue(VP* parser, int valueOffset);
