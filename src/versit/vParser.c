@@ -207,11 +207,37 @@ static void vp_upper_name(char* name) {
 #if defined(__GNUC__)
 __attribute__((noinline))
 #endif
+/* Whether the `n` bytes at `text` hold an ASCII lower-case letter: eight
+ * at a time (a byte lies between 0x60 and 0x7B, the bit trick exact for
+ * bytes below 0x80; bytes above are masked out first). */
+static int vp_has_lower(const char* text, int n) {
+  const uint64_t ones = 0x0101010101010101ULL;
+  const uint64_t highs = 0x8080808080808080ULL;
+  int i = 0;
+  for (; n - i >= 8; i += 8) {
+    uint64_t word;
+    uint64_t low;
+    memcpy(&word, text + i, 8);
+    low = word & ~highs;
+    /* Above 0x60 in the low seven bits, below 0x7B, and the top bit clear. */
+    if (((ones * (127 + 0x7B) - low) & ~word & (low + ones * (127 - 0x60)) & highs) != 0) {
+      return 1;
+    }
+  }
+  for (; i < n; ++i) {
+    if (text[i] >= 'a' && text[i] <= 'z') return 1;
+  }
+  return 0;
+}
+
 static void vp_lenient_names(VP* vp) {
   int i;
-  vp_upper_name(vp->line);
+  /* Phones write names, parameters and most parameter values in upper
+   * case: one look over the whole line spares the name by name pass. */
+  const int upper = vp_has_lower(vp->line, vp->lineLength);
+  if (upper) vp_upper_name(vp->line);
   for (i = 0; i < vp->paramCount; ++i) {
-    vp_upper_name(vp->params[2 * i]);
+    if (upper) vp_upper_name(vp->params[2 * i]);
     vp_note_encoding_blind(vp, vp->params[2 * i], vp->params[2 * i + 1]);
   }
 }
