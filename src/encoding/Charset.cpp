@@ -225,9 +225,13 @@ void DecodeCharsetInto(std::string_view bytes, std::string_view charset, int enc
 }
 
 String UnescapeValue(std::u16string_view text) {
+  // Most parts of a name or an address have no backslash: copied whole.
+  const std::size_t first = text.find(u'\\');
+  if (first == std::u16string_view::npos) return String(text);
   String out;
   out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
+  out.append(text.substr(0, first));
+  for (std::size_t i = first; i < text.size(); ++i) {
     const char16_t unit = text[i];
     if (unit != u'\\' || i + 1 >= text.size()) {
       out.push_back(unit);
