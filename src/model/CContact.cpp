@@ -353,6 +353,12 @@ CTelephoneNumber* CContact::NewTelephone(const char* number, std::uint32_t telep
   return m_arrTel.New(number, telephoneType, theID, std::move(label));
 }
 
+CTelephoneNumber* CContact::NewTelephone(String number, std::uint32_t telephoneType,
+                                         std::int32_t theID,
+                                         std::shared_ptr<const String> label) {
+  return m_arrTel.New(std::move(number), telephoneType, theID, std::move(label));
+}
+
 CTelephoneNumber* CContact::GetTelephone(int nIndex) {
   return m_arrTel.Get(nIndex, "nIndex < [self GetTelephoneCount]", __func__);
 }

@@ -16,6 +16,10 @@ CTelephoneNumber::CTelephoneNumber(const char* number, std::uint32_t telephoneTy
                                    std::int32_t theID, std::shared_ptr<const String> Label)
     : CItem(number, telephoneType, theID), label_(std::move(Label)) {}
 
+CTelephoneNumber::CTelephoneNumber(String number, std::uint32_t telephoneType,
+                                   std::int32_t theID, std::shared_ptr<const String> Label)
+    : CItem(std::move(number), telephoneType, theID), label_(std::move(Label)) {}
+
 bool CTelephoneNumber::isEqual(const CItem* other) const {
   if (other == nullptr || DataObject() != other->DataObject()) {
     return false;

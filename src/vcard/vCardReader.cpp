@@ -420,12 +420,11 @@ void StoreTelephone(vCard::vCardParseData& d) {
     UnescapeInPlace(d.value, ';');
   }
   if (vCard::sm_fLenientReading) {
-    CTelephoneNumber* tel = d.pContact->NewTelephone(
-        "", d.typeFlags, -1,
-        (d.typeFlags & kTelephoneTypeCustom) != 0 ? d.customLabel : nullptr);
-    // The decoded text becomes the number's value object as it is, not a
-    // copy of it (SetNumber copies): four numbers a card.
-    tel->setDataWithString(std::move(*vcard_reader::DecodeTextLenient(d, false)));
+    // The decoded text becomes the number's value object as it is: four
+    // numbers a card.
+    d.pContact->NewTelephone(*vcard_reader::DecodeTextLenient(d, false), d.typeFlags, -1,
+                             (d.typeFlags & kTelephoneTypeCustom) != 0 ? d.customLabel
+                                                                       : nullptr);
     return;
   }
   if ((d.typeFlags & kTelephoneTypeCustom) != 0) {

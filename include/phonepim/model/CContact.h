@@ -462,6 +462,9 @@ class CContact : public CVObject {
                                  std::int32_t theID);
   CTelephoneNumber* NewTelephone(const char* number, std::uint32_t telephoneType,
                                  std::int32_t theID, std::shared_ptr<const String> label);
+  /// A number whose text is decoded already: taken over, not converted.
+  CTelephoneNumber* NewTelephone(String number, std::uint32_t telephoneType,
+                                 std::int32_t theID, std::shared_ptr<const String> label);
   CTelephoneNumber* GetTelephone(int nIndex);
   const CTelephoneNumber* GetTelephone(int nIndex) const;
   int GetTelephoneCount() const { return m_arrTel.Count(); }

@@ -26,6 +26,9 @@ class CTelephoneNumber : public CItem {
   /// Number, type, ID and a custom label (null for none).
   CTelephoneNumber(const char* number, std::uint32_t telephoneType, std::int32_t theID,
                    std::shared_ptr<const String> Label);
+  /// The same with the number's text as it is, taken over.
+  CTelephoneNumber(String number, std::uint32_t telephoneType, std::int32_t theID,
+                   std::shared_ptr<const String> Label);
 
   const String& GetNumber() const { return Data(); }
   void SetNumber(const String& number) { setDataWithString(number); }
