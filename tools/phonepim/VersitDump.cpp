@@ -151,7 +151,7 @@ int DumpVersitText(const std::string& text, const std::string& sourceName,
           << ": no END line before the end of the file\n";
     }
   }
-  out << spans.size() << " objects, " << rejected << " rejected\n";
+  out << Counted(spans.size(), "object") << ", " << rejected << " rejected\n";
   return rejected ? 1 : 0;
 }
 
