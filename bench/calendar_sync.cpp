@@ -5,13 +5,13 @@
 // steady state of a daily sync. Also loading and saving that table.
 
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
 
+#include "ScratchFolder.h"
 #include "phonepim/mapping/CalendarIDMappingTable.h"
 #include "phonepim/model/CCalendar.h"
 
@@ -69,23 +69,13 @@ int SyncEntry(int n, const std::shared_ptr<CalendarIDMappingTable>& table,
 class Fixture {
  public:
   Fixture() {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "phonepim-bench-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    base_ = pattern;
-    table_ = std::make_shared<CalendarIDMappingTable>(kModel, kIMEI, base_);
+    table_ = std::make_shared<CalendarIDMappingTable>(kModel, kIMEI, folder_.path());
     calendarID_ = table_->calendarRecordID();
     for (int n = 1; n <= kEntries; ++n) subRecords_ += SyncEntry(n, table_, calendarID_);
     if (!table_->save()) throw std::runtime_error("save failed");
     fileSize_ = static_cast<std::int64_t>(std::filesystem::file_size(table_->mFilePath()));
   }
-  ~Fixture() {
-    table_.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(base_, ignored);
-  }
-
-  std::filesystem::path base_;
+  phonepim::bench::ScratchFolder folder_;  // first made, last removed
   std::shared_ptr<CalendarIDMappingTable> table_;
   String calendarID_;
   std::int64_t subRecords_ = 0;
@@ -112,7 +102,7 @@ BENCHMARK(BM_ReconcileKnownCalendar)->Unit(benchmark::kMillisecond);
 void BM_LoadCalendarTable(benchmark::State& state) {
   Fixture& fixture = Shared();
   for (auto _ : state) {
-    CalendarIDMappingTable table(kModel, kIMEI, fixture.base_);
+    CalendarIDMappingTable table(kModel, kIMEI, fixture.folder_.path());
     if (table.count() != kEntries + 1) state.SkipWithError("table did not load");
   }
   state.SetBytesProcessed(state.iterations() * fixture.fileSize_);

@@ -3,13 +3,12 @@
 // given three numbers and two e-mail addresses, and reconciled. Every
 // sub-record claims its entry again, the steady state of a daily sync.
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <memory>
-#include <stdexcept>
 #include <string>
 
+#include "ScratchFolder.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/model/CContact.h"
 
@@ -22,23 +21,7 @@ using phonepim::String;
 constexpr std::uint32_t kContacts = 10000;
 const String kIMEI = u"356938035643809";
 
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "phonepim-bench-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
-  }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+using phonepim::bench::ScratchFolder;
 
 // Reads contact `id` from the "phone" and reconciles it.
 void SyncContact(std::uint32_t id, const std::shared_ptr<ContactIDMappingTable>& table) {

@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "ScratchFolder.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
 
 namespace {
@@ -50,10 +51,7 @@ Dictionary SubRecord(const String& id, const String& contact, const String& type
 class Fixture {
  public:
   Fixture() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "phonepim-bench-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) std::abort();
-    base_ = pattern;
-    table_ = std::make_unique<ContactIDMappingTable>(kModel, kIMEI, base_);
+    table_ = std::make_unique<ContactIDMappingTable>(kModel, kIMEI, folder_.path());
     for (int n = 0; n < kContacts; ++n) {
       const String id = ContactIDMappingTable::newIdentifier();
       Array phones, mails, phoneIDs, mailIDs;
@@ -85,18 +83,12 @@ class Fixture {
     if (!table_->save()) std::abort();
     fileSize_ = static_cast<std::int64_t>(std::filesystem::file_size(table_->mFilePath()));
   }
-  ~Fixture() {
-    table_.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(base_, ignored);
-  }
-
-  const std::filesystem::path& base() const { return base_; }
+  const std::filesystem::path& base() const { return folder_.path(); }
   ContactIDMappingTable& table() { return *table_; }
   std::int64_t fileSize() const { return fileSize_; }
 
  private:
-  std::filesystem::path base_;
+  phonepim::bench::ScratchFolder folder_;  // first made, last removed
   std::unique_ptr<ContactIDMappingTable> table_;
   std::int64_t fileSize_ = 0;
 };

@@ -3,13 +3,12 @@
 // empty store, again unchanged, and with 1% of the cards edited. Peak
 // memory is the process's: run one benchmark per process to read it.
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
 #include <sys/resource.h>
 
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 
+#include "ScratchFolder.h"
 #include "PhoneExportCorpus.h"
 #include "phonepim/session/SyncSession.h"
 #include "phonepim/store/SyncStore.h"
@@ -21,20 +20,7 @@ using phonepim::SyncStore;
 
 const phonepim::PhoneIdentity kPhone{u"N900", u"356938035643809"};
 
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "phonepim-bench-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
-  }
-  ~ScratchFolder() { std::filesystem::remove_all(path_); }
-  std::filesystem::path store() const { return path_ / "store.sqlite"; }
-
- private:
-  std::filesystem::path path_;
-};
+using phonepim::bench::ScratchFolder;
 
 void Sync(const ScratchFolder& folder, const std::string& text) {
   SyncStore store(folder.store(), SyncStore::OpenMode::kCreate);
