@@ -55,12 +55,6 @@ String WithoutLoneSurrogates(const String& text) {
   return out;
 }
 
-std::string Utf8Of(std::u16string_view text) {
-  std::string bytes;
-  AppendUtf8(bytes, text);
-  return bytes;
-}
-
 void AppendUtf8(std::string& out, std::u16string_view text) {
   const char16_t* const units = text.data();
   const std::size_t count = text.size();

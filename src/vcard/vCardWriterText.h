@@ -61,9 +61,8 @@ String CustomLabelParameter(const String& label);
 /// `text` with every unpaired surrogate replaced by U+FFFD.
 String WithoutLoneSurrogates(const String& text);
 
-/// The UTF-8 form of `text`, an unpaired surrogate written as U+FFFD.
-std::string Utf8Of(std::u16string_view text);
-/// Utf8Of(text) appended to `out`.
+/// The UTF-8 form of `text` appended to `out`, an unpaired surrogate
+/// written as U+FFFD.
 void AppendUtf8(std::string& out, std::u16string_view text);
 
 /// Stores a card as the contents of `bytes` (which keeps its storage when

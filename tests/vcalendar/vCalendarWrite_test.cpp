@@ -2,6 +2,7 @@
 // the options that change it, on and off.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "phonepim/model/CRecurrence.h"
@@ -95,6 +96,34 @@ TEST_F(vcalendar_write, line_writers) {
             }),
             "A:\r\nDESCRIPTION;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=09b=20c\r\n"
             "TZ:+09:00\r\n20090221T013015Z");
+  // The public line writers that Generate's own byte writers stand behind.
+  cal_.setLocation(u"Caf\u00e9");
+  cal_.NewAttendee(u"j\u00f6rg@b", 0, 2, -1);
+  cal_.addRecurrence(std::make_unique<CRecurrence>())->SetDaily(2, 3, nullptr);
+  vCalendar::ScheduleUseCategoryType(true);
+  vCalendar::SupportSetHoliday(true);
+  EXPECT_EQ(Lines([&](String& o) {
+              vCalendar::AddPriority(o, 2);
+              vCalendar::AddClassification(o, 1);
+              vCalendar::AddCategories(o, 0x6);
+              vCalendar::AddAllDay(o, true);
+              vCalendar::AddXType(o, true);
+              vCalendar::AddLocation(o, cal_.strLocation);
+              vCalendar::AddAccount(o, u"Phone");
+              vCalendar::AddDateTime(o, u"DTEND", GMT(2009, 2, 21, 0, 0), 0);
+              vCalendar::AddDateTimeLocal(o, u"DUE", CDateTime(1235210400.0, 0));
+              vCalendar::AddAudioReminder(o, GMT(2009, 2, 21, 9, 0), true);
+              vCalendar::addAlarm(o, cal_, 1);
+              vCalendar::AddAttendees(o, cal_);
+              vCalendar::addattendees(o, cal_);
+              vCalendar::addrecurrences(o, cal_);
+            }),
+            "PRIORITY:2\r\nCLASS:PRIVATE\r\nCATEGORIES:ANNIVERSARY;HOLIDAY\r\nX-ALLDAY:SET\r\n"
+            "X-TYPE:HOLIDAY\r\nLOCATION;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:Caf=C3=A9\r\n"
+            "X-ACCOUNT:Phone\r\nDTEND:20090220T000000\r\nDUE:20090221T100000\r\n"
+            "AALARM;ENCODING=QUOTED-PRINTABLE:20090221T090000Z;;;\r\n"
+            "ATTENDEE;STATUS=ACCEPTED;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:j=C3=B6rg@b\r\n"
+            "RRULE:D2 #3\r\n");
   vCalendar::SetTimezoneBias(-330);  // TZ after the version
   EXPECT_EQ(Write(cal_).substr(0, 55),
             "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nTZ:-05:30\r\nBEGIN:VEVENT\r\n");
