@@ -3,7 +3,8 @@
 # coverage of src/. Arguments go to ctest, so one subsystem can be measured
 # alone:  scripts/coverage.sh -L text
 # COVERAGE_REPORT=DIR also writes the per-file reports (lines.txt,
-# branches.txt, summary.json) into DIR.
+# branches.txt, summary.json) and every line and branch reached
+# (coverage.json) into DIR; scripts/coverage-lost.py compares two of those.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh >/dev/null
@@ -22,7 +23,8 @@ gcovr_args=(--root . --object-directory "$build" --filter 'src/'
 if [ -n "${COVERAGE_REPORT:-}" ]; then
   mkdir -p "$COVERAGE_REPORT"
   gcovr "${gcovr_args[@]}" --txt "$COVERAGE_REPORT/lines.txt" \
-        --json-summary "$COVERAGE_REPORT/summary.json" --json-summary-pretty
+        --json-summary "$COVERAGE_REPORT/summary.json" --json-summary-pretty \
+        --json "$COVERAGE_REPORT/coverage.json"
   gcovr "${gcovr_args[@]}" --branches --txt "$COVERAGE_REPORT/branches.txt"
 fi
 gcovr "${gcovr_args[@]}" --print-summary | grep -E '^(lines|branches):'
