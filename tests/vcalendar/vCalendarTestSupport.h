@@ -67,9 +67,9 @@ inline std::unique_ptr<CCalendar> Read(std::string_view text) {
   return calendar;
 }
 
-inline std::string Write(const CCalendar& calendar, unsigned int kind = 1) {
+inline std::string Write(const CCalendar& calendar, unsigned int kind = 1, bool reduced = false) {
   vObject object;
-  vCalendar::Generate(&calendar, &object, kind);
+  reduced ? vCalendar::Generate(&calendar, &object, kind, 0) : vCalendar::Generate(&calendar, &object, kind);
   const auto* data = object.object()->GetData();
   return data == nullptr ? std::string()
                          : std::string(reinterpret_cast<const char*>(data),
