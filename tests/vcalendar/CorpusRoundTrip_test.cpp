@@ -26,11 +26,11 @@ TEST(calendar_entries, one_calendar_per_entry_with_the_calendars_own_lines) {
       "BEGIN:VALARM\r\nEND:VALARM\r\nEND:VEVENT\r\nbegin:vtodo\r\nSUMMARY:b\r\n"
       " folded\r\nEND:VTODO\r\nTZ:+01\r\nBEGIN:VEVENT\r\nSUMMARY:open");
   std::vector<std::string> got;
-  for (const CalendarEntry& e : entries) got.push_back(std::to_string(e.firstLine) + (e.todo ? " to-do " : " ") + e.text);
+  for (const auto& e : entries) got.push_back(std::to_string(e.firstLine) + (e.todo ? " todo " : " ") + e.text);
   const std::string head = "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nTZ:+01\r\n", tail = "END:VCALENDAR\r\n";
   EXPECT_EQ(got, (std::vector<std::string>{
                      "4 " + head + "BEGIN:VEVENT\r\nSUMMARY:a\r\nBEGIN:VALARM\r\nEND:VALARM\r\nEND:VEVENT\r\n" + tail,
-                     "9 to-do " + head + "begin:vtodo\r\nSUMMARY:b\r\n folded\r\nEND:VTODO\r\n" + tail,
+                     "9 todo " + head + "begin:vtodo\r\nSUMMARY:b\r\n folded\r\nEND:VTODO\r\n" + tail,
                      "14 " + head + "BEGIN:VEVENT\r\nSUMMARY:open\r\nEND:VEVENT\r\n" + tail}));
   EXPECT_TRUE(SplitCalendarEntries("BEGIN:VCALENDAR\nVERSION:1.0\nEND:VCALENDAR\n").empty());
   ScopedCalendarDefaults defaults;

@@ -2,8 +2,6 @@
 // it must give ("-" when the model cannot hold it) and the text written back.
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "phonepim/text/NSArrayCustom.h"
 #include "vcalendar/vCalendarTestSupport.h"
 

@@ -60,8 +60,12 @@ TEST_P(vcalendar_read, stores_each_property) {
   ReadAccount account;
   vCalendar::Parse(&calendar, &object, &account);
   EXPECT_EQ(Describe(calendar), row.expected);
-  if (row.written != nullptr) EXPECT_EQ(WrittenLines(calendar), row.written);
-  if (row.account != nullptr) EXPECT_EQ(Render(account), row.account);
+  if (row.written != nullptr) {
+    EXPECT_EQ(WrittenLines(calendar), row.written);
+  }
+  if (row.account != nullptr) {
+    EXPECT_EQ(Render(account), row.account);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -78,18 +82,17 @@ INSTANTIATE_TEST_SUITE_P(
                 "UID;ENCODING=8BIT:u\r\n", "summary=caf; loc=caf; uid=u"},
         ReadRow{kStrict,
                 "SUMMARY;CHARSET=SHIFT_JIS:\x93\xfa\x96\x7b\r\nX-ACCOUNT:a\r\nX-ACCOUNT-N:b\r\nX-ACCOUNT-TYPE:c\r\n"
-                "UID:u-1\r\nLAST-MODIFIED:20090221T103000Z\r\nDTCREATE:20090221T103000Z\r\nCOMPLETED:20090222T000000Z\r\n",
+                "UID:u-1\r\nLAST-MODIFIED:20090221T103000Z\r\nDTCREATE:20090221T103000Z\r\n"
+                "COMPLETED:20090222T000000Z\r\n",
                 "summary=日本; account=a; accountN=b; accountType=c; uid=u-1; lmt=20090221T103000Z; "
                 "modified=20090221T1030Z; created=20090221T1030; completed=20090222T0000"},
-        ReadRow{kStrict,
-                "ATTENDEE;ROLE=ATTENDEE;STATUS=DECLIENED:Zo\xc3\xab\r\n"
+        ReadRow{kStrict, "ATTENDEE;ROLE=ATTENDEE;STATUS=DECLIENED:Zo\xc3\xab\r\n"
                 "ATTENDEE;STATUS=DECLINED:c\r\nATTENDEE;STATUS=SEND:d\r\nATTENDEE;STATUS=CONFIRMED:e\r\n",
                 "attendee=Zoë/1/6; attendee=c/0/0; attendee=d/0/3; attendee=e/0/5",
                 "ATTENDEE;ROLE=ATTENDEE;STATUS=DECLIENED;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:"
                 "Zo=C3=AB\r\nATTENDEE;STATUS=NEEDS ACTION:c\r\nATTENDEE;STATUS=SEND:d\r\n"
                 "ATTENDEE;STATUS=CONFIRMED:e\r\n"},
-        ReadRow{kStrict,
-                "AALARM;TYPE=PCM;VALUE=CONTENT-ID:20090221T100000Z;;;\r\n"
+        ReadRow{kStrict, "AALARM;TYPE=PCM;VALUE=CONTENT-ID:20090221T100000Z;;;\r\n"
                 "AALARM;TYPE= wave :20090221T090000\r\n",
                 "alarm=20090221T1000/16/1; alarm=20090221T0900/32/0"},
         ReadRow{kStrict, "RRULE:MD1 LD 20091231T000000Z\r\nXRULE:D1 #2\r\n",
@@ -147,7 +150,8 @@ TEST(vcalendar_read_option, use_timezone_moves_weekdays_of_rules_read_in_the_pho
     ScopedCalendarDefaults defaults(row.zone);
     vCalendar::UseTimezone(row.on);
     const std::string text = Describe(*Read(Event(std::string("TZ:") + row.tz +
-                                                  "\r\nDTSTART:20090301T000000Z\r\nRRULE:W1 MO WE #0\r\nRRULE:MP1 2+ TU #0\r\n")));
+                                                  "\r\nDTSTART:20090301T000000Z\r\nRRULE:W1 MO WE #0\r\n"
+                                                  "RRULE:MP1 2+ TU #0\r\n")));
     EXPECT_EQ(text.substr(text.find("rrule")), row.rules) << row.zone << row.on;
   }
 }

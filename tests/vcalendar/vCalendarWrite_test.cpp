@@ -1,9 +1,6 @@
-// Writing: whole texts of Generate in both forms, and each line writer with
-// the options that change it, on and off.
+// Writing: whole texts of Generate in both forms, each line writer with the
+// options that change it, and which records are written in local time.
 #include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
 
 #include "phonepim/model/CRecurrence.h"
 #include "phonepim/platform/Value.h"

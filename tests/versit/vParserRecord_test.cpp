@@ -1,5 +1,5 @@
-// The tokenizer's record between and during calls: offsets, buffer sizes,
-// what carries over from one CARD_Parse call to the next.
+// The tokenizer's record between and during calls: offsets, pointers into
+// the line, what carries over from one CARD_Parse call to the next.
 #include <gtest/gtest.h>
 
 #include <cstdint>
