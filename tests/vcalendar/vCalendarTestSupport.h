@@ -67,21 +67,18 @@ inline std::unique_ptr<CCalendar> Read(std::string_view text) {
   return calendar;
 }
 
-inline std::string Write(const CCalendar& calendar, unsigned int kind = 1) {
+inline std::string Write(const CCalendar& calendar, unsigned int kind = 1, bool reduced = false) {
   vObject object;
-  vCalendar::Generate(&calendar, &object, kind);
+  reduced ? vCalendar::Generate(&calendar, &object, kind, 0) : vCalendar::Generate(&calendar, &object, kind);
   const auto* data = object.object()->GetData();
-  return data == nullptr ? std::string()
-                         : std::string(reinterpret_cast<const char*>(data),
-                                       object.object()->GetSize());
+  return data == nullptr ? std::string() : std::string(reinterpret_cast<const char*>(data), object.object()->GetSize());
 }
 
 /// yyyymmddThhmm of an instant in GMT.
 inline std::string GMTFields(double instant) {
   const CalendarDate d{instant, u"GMT"};
   char text[40];
-  std::snprintf(text, sizeof text, "%04lld%02lld%02lldT%02lld%02lld",
-                static_cast<long long>(d.yearOfCommonEra()),
+  std::snprintf(text, sizeof text, "%04lld%02lld%02lldT%02lld%02lld", static_cast<long long>(d.yearOfCommonEra()),
                 static_cast<long long>(d.monthOfYear()), static_cast<long long>(d.dayOfMonth()),
                 static_cast<long long>(d.hourOfDay()), static_cast<long long>(d.minuteOfHour()));
   return text;

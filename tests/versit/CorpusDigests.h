@@ -21,8 +21,7 @@ namespace phonepim::testing_support {
 class CorpusDigests {
  public:
   CorpusDigests(const std::string& folder, const std::string& set)
-      : path_(std::string(PHONEPIM_SOURCE_DIR) + "/tests/data/" + folder + "/corpus-" + set +
-              ".txt") {}
+      : path_(std::string(PHONEPIM_SOURCE_DIR) + "/tests/data/" + folder + "/corpus-" + set + ".txt") {}
 
   void Add(const std::string& id, const std::string& description) {
     std::uint64_t hash = 0xcbf29ce484222325ull;

@@ -17,6 +17,7 @@ TEST(object_splitter, finds_top_level_objects_by_their_lines) {
     std::string text;
     std::size_t firstLine;
     bool terminated = true;
+    bool operator==(const Object&) const = default;
   };
   const struct {
     std::string input;
@@ -40,19 +41,16 @@ TEST(object_splitter, finds_top_level_objects_by_their_lines) {
   };
   for (const auto& r : rows) {
     SCOPED_TRACE(&r - rows);
-    const std::vector<VersitObjectSpan> spans = FindVersitObjects(r.input);
     const vObjectPtrArray objects = SplitVersitObjects(r.input);
-    ASSERT_EQ(spans.size(), r.expected.size());
-    ASSERT_EQ(objects.size(), r.expected.size());
-    for (std::size_t i = 0; i < spans.size(); ++i) {
-      EXPECT_EQ(spans[i].offset, r.expected[i].offset);
-      EXPECT_EQ(r.input.substr(spans[i].offset, spans[i].length), r.expected[i].text);
-      EXPECT_EQ(spans[i].firstLine, r.expected[i].firstLine);
-      EXPECT_EQ(spans[i].terminated, r.expected[i].terminated);
-      const vobj::_byte_array* bytes = objects[i]->object();
-      EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes->GetData()), bytes->GetSize()), r.expected[i].text);
-      EXPECT_EQ(objects[i]->objectID(), 0xFFFFFFFFu);
+    std::vector<Object> got;
+    for (const VersitObjectSpan& span : FindVersitObjects(r.input)) {
+      got.push_back({span.offset, r.input.substr(span.offset, span.length), span.firstLine, span.terminated});
+      const vobj::_byte_array* bytes = objects.at(got.size() - 1)->object();
+      EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes->GetData()), bytes->GetSize()), got.back().text);
+      EXPECT_EQ(objects[got.size() - 1]->objectID(), 0xFFFFFFFFu);
     }
+    EXPECT_EQ(got, r.expected);
+    EXPECT_EQ(objects.size(), got.size());
   }
 }
 

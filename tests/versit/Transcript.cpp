@@ -1,40 +1,26 @@
 #include "versit/Transcript.h"
 
 #include <cstdio>
-#include <memory>
 
 #include "versit/vParserInternal.h"
 
 namespace phonepim::testing_versit {
 namespace {
 
-void OnProperty(void* userData, const char* name, char** params) {
-  auto* transcript = static_cast<Transcript*>(userData);
+std::string PropertyEntry(const char* name, char** params) {
+  if (params == nullptr) return "!params null";
   std::string entry = "P:" + RenderBytes(name, true);
-  if (params == nullptr) {
-    transcript->push_back("!params null");
-    return;
-  }
   for (char** pair = params; pair[0] != nullptr || pair[1] != nullptr; pair += 2) {
-    if (pair[0] == nullptr) {
-      transcript->push_back("!value without name");
-      return;
-    }
-    entry += ";" + RenderBytes(pair[0], true);
-    if (pair[1] != nullptr) entry += "=" + RenderBytes(pair[1], true);
+    if (pair[0] == nullptr) return "!value without name";
+    entry += ";" + RenderBytes(pair[0], true) + (pair[1] != nullptr ? "=" + RenderBytes(pair[1], true) : "");
   }
-  transcript->push_back(std::move(entry));
+  return entry;
 }
 
-void OnData(void* userData, const char* data, int length) {
-  auto* transcript = static_cast<Transcript*>(userData);
-  if (data == nullptr) {
-    transcript->push_back(length == 0 ? "E" : "!null data with length");
-  } else if (length <= 0) {
-    transcript->push_back("!data with length " + std::to_string(length));
-  } else {
-    transcript->push_back("D:" + RenderBytes(std::string_view(data, length), false));
-  }
+std::string DataEntry(const char* data, int length) {
+  if (data == nullptr) return length == 0 ? "E" : "!null data with length";
+  if (length <= 0) return "!data with length " + std::to_string(length);
+  return "D:" + RenderBytes(std::string_view(data, length), false);
 }
 
 ParserPtr MakeParser(Transcript* transcript, Handlers handlers, bool lenient = false) {
@@ -42,10 +28,14 @@ ParserPtr MakeParser(Transcript* transcript, Handlers handlers, bool lenient = f
   CARD_SetLenient(parser.get(), lenient ? 1 : 0);
   CARD_SetUserData(parser.get(), transcript);
   if (handlers == Handlers::kBoth || handlers == Handlers::kPropOnly) {
-    CARD_SetPropHandler(parser.get(), &OnProperty);
+    CARD_SetPropHandler(parser.get(), [](void* userData, const char* name, char** params) {
+      static_cast<Transcript*>(userData)->push_back(PropertyEntry(name, params));
+    });
   }
   if (handlers == Handlers::kBoth || handlers == Handlers::kDataOnly) {
-    CARD_SetDataHandler(parser.get(), &OnData);
+    CARD_SetDataHandler(parser.get(), [](void* userData, const char* data, int length) {
+      static_cast<Transcript*>(userData)->push_back(DataEntry(data, length));
+    });
   }
   return parser;
 }

@@ -45,16 +45,5 @@ TEST(byte_array, grows_to_exactly_the_requested_size_and_never_shrinks) {
   EXPECT_DEATH(array.Alloc(0x100000000ul), "Assertion failed: \\(size <= 0xFFFFFFFF\\), function Alloc");
 }
 
-TEST(v_object, starts_without_an_id_or_bytes_and_clear_releases_objects) {
-  auto object = std::make_shared<vObject>();
-  EXPECT_EQ(object->objectID(), 0xFFFFFFFFu);
-  EXPECT_EQ(object->object()->GetData(), nullptr);
-  vObjectPtrArray objects;
-  objects.push_back(object);
-  objects.Clear();
-  EXPECT_TRUE(objects.empty());
-  EXPECT_EQ(object.use_count(), 1);
-}
-
 }  // namespace
 }  // namespace phonepim
