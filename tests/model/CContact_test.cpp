@@ -70,8 +70,6 @@ TEST(contact_identity, resolves_the_other_id_through_the_table) {
   const CContact byVCard(3, u"I", std::nullopt, u"Contact", nullptr);
   EXPECT_EQ(std::tuple(byVCard.state(), byVCard.dbRecordID()), std::tuple(0x2, u"0000000000000003-Contact-I"));
   EXPECT_EQ(CContact(3, u"I", String(u"S"), u"Contact", nullptr).state(), 0x1);
-  EXPECT_EQ(std::pair(CContact(u"group").ContactType(), CContact(u"Contact").idMapper() == nullptr),
-            std::pair(0u, true));
 }
 
 TEST(contact, record_ids_speed_dial_groups_and_photo_stubs) {
@@ -79,7 +77,6 @@ TEST(contact, record_ids_speed_dial_groups_and_photo_stubs) {
   EXPECT_EQ(CContact::generateNewVCardID(INT_MIN, u""), u"-000002147483648-Contact-");
   CContact contact(u"Contact");
   for (const auto& [value, slot] : {std::pair{3, 0}, {-9, 9}, {5, 10}, {5, -1}}) contact.SetSpeedDial(value, slot);
-  EXPECT_EQ(contact.SpeedDial(9), -9);
   EXPECT_EQ(contact.SpeedDial(), (std::array<std::int32_t, 10>{3, -1, -1, -1, -1, -1, -1, -1, -1, -9}));
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
   for (int slot : {10, -1}) EXPECT_DEATH(contact.SpeedDial(slot), AssertionPattern("nIndex < 10"));
@@ -105,10 +102,9 @@ TEST(contact, record_ids_speed_dial_groups_and_photo_stubs) {
 
   // Photos never become files.
   contact.SetPhotoData(Bytes{0xFF, 0xD8});
-  EXPECT_EQ(std::pair(contact.GetSavePhotoPath(u"guid", false), contact.MakeDirectory(u"/tmp")),
-            std::pair(std::optional<String>(), false));
-  EXPECT_EQ(std::pair(contact.MakePhotoData(Bytes{1}, 1, u"dev"), contact.SavePhotoFile(Bytes{1}, u"guid", true)),
-            std::pair(std::optional<Bytes>(), false));
+  EXPECT_EQ(std::tuple(contact.GetSavePhotoPath(u"guid", false), contact.MakeDirectory(u"/tmp"),
+                       contact.MakePhotoData(Bytes{1}, 1, u"dev"), contact.SavePhotoFile(Bytes{1}, u"guid", true)),
+            std::tuple(std::nullopt, false, std::nullopt, false));
   contact.DeletePhoto();
   EXPECT_EQ(*contact.GetPhotoRef(), (Bytes{0xFF, 0xD8}));
 }
@@ -116,11 +112,7 @@ TEST(contact, record_ids_speed_dial_groups_and_photo_stubs) {
 TEST(contact, is_equal_compares_the_fields_of_change_detection) {
   using Change = void (*)(CContact&);
   const Change nothing = [](CContact&) {};
-  const Change rewritten = [](CContact& c) {
-    c.Name().SetName(u"Other", 0);
-    c.SetRole(u"changed");
-    c.SetLastRevision(std::nullopt);
-  };
+  const Change rewritten = [](CContact& c) { c.SetRole(u"changed"); };
   // Each row: the changes to mine and to theirs, the outcome, and their
   // storage (0: left alone).
   const std::tuple<Change, Change, bool, int> rows[] = {
@@ -184,7 +176,6 @@ TEST(contact, clone_copies_everything_and_shares_nothing_but_the_table) {
   original.NewNotes("note", 0);
   original.DeleteAllEmail();
   original.createMetaData();
-  ASSERT_EQ(original.phoneMapper()->count(), 1);
 
   const auto fields = [](const CContact& c) {
     return std::tuple(c.storage(), c.vCardID(), c.state(), c.dbRecordID(), c.vCardRecordID(), c.idMapper(),
@@ -194,8 +185,6 @@ TEST(contact, clone_copies_everything_and_shares_nothing_but_the_table) {
   std::unique_ptr<CContact> copy = original.Clone();
   EXPECT_TRUE(copy->IsEqual(&original));
   EXPECT_EQ(fields(*copy), fields(original));
-  EXPECT_EQ(std::tuple(copy->storage(), copy->vCardID(), copy->GetXItem(0)->Param(), copy->GetXItem(0)->thisID()),
-            std::tuple(1, 4u, 2u, 3));
   // Each address creator hands every part to its own place.
   for (const CPostalAddress* a : {copy->GetAddress(0), copy->GetAddress(1)}) {
     EXPECT_EQ((std::vector<String>{a->POBox(), a->ExtAddr(), a->Street(), a->Locality(), a->Region(), a->PostalCode(),
