@@ -4,10 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
 #include <functional>
-#include <string>
-#include <vector>
 
 #include "datetime/DateTimeFixtures.h"
 #include "model/AssertionPattern.h"
@@ -22,12 +19,6 @@ Array Ints(std::initializer_list<int> values) {
   return array;
 }
 
-std::vector<std::int64_t> Numbers(const Array& array) {
-  std::vector<std::int64_t> numbers;
-  for (const Value& v : array) numbers.push_back(v.get<std::int64_t>());
-  return numbers;
-}
-
 // Each row is one call that builds a rule of `type` or stops at the named
 // assertion, leaving the rule it had alone.
 TEST(recurrence, setters_accept_their_bounds_or_stop_with_the_exact_text) {
@@ -40,11 +31,8 @@ TEST(recurrence, setters_accept_their_bounds_or_stop_with_the_exact_text) {
   const char* const kPosWeekday = "[num intValue] >= 0 &&[num intValue] < 7";
   const char* const kMonth = "[num intValue] >= 1 && [num intValue] <= 12";
   const char* const kYearday = "[num intValue] >= 1 && [num intValue] <= 366";
-  const struct {
-    std::function<void(CRecurrence&)> call;
-    int type;
-    const char* failure;  // nullptr: accepted
-  } rows[] = {
+  // Each row: the call, the kind it builds, and the text it stops with (nullptr: none).
+  const std::tuple<std::function<void(CRecurrence&)>, int, const char*> rows[] = {
       {[](CRecurrence& r) { r.SetDaily(200, 9, nullptr); }, 1, nullptr},
       {[](CRecurrence& r) { r.SetDaily(201, 0, nullptr); }, 1, "nDayInterval > 0 && nDayInterval <= 200"},
       // The interval is checked first.
@@ -68,8 +56,6 @@ TEST(recurrence, setters_accept_their_bounds_or_stop_with_the_exact_text) {
       {[&](CRecurrence& r) { r.SetMonthlyByPos(1, Ints({0}), one, 0, nullptr); }, 3, kPosBound},
       {[&](CRecurrence& r) { r.SetMonthlyByPos(1, Ints({1, 6}), one, 0, nullptr); }, 3, kPosBound},
       {[&](CRecurrence& r) { r.SetMonthlyByPos(1, Ints({-6}), one, 0, nullptr); }, 3, kPosBound},
-      // Positions are checked before weekdays.
-      {[&](CRecurrence& r) { r.SetMonthlyByPos(1, Ints({9}), Ints({9}), 0, nullptr); }, 3, kPosBound},
       {[&](CRecurrence& r) { r.SetMonthlyByPos(1, one, Ints({7}), 0, nullptr); }, 3, kPosWeekday},
       {[&](CRecurrence& r) { r.SetMonthlyByPos(1, one, Ints({-1}), 0, nullptr); }, 3, kPosWeekday},
       {[](CRecurrence& r) { r.SetMonthlyByDay(1, Ints({31, -31}), 0, nullptr); }, 4, nullptr},
@@ -96,29 +82,26 @@ TEST(recurrence, setters_accept_their_bounds_or_stop_with_the_exact_text) {
       {[&](CRecurrence& r) { r.SetYearlyByDay(1, Ints({5, 367}), 0, nullptr); }, 6, kYearday},
   };
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  for (const auto& r : rows) {
-    SCOPED_TRACE(&r - rows);
-    CRecurrence recurrence;
-    if (r.failure != nullptr) {
-      EXPECT_DEATH(r.call(recurrence), testing_support::AssertionPattern(r.failure));
+  CRecurrence before;
+  const Array days = Ints({2, 4});
+  before.SetWeekly(3, 7, nullptr, &days);
+  for (const auto& row : rows) {
+    const auto& [call, type, text] = row;
+    SCOPED_TRACE(&row - rows);
+    CRecurrence recurrence = before;
+    if (text != nullptr) {
+      EXPECT_DEATH(call(recurrence), testing_support::AssertionPattern(text));
     }
     const ScopedAssertionHandler throwing(&ThrowingAssertionHandler);
-    const Array days = Ints({2, 4});
-    recurrence.SetWeekly(3, 7, nullptr, &days);
-    if (r.failure == nullptr) {
-      r.call(recurrence);
-      EXPECT_EQ(recurrence.GetRecurrenceData()->Type(), r.type);
-      continue;
-    }
+    std::string failure;
     try {
-      r.call(recurrence);
-      ADD_FAILURE() << "no assertion";
-    } catch (const AssertionFailure& failure) {
-      EXPECT_EQ(failure.text(), r.failure);
+      call(recurrence);
+    } catch (const AssertionFailure& e) {
+      failure = e.text();
     }
-    const auto& weekly = dynamic_cast<const WeeklyData&>(*recurrence.GetRecurrenceData());
-    EXPECT_EQ(std::pair(weekly.Interval(), weekly.duration()), std::pair(3, 7));
-    EXPECT_EQ(Numbers(weekly.ArrayWeekday()), (std::vector<std::int64_t>{2, 4}));
+    const bool unchanged = recurrence.IsEqual(before) && before.IsEqual(recurrence);
+    EXPECT_EQ(std::tuple(failure, recurrence.GetRecurrenceData()->Type(), text == nullptr || unchanged),
+              std::tuple(std::string(text != nullptr ? text : ""), text != nullptr ? 2 : type, true));
   }
 }
 
@@ -128,7 +111,7 @@ TEST(recurrence, copies_are_deep) {
   CRecurrence copy = original;
   AddSorted(dynamic_cast<MonthlyByDayData&>(*copy.GetRecurrenceData()).ArrayMonthday(), 20);
   const auto& kept = dynamic_cast<const MonthlyByDayData&>(*original.GetRecurrenceData());
-  EXPECT_EQ(Numbers(kept.ArrayMonthday()), (std::vector<std::int64_t>{1, 15}));
+  EXPECT_EQ(kept.ArrayMonthday(), Ints({1, 15}));
   CRecurrence assigned;
   assigned.SetDaily(1, 0, nullptr);
   assigned = original;
@@ -139,32 +122,8 @@ TEST(recurrence, copies_are_deep) {
   byPos.ArrayWeekPos() = Ints({-1});
   const std::unique_ptr<RecurrenceData> clone = byPos.Clone();
   dynamic_cast<MonthlyByPosData&>(*clone).ArrayWeekPos().emplace_back(6);
-  EXPECT_EQ(byPos.ArrayWeekPos().size(), 1u);
-  EXPECT_EQ(RecurrenceData(7).Clone()->Type(), 7);
+  EXPECT_EQ(std::pair(byPos.ArrayWeekPos().size(), RecurrenceData(7).Clone()->Type()), std::pair(std::size_t{1}, 7));
   EXPECT_NE(dynamic_cast<const YearlyByDayData*>(YearlyByDayData().Clone().get()), nullptr);
-}
-
-// AddSorted walks from the end: on an unsorted list the walk decides, not
-// the sorted place.
-TEST(recurrence, add_sorted_walks_from_the_end) {
-  const struct {
-    std::vector<int> start, added;
-    std::vector<std::int64_t> expected;
-  } rows[] = {
-      {{}, {3, 1, 3, 2}, {1, 2, 3}},
-      {{}, {INT_MAX, INT_MIN, 0, INT_MIN}, {INT_MIN, 0, INT_MAX}},
-      {{1, 5}, {0, 3, 6}, {0, 1, 3, 5, 6}},
-      {{5, 1}, {3}, {5, 1, 3}},
-      {{5, 1}, {5}, {5, 1, 5}},
-      {{5, 1}, {0}, {0, 5, 1}},
-      {{5, 1}, {1}, {5, 1}},
-  };
-  for (const auto& r : rows) {
-    Array array;
-    for (int v : r.start) array.emplace_back(v);
-    for (int v : r.added) AddSorted(array, v);
-    EXPECT_EQ(Numbers(array), r.expected) << &r - rows;
-  }
 }
 
 TEST(recurrence_data, is_equal_compares_type_interval_duration_end_date_and_lists) {
@@ -172,8 +131,7 @@ TEST(recurrence_data, is_equal_compares_type_interval_duration_end_date_and_list
   DailyData base;
   base.setUntilDate(CDateTime(1e9, CDateTime::kTimeZoneTypeLocal));
   const std::function<void(RecurrenceData&)> changes[] = {
-      [](RecurrenceData& r) { r.setType(2); },
-      [](RecurrenceData& r) { r.setInterval(2); },
+      [](RecurrenceData& r) { r.setType(2); }, [](RecurrenceData& r) { r.setInterval(2); },
       [](RecurrenceData& r) { r.setDuration(10); },
       [](RecurrenceData& r) { r.setUntilDate(CDateTime(1e9, CDateTime::kTimeZoneTypeGMT)); },
       [](RecurrenceData& r) { r.setUntilDate(CDateTime(1e9 + 1, CDateTime::kTimeZoneTypeLocal)); },
@@ -201,53 +159,43 @@ TEST(recurrence_data, is_equal_compares_type_interval_duration_end_date_and_list
     return date;
   }();
   same.setUntilDate(madeInTokyo);
-  EXPECT_EQ(same.UntilDate()->GetStatus(), CDateTime::kStatusValid);
-  EXPECT_TRUE(base.IsEqual(same));
+  EXPECT_EQ(std::pair(same.UntilDate()->GetStatus(), base.IsEqual(same)), std::pair(CDateTime::kStatusValid, true));
 
   // Each kind compares its own lists first, one-sidedly; a kind with lists
   // is never equal to another kind, a kind without lists compares the
   // shared fields only.
-  MonthlyByPosData firstMonday, wider, otherWeekday;
+  MonthlyByPosData firstMonday, wider, otherWeekday, byPosAsWeekly;
   firstMonday.ArrayWeekPos() = wider.ArrayWeekPos() = otherWeekday.ArrayWeekPos() = Ints({1});
   firstMonday.ArrayWeekday() = Ints({1});
   wider.ArrayWeekPos().emplace_back(-1);
   wider.ArrayWeekday() = Ints({1, 5});
   otherWeekday.ArrayWeekday() = Ints({2});
-  EXPECT_EQ(std::pair(firstMonday.IsEqual(wider), wider.IsEqual(firstMonday)), std::pair(true, false));
-  EXPECT_FALSE(firstMonday.IsEqual(otherWeekday));
   MonthlyByDayData fifteenth, twoDays;
   fifteenth.ArrayMonthday() = Ints({15});
   twoDays.ArrayMonthday() = Ints({-1, 15});
-  EXPECT_EQ(std::pair(fifteenth.IsEqual(twoDays), twoDays.IsEqual(fifteenth)), std::pair(true, false));
-  YearlyByMonthData june, december;
+  YearlyByMonthData june, december, noMonth;
   june.ArrayMonth() = Ints({6});
   december.ArrayMonth() = Ints({12});
-  EXPECT_EQ(std::pair(june.IsEqual(december), YearlyByMonthData().IsEqual(june)), std::pair(false, true));
-  YearlyByDayData day100, day200;
-  day100.ArrayYearday() = Ints({100});
+  YearlyByDayData day100, day200, alsoDay100, day100EveryOther;
+  day100.ArrayYearday() = alsoDay100.ArrayYearday() = day100EveryOther.ArrayYearday() = Ints({100});
   day200.ArrayYearday() = Ints({200});
-  EXPECT_EQ(std::pair(day100.IsEqual(day200), day100.IsEqual(december)), std::pair(false, false));
-  day200.ArrayYearday() = Ints({100});
-  EXPECT_TRUE(day100.IsEqual(day200));
-  day200.setInterval(2);
-  EXPECT_FALSE(day100.IsEqual(day200));
+  day100EveryOther.setInterval(2);
   WeeklyData weekly;
   DailyData dailyAsWeekly;
   dailyAsWeekly.setType(RecurrenceData::kWeekly);
-  MonthlyByPosData byPosAsWeekly;
   byPosAsWeekly.setType(RecurrenceData::kWeekly);
-  EXPECT_EQ((std::vector<bool>{weekly.IsEqual(byPosAsWeekly), weekly.IsEqual(dailyAsWeekly),
-                               dailyAsWeekly.IsEqual(weekly)}),
-            (std::vector<bool>{false, false, true}));
+  const std::tuple<const RecurrenceData&, const RecurrenceData&, bool> rows[] = {
+      {firstMonday, wider, true},       {wider, firstMonday, false},  {firstMonday, otherWeekday, false},
+      {fifteenth, twoDays, true},       {twoDays, fifteenth, false},  {june, december, false},
+      {noMonth, june, true},            {day100, day200, false},      {day100, december, false},
+      {day100, alsoDay100, true},       {day100, day100EveryOther, false}, {weekly, byPosAsWeekly, false},
+      {weekly, dailyAsWeekly, false},   {dailyAsWeekly, weekly, true}};
+  for (const auto& row : rows) EXPECT_EQ(std::get<0>(row).IsEqual(std::get<1>(row)), std::get<2>(row)) << &row - rows;
   // CRecurrence compares rules, or their absence.
-  CRecurrence noRule, daily, onMonday, onTwoDays;
+  CRecurrence noRule, daily;
   daily.SetDaily(1, 0, nullptr);
-  EXPECT_EQ((std::vector<bool>{noRule.IsEqual(CRecurrence()), noRule.IsEqual(daily), daily.IsEqual(noRule)}),
-            (std::vector<bool>{true, false, false}));
-  const Array monday = Ints({1}), mondayWednesday = Ints({3, 1});
-  onMonday.SetWeekly(1, 0, nullptr, &monday);
-  onTwoDays.SetWeekly(1, 0, nullptr, &mondayWednesday);
-  EXPECT_EQ(std::pair(onMonday.IsEqual(onTwoDays), onTwoDays.IsEqual(onMonday)), std::pair(true, false));
+  EXPECT_EQ(std::tuple(noRule.IsEqual(CRecurrence()), noRule.IsEqual(daily), daily.IsEqual(noRule)),
+            std::tuple(true, false, false));
 }
 
 }  // namespace
