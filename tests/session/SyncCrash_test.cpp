@@ -1,6 +1,7 @@
 // A sync killed at each of its writes in turn: afterwards the next sync
 // must converge to exactly what an uninterrupted sync leaves, with the
-// table file and the store in agreement.
+// table file and the store in agreement. And the calendar back out of a
+// store another host wrote.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -10,9 +11,13 @@
 #include "phonepim/mapping/CalendarIDMappingTable.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/platform/PropertyList.h"
+#include "phonepim/session/CalendarFromStore.h"
 #include "phonepim/session/ContactsFromStore.h"
 #include "phonepim/session/SyncSession.h"
 #include "phonepim/store/SyncStore.h"
+#include "phonepim/sync/CalendarRecord.h"
+#include "phonepim/sync/SyncRecordSchema.h"
+#include "phonepim/vcalendar/vCalendar.h"
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
 
@@ -30,14 +35,17 @@ std::string Card(const std::string& name, const std::vector<std::string>& tels) 
   return card + "EMAIL;INTERNET:" + name.substr(0, name.find(';')) + "@example.org\r\nEND:VCARD\r\n";
 }
 
+std::string TextOf(const vObject& object) {
+  return std::string(reinterpret_cast<const char*>(object.object()->GetData()), object.object()->GetSize());
+}
+
 /// The phone's contacts as the store gives them back, as vCard text.
 std::string ExportText(const SyncStore& store) {
   std::string text;
   for (const auto& contact : ContactsFromStore(store, kPhone.imei)) {
     vObject object;
     vCard::Generate(contact.get(), &object);
-    text.append(reinterpret_cast<const char*>(object.object()->GetData()),
-                object.object()->GetSize());
+    text += TextOf(object);
   }
   return text;
 }
@@ -54,9 +62,6 @@ class StoreFolder {
  public:
   std::filesystem::path store() const { return folder_.path() / "store.sqlite"; }
   std::filesystem::path tables() const { return SyncSession::TableFolderOf(store()); }
-  std::filesystem::path tableFile() const {
-    return ContactIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, tables());
-  }
 
  private:
   ScratchFolder folder_;
@@ -84,9 +89,10 @@ struct Outcome {
 
 Outcome Check(const StoreFolder& folder) {
   const SyncStore store(folder.store(), SyncStore::OpenMode::kReadOnly);
-  EXPECT_TRUE(FileAgreesWithStore(store, folder.tableFile()));
-  EXPECT_TRUE(FileAgreesWithStore(
-      store, CalendarIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, folder.tables())));
+  for (const auto& file : {ContactIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, folder.tables()),
+                           CalendarIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, folder.tables())}) {
+    EXPECT_TRUE(FileAgreesWithStore(store, file)) << file;
+  }
   return {ExportText(store), store.entities()};
 }
 
@@ -138,6 +144,25 @@ TEST(sync_crash, a_sync_stopped_at_any_write_converges) {
                      .written)
         << "stopped at write " << stop;
   }
+}
+
+// Another host writes an event with nothing but its entity and summary.
+TEST(calendar_from_store, an_event_without_its_usual_keys_comes_back) {
+  ScratchFolder folder;
+  SyncStore store(folder.path() / "store.sqlite", SyncStore::OpenMode::kCreate);
+  store.begin();
+  store.setTable(u"Calendar_N900_35",
+                 Value(Dictionary{{u"0000000000000001-Calendar-35_Appointment", Dictionary{{u"dbRecordID", u"E"}}}}), "");
+  store.add(u"E", {{ISyncRecordEntityNameKey, calendar_record::kEventEntityName}, {calendar_record::kSummary, u"Dentist"}});
+  store.commit();
+  const auto entries = CalendarFromStore(store, u"35");
+  ASSERT_EQ(entries.size(), 1u);
+  vObject object;
+  vCalendar::Generate(entries[0].get(), &object, static_cast<unsigned int>(entries[0]->GetType()));
+  EXPECT_EQ(TextOf(object),
+            "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nCLASS:PUBLIC\r\nSUMMARY:Dentist\r\n"
+            "CATEGORIES:APPOINTMENT\r\nSTATUS:NONE\r\nPRIORITY:0\r\nX-ALLDAY:UNSET\r\nEND:VEVENT\r\n"
+            "END:VCALENDAR");
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // The example of docs/synchronising-contacts.md, compiled and run, and a
-// check that the document and the README show exactly this code.
+// check that the documents show exactly the code of both examples.
 
 #include <gtest/gtest.h>
 
@@ -83,11 +83,15 @@ TEST(synchronising_contacts_example, a_second_synchronisation_keeps_the_identifi
   EXPECT_EQ(record.at(u"phone numbers"), Value(Array(first.begin(), first.end())));
 }
 
-TEST(synchronising_contacts_example, the_documents_show_this_code) {
-  const std::string example = ExampleIn("tests/sync/SynchronisingContactsExample_test.cpp");
-  ASSERT_FALSE(example.empty());
-  EXPECT_EQ(CodeAfter("docs/synchronising-contacts.md", "```cpp"), example);
-  EXPECT_EQ(CodeAfter("README.md", "<!-- synchronising-contacts example -->"), example);
+// The documents and the README show exactly the code of both examples.
+TEST(synchronising_examples, the_documents_show_this_code) {
+  const char* const examples[][2] = {{"Contacts", "contacts"}, {"Calendars", "calendars"}};
+  for (const auto& [name, doc] : examples) {
+    const std::string example = ExampleIn(std::string("tests/sync/Synchronising") + name + "Example_test.cpp");
+    ASSERT_FALSE(example.empty()) << name;
+    EXPECT_EQ(CodeAfter(std::string("docs/synchronising-") + doc + ".md", "```cpp"), example);
+    EXPECT_EQ(CodeAfter("README.md", std::string("<!-- synchronising-") + doc + " example -->"), example);
+  }
 }
 
 }  // namespace
