@@ -85,7 +85,7 @@ TEST_F(reconciliation, entries_are_new_kept_or_deleted_by_value) {
   // Unchanged values keep their identifiers; equal values claim distinct
   // entries; a changed value deletes the old entry and adds a new one.
   const IDs second = SyncIMs({{u"111", kAIM}, {u"999", kAIM}, {u"111", kSkype}, {u"111", kMessengerTypeICQ}});
-  EXPECT_EQ(StatesOf(IMs()),
+  ASSERT_EQ(StatesOf(IMs()),
             (States{"NoChange/Linked", "Delete/Unlinked", "NoChange/Linked", "New/Linked", "New/Linked"}));
   const IDs ids = IdentifiersOf(IMs());
   EXPECT_EQ(second, (IDs{first[0], ids[3], first[2], ids[4]}));
