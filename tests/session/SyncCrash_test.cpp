@@ -17,9 +17,8 @@
 #include "phonepim/store/SyncStore.h"
 #include "phonepim/sync/CalendarRecord.h"
 #include "phonepim/sync/SyncRecordSchema.h"
-#include "phonepim/vcalendar/vCalendar.h"
-#include "phonepim/vcard/vCard.h"
-#include "phonepim/versit/vObject.h"
+#include "vcalendar/vCalendarTestSupport.h"
+#include "vcard/vCardTestSupport.h"
 
 namespace phonepim {
 namespace {
@@ -35,18 +34,10 @@ std::string Card(const std::string& name, const std::vector<std::string>& tels) 
   return card + "EMAIL;INTERNET:" + name.substr(0, name.find(';')) + "@example.org\r\nEND:VCARD\r\n";
 }
 
-std::string TextOf(const vObject& object) {
-  return std::string(reinterpret_cast<const char*>(object.object()->GetData()), object.object()->GetSize());
-}
-
 /// The phone's contacts as the store gives them back, as vCard text.
 std::string ExportText(const SyncStore& store) {
   std::string text;
-  for (const auto& contact : ContactsFromStore(store, kPhone.imei)) {
-    vObject object;
-    vCard::Generate(contact.get(), &object);
-    text += TextOf(object);
-  }
+  for (const auto& contact : ContactsFromStore(store, kPhone.imei)) text += testing_vcard::Generated(*contact);
   return text;
 }
 
@@ -151,15 +142,14 @@ TEST(calendar_from_store, an_event_without_its_usual_keys_comes_back) {
   ScratchFolder folder;
   SyncStore store(folder.path() / "store.sqlite", SyncStore::OpenMode::kCreate);
   store.begin();
-  store.setTable(u"Calendar_N900_35",
-                 Value(Dictionary{{u"0000000000000001-Calendar-35_Appointment", Dictionary{{u"dbRecordID", u"E"}}}}), "");
-  store.add(u"E", {{ISyncRecordEntityNameKey, calendar_record::kEventEntityName}, {calendar_record::kSummary, u"Dentist"}});
+  const Dictionary entry{{u"dbRecordID", u"E"}};
+  store.setTable(u"Calendar_N900_35", Value(Dictionary{{u"0000000000000001-Calendar-35_Appointment", entry}}), "");
+  store.add(u"E", {{ISyncRecordEntityNameKey, calendar_record::kEventEntityName},
+                   {calendar_record::kSummary, u"Dentist"}});
   store.commit();
   const auto entries = CalendarFromStore(store, u"35");
   ASSERT_EQ(entries.size(), 1u);
-  vObject object;
-  vCalendar::Generate(entries[0].get(), &object, static_cast<unsigned int>(entries[0]->GetType()));
-  EXPECT_EQ(TextOf(object),
+  EXPECT_EQ(testing_vcalendar::Write(*entries[0], static_cast<unsigned int>(entries[0]->GetType())),
             "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nCLASS:PUBLIC\r\nSUMMARY:Dentist\r\n"
             "CATEGORIES:APPOINTMENT\r\nSTATUS:NONE\r\nPRIORITY:0\r\nX-ALLDAY:UNSET\r\nEND:VEVENT\r\n"
             "END:VCALENDAR");

@@ -45,21 +45,24 @@ Dictionary Record(const String& entity) {
 TEST(sync_store, keeps_records_exactly_and_lists_them_by_entity) {
   ScratchFolder folder;
   const auto path = folder.path() / "a" / "store.sqlite";
+  const std::string at = "store " + path.string() + ": ";
   {
     SyncStore store(path, Mode::kCreate);
-    EXPECT_THROW(store.add(u"1", Record(kURLEntityName)), StoreError);  // no transaction
+    EXPECT_EQ(ErrorOf([&] { store.add(u"1", Record(kURLEntityName)); }), at + "a change outside a transaction");
     store.begin();
     store.add(u"2", Record(kPhoneNumberEntityName));
     store.add(u"1", Record(kPhoneNumberEntityName));
     store.add(u"3", Record(kContactEntityName));
-    EXPECT_THROW(store.add(u"1", Record(kURLEntityName)), StoreError);
-    EXPECT_THROW(store.add(u"4", Dictionary{{u"value", u"x"}}), StoreError);
+    EXPECT_EQ(ErrorOf([&] { store.add(u"1", Record(kURLEntityName)); }),
+              at + "cannot add record 1: UNIQUE constraint failed: records.id");
+    EXPECT_EQ(ErrorOf([&] { store.add(u"4", Dictionary{{u"value", u"x"}}); }), at + "record 4 has no entity name");
     store.commit();
     store.begin();
     store.modify(u"2", Dictionary{{ISyncRecordEntityNameKey, kEmailAddressEntityName}});
     EXPECT_TRUE(store.remove(u"3"));
     EXPECT_FALSE(store.remove(u"3"));
-    EXPECT_THROW(store.modify(u"9", Record(kURLEntityName)), StoreError);
+    EXPECT_EQ(ErrorOf([&] { store.modify(u"9", Record(kURLEntityName)); }),
+              at + "no record 9 to change, or the change has no entity name");
     store.setTable(u"N900(35)", Value(Dictionary{{u"K", Record(kURLEntityName)}}), "10:20.5:30");
     store.commit();
     // A rolled back sync changes nothing, and neither does one abandoned

@@ -67,7 +67,9 @@ class reconciliation : public TableFixture {
     return container.createMetaData();
   }
   const Array& IMs() const { return Entries(*table_, u"C", kIMsKey); }
-  IDs ContactDataIMs() const { return Strings(Find(table_->meta(u"C")->at(u"Contact Data").get<Dictionary>(), kIMsKey)); }
+  IDs ContactDataIMs() const {
+    return Strings(Find(table_->meta(u"C")->at(u"Contact Data").get<Dictionary>(), kIMsKey));
+  }
   std::shared_ptr<ContactIDMappingTable> table_;
 };
 

@@ -53,8 +53,9 @@ std::pair<Dictionary, int> Build(const VocabularyRow& r) {
   switch (r.box) {
     case kPhone:
     case kZandor:
-      return Build<PhoneContainer>(
-          [&](auto& c) { return c.createPhoneDataForDB(Optional(r.value), r.type, Optional(r.label), r.box == kZandor); });
+      return Build<PhoneContainer>([&](auto& c) {
+        return c.createPhoneDataForDB(Optional(r.value), r.type, Optional(r.label), r.box == kZandor);
+      });
     case kURL:
       return Build<URLContainer>([&](auto& c) { return c.createURLDataForDB(value, r.type); });
     case kDate:
