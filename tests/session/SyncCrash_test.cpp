@@ -1,7 +1,6 @@
 // A sync killed at each of its writes in turn: afterwards the next sync
 // must converge to exactly what an uninterrupted sync leaves, with the
-// table file and the store in agreement. And the calendar back out of a
-// store another host wrote.
+// table file and the store in agreement.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -11,13 +10,9 @@
 #include "phonepim/mapping/CalendarIDMappingTable.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/platform/PropertyList.h"
-#include "phonepim/session/CalendarFromStore.h"
 #include "phonepim/session/ContactsFromStore.h"
 #include "phonepim/session/SyncSession.h"
 #include "phonepim/store/SyncStore.h"
-#include "phonepim/sync/CalendarRecord.h"
-#include "phonepim/sync/SyncRecordSchema.h"
-#include "vcalendar/vCalendarTestSupport.h"
 #include "vcard/vCardTestSupport.h"
 
 namespace phonepim {
@@ -135,24 +130,6 @@ TEST(sync_crash, a_sync_stopped_at_any_write_converges) {
                      .written)
         << "stopped at write " << stop;
   }
-}
-
-// Another host writes an event with nothing but its entity and summary.
-TEST(calendar_from_store, an_event_without_its_usual_keys_comes_back) {
-  ScratchFolder folder;
-  SyncStore store(folder.path() / "store.sqlite", SyncStore::OpenMode::kCreate);
-  store.begin();
-  const Dictionary entry{{u"dbRecordID", u"E"}};
-  store.setTable(u"Calendar_N900_35", Value(Dictionary{{u"0000000000000001-Calendar-35_Appointment", entry}}), "");
-  store.add(u"E", {{ISyncRecordEntityNameKey, calendar_record::kEventEntityName},
-                   {calendar_record::kSummary, u"Dentist"}});
-  store.commit();
-  const auto entries = CalendarFromStore(store, u"35");
-  ASSERT_EQ(entries.size(), 1u);
-  EXPECT_EQ(testing_vcalendar::Write(*entries[0], static_cast<unsigned int>(entries[0]->GetType())),
-            "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nCLASS:PUBLIC\r\nSUMMARY:Dentist\r\n"
-            "CATEGORIES:APPOINTMENT\r\nSTATUS:NONE\r\nPRIORITY:0\r\nX-ALLDAY:UNSET\r\nEND:VEVENT\r\n"
-            "END:VCALENDAR");
 }
 
 }  // namespace

@@ -6,8 +6,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
-
 #include "mapping/MappingTestSupport.h"
 #include "phonepim/store/SyncStore.h"
 #include "phonepim/sync/SyncRecordSchema.h"
