@@ -5,10 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "mapping/MappingTestSupport.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/sync/BaseContainer.h"
