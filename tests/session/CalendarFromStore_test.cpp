@@ -8,8 +8,7 @@
 #include "phonepim/store/SyncStore.h"
 #include "phonepim/sync/CalendarRecord.h"
 #include "phonepim/sync/SyncRecordSchema.h"
-#include "phonepim/vcalendar/vCalendar.h"
-#include "phonepim/versit/vObject.h"
+#include "vcalendar/vCalendarTestSupport.h"
 
 namespace phonepim {
 namespace {
@@ -25,10 +24,7 @@ TEST(calendar_from_store, an_event_without_its_usual_keys_comes_back) {
   store.commit();
   const auto entries = CalendarFromStore(store, u"35");
   ASSERT_EQ(entries.size(), 1u);
-  vObject object;
-  vCalendar::Generate(entries[0].get(), &object, static_cast<unsigned int>(entries[0]->GetType()));
-  EXPECT_EQ(std::string(reinterpret_cast<const char*>(object.object()->GetData()),
-                        object.object()->GetSize()),
+  EXPECT_EQ(testing_vcalendar::Write(*entries[0], static_cast<unsigned int>(entries[0]->GetType())),
             "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nCLASS:PUBLIC\r\nSUMMARY:Dentist\r\n"
             "CATEGORIES:APPOINTMENT\r\nSTATUS:NONE\r\nPRIORITY:0\r\nX-ALLDAY:UNSET\r\nEND:VEVENT\r\n"
             "END:VCALENDAR");

@@ -13,8 +13,7 @@
 #include "phonepim/session/ContactsFromStore.h"
 #include "phonepim/session/SyncSession.h"
 #include "phonepim/store/SyncStore.h"
-#include "phonepim/vcard/vCard.h"
-#include "phonepim/versit/vObject.h"
+#include "vcard/vCardTestSupport.h"
 
 namespace phonepim {
 namespace {
@@ -33,12 +32,7 @@ std::string Card(const std::string& name, const std::vector<std::string>& tels) 
 /// The phone's contacts as the store gives them back, as vCard text.
 std::string ExportText(const SyncStore& store) {
   std::string text;
-  for (const auto& contact : ContactsFromStore(store, kPhone.imei)) {
-    vObject object;
-    vCard::Generate(contact.get(), &object);
-    text.append(reinterpret_cast<const char*>(object.object()->GetData()),
-                object.object()->GetSize());
-  }
+  for (const auto& contact : ContactsFromStore(store, kPhone.imei)) text += testing_vcard::Generated(*contact);
   return text;
 }
 
@@ -54,9 +48,6 @@ class StoreFolder {
  public:
   std::filesystem::path store() const { return folder_.path() / "store.sqlite"; }
   std::filesystem::path tables() const { return SyncSession::TableFolderOf(store()); }
-  std::filesystem::path tableFile() const {
-    return ContactIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, tables());
-  }
 
  private:
   ScratchFolder folder_;
@@ -84,9 +75,10 @@ struct Outcome {
 
 Outcome Check(const StoreFolder& folder) {
   const SyncStore store(folder.store(), SyncStore::OpenMode::kReadOnly);
-  EXPECT_TRUE(FileAgreesWithStore(store, folder.tableFile()));
-  EXPECT_TRUE(FileAgreesWithStore(
-      store, CalendarIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, folder.tables())));
+  for (const auto& file : {ContactIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, folder.tables()),
+                           CalendarIDMappingTable::metaFilePath(kPhone.imei, kPhone.model, folder.tables())}) {
+    EXPECT_TRUE(FileAgreesWithStore(store, file)) << file;
+  }
   return {ExportText(store), store.entities()};
 }
 

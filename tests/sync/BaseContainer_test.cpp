@@ -5,11 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <string>
 
 #include "model/AssertionPattern.h"
-#include "phonepim/sync/DateContainer.h"
-#include "phonepim/sync/PhoneContainer.h"
+#include "phonepim/model/TypeMasks.h"
+#include "phonepim/sync/IMContainer.h"
 #include "sync/SyncTestSupport.h"
 
 namespace phonepim {
@@ -19,19 +18,15 @@ using testing_support::AssertionPattern;
 using testing_support::TableFixture;
 using testing_support::TestContainer;
 using States = std::vector<std::string>;
-
-const String kPhones = u"phone numbers";
+using IDs = std::vector<String>;
 
 TEST(base_container, records_by_index_and_by_identifier) {
   TestContainer container(u"C", nullptr);
-  container.add(Dictionary{{u"value", u"a"}, {u"identifier", u"ID-1"}});
-  container.add(Dictionary{{u"value", u"b"}});
-  container.add(Dictionary{{u"value", u"c"}, {u"identifier", u"ID-3"}});
-  container.add(Dictionary{{u"value", u"d"}, {u"identifier", u"ID-1"}});
-  container.add(Dictionary{{u"value", u"e"}, {u"identifier", 5}});
+  const Dictionary records[] = {{{u"identifier", u"ID-1"}}, {}, {{u"identifier", u"ID-3"}}, {{u"identifier", u"ID-1"}},
+                                {{u"identifier", 5}}};
+  for (const Dictionary& record : records) container.add(record);
   ASSERT_EQ(container.count(), 5);
-  EXPECT_EQ(container.recordAtIndex(1).at(u"value"), Value(u"b"));
-  EXPECT_EQ(container.recordIDs(), (std::vector<String>{u"ID-1", u"ID-3", u"ID-1"}));
+  EXPECT_EQ(container.recordIDs(), (IDs{u"ID-1", u"ID-3", u"ID-1"}));
   EXPECT_EQ(container.recordByID(u"ID-1"), &container.recordAtIndex(0));
   EXPECT_EQ(container.recordByID(u"ID-3"), &container.recordAtIndex(2));
   EXPECT_EQ(container.recordByID(u"5"), nullptr);
@@ -39,8 +34,6 @@ TEST(base_container, records_by_index_and_by_identifier) {
   const std::string pattern = AssertionPattern("nIndex < [mItemArray count] && nIndex >= 0");
   EXPECT_DEATH(container.recordAtIndex(5), pattern);
   EXPECT_DEATH(container.recordAtIndex(-1), pattern);
-  container.removeAllRecords();
-  EXPECT_EQ(container.count(), 0);
 }
 
 TEST(base_container, compare_source_finds_only_strings_and_dates_equal) {
@@ -66,140 +59,94 @@ class reconciliation : public TableFixture {
     table_ = NewTable();
     table_->addMeta(Dictionary{{u"Contact Data", Dictionary{{u"first name", u"Ann"}}}}, u"C");
   }
-  // The phone numbers of one synchronisation, as the contact would build
-  // them: a new container each time.
-  std::vector<String> SyncPhones(const std::vector<std::pair<String, std::uint32_t>>& phones) {
-    PhoneContainer container(u"C", table_);
-    for (const auto& [number, type] : phones) container.addPhone(number, type, std::nullopt, false);
+  // The IMs of one synchronisation, as the contact would build them: a new
+  // container each time. They match on the user, never on the service.
+  IDs SyncIMs(const std::vector<std::pair<String, std::uint32_t>>& ims, const String& contact = u"C") {
+    IMContainer container(contact, table_);
+    for (const auto& [user, type] : ims) container.addIM(user, type);
     return container.createMetaData();
   }
-  const Array& Phones() const { return Entries(*table_, u"C", kPhones); }
-  std::vector<String> ContactDataPhones() const {
-    return Strings(Find(table_->meta(u"C")->at(u"Contact Data").get<Dictionary>(), kPhones));
+  const Array& IMs() const { return Entries(*table_, u"C", kIMsKey); }
+  IDs ContactDataIMs() const {
+    return Strings(Find(table_->meta(u"C")->at(u"Contact Data").get<Dictionary>(), kIMsKey));
   }
   std::shared_ptr<ContactIDMappingTable> table_;
 };
 
+constexpr std::uint32_t kAIM = kMessengerTypeAIM, kSkype = kMessengerTypeSkype;
+
 TEST_F(reconciliation, entries_are_new_kept_or_deleted_by_value) {
   // The first sync makes a new linked entry per record.
-  const std::vector<String> first = SyncPhones({{u"111", 0x5}, {u"222", 0x5}, {u"111", 0x6}});
-  ASSERT_EQ(first.size(), 3u);
-  EXPECT_EQ(StatesOf(Phones()), States(3, "New/Linked"));
-  EXPECT_EQ(IdentifiersOf(Phones()), first);
-  EXPECT_EQ(DataOf(Phones()[2]).at(u"type"), Value(u"work"));
-  EXPECT_EQ(first[0].size(), 36u);
+  const IDs first = SyncIMs({{u"111", kAIM}, {u"222", kAIM}, {u"111", kSkype}});
+  EXPECT_EQ(StatesOf(IMs()), States(3, "New/Linked"));
+  EXPECT_EQ(IdentifiersOf(IMs()), first);
+  EXPECT_EQ(DataOf(IMs()[2]).at(u"service"), Value(u"Skype"));
   EXPECT_EQ(std::set<String>(first.begin(), first.end()).size(), 3u);
-  EXPECT_EQ(ContactDataPhones(), first);
+  EXPECT_EQ(ContactDataIMs(), first);
   EXPECT_EQ(table_->meta(u"C")->at(u"Contact Data").get<Dictionary>().at(u"first name"), Value(u"Ann"));
   // Unchanged values keep their identifiers; equal values claim distinct
   // entries; a changed value deletes the old entry and adds a new one.
-  const std::vector<String> second = SyncPhones({{u"111", 0x5}, {u"999", 0x5}, {u"111", 0x6}, {u"111", 0x20}});
-  EXPECT_EQ(StatesOf(Phones()),
+  const IDs second = SyncIMs({{u"111", kAIM}, {u"999", kAIM}, {u"111", kSkype}, {u"111", kMessengerTypeICQ}});
+  ASSERT_EQ(StatesOf(IMs()),
             (States{"NoChange/Linked", "Delete/Unlinked", "NoChange/Linked", "New/Linked", "New/Linked"}));
-  EXPECT_EQ(DataOf(Phones()[3]).at(u"value"), Value(u"999"));
-  const std::vector<String> ids = IdentifiersOf(Phones());
-  EXPECT_EQ(second, (std::vector<String>{first[0], ids[3], first[2], ids[4]}));
-  EXPECT_EQ(ContactDataPhones(), second);
-  // A label-only change is not seen and keeps the old data.
-  EXPECT_EQ(SyncPhones({{u"111", 0x810}}), (std::vector<String>{first[0]}));
-  EXPECT_EQ(StatesOf(Phones())[0], "NoChange/Linked");
-  EXPECT_EQ(DataOf(Phones()[0]).at(u"type"), Value(u"home"));
-  EXPECT_EQ(Find(DataOf(Phones()[0]), u"label"), nullptr);
+  const IDs ids = IdentifiersOf(IMs());
+  EXPECT_EQ(second, (IDs{first[0], ids[3], first[2], ids[4]}));
+  EXPECT_EQ(ContactDataIMs(), second);
+  // A change of service alone is not seen and keeps the old data.
+  EXPECT_EQ(SyncIMs({{u"111", kMessengerTypeQQ}}), IDs{first[0]});
+  EXPECT_EQ(StatesOf(IMs())[0], "NoChange/Linked");
+  EXPECT_EQ(DataOf(IMs()[0]).at(u"service"), Value(u"aim"));
   // No records left: every entry is deleted, the contact data stays.
-  EXPECT_TRUE(SyncPhones({}).empty());
-  EXPECT_EQ(StatesOf(Phones()), States(Phones().size(), "Delete/Unlinked"));
-  EXPECT_EQ(ContactDataPhones(), (std::vector<String>{first[0]}));
+  EXPECT_TRUE(SyncIMs({}).empty());
+  EXPECT_EQ(StatesOf(IMs()), States(IMs().size(), "Delete/Unlinked"));
+  EXPECT_EQ(ContactDataIMs(), IDs{first[0]});
 }
 
 TEST_F(reconciliation, odd_meta_is_left_alone_replaced_or_matched) {
   // Without meta, or without a table, nothing happens.
-  PhoneContainer unknown(u"UNKNOWN", table_);
-  unknown.addPhone(String(u"1"), 0x5, std::nullopt, false);
-  EXPECT_TRUE(unknown.createMetaData().empty());
+  EXPECT_TRUE(SyncIMs({{u"1", kAIM}}, u"UNKNOWN").empty());
   EXPECT_EQ(table_->meta(u"UNKNOWN"), nullptr);
-  EXPECT_EQ(unknown.metaDataWithKey(u"Contact Data"), nullptr);
-  PhoneContainer tableless(u"C", nullptr);
-  tableless.addPhone(String(u"1"), 0x5, std::nullopt, false);
+  EXPECT_EQ(IMContainer(u"UNKNOWN", table_).metaDataWithKey(u"Contact Data"), nullptr);
+  IMContainer tableless(u"C", nullptr);
+  tableless.addIM(u"1", kAIM);
   EXPECT_TRUE(tableless.createMetaData().empty());
   EXPECT_EQ(tableless.metaDataWithKey(u"Contact Data"), nullptr);
-  EXPECT_EQ(Find(*table_->meta(u"C"), kPhones), nullptr);
-  EXPECT_TRUE(PhoneContainer(u"C", table_).metaDataWithKey(u"Contact Data")->is<Dictionary>());
-  EXPECT_EQ(PhoneContainer(u"C", table_).metaDataWithKey(u"nothing"), nullptr);
+  EXPECT_EQ(Find(*table_->meta(u"C"), kIMsKey), nullptr);
+  EXPECT_TRUE(IMContainer(u"C", table_).metaDataWithKey(u"Contact Data")->is<Dictionary>());
+  EXPECT_EQ(IMContainer(u"C", table_).metaDataWithKey(u"nothing"), nullptr);
   // Meta without contact data gets entries only.
   table_->addMeta(Dictionary{{u"State", u"Modified"}}, u"D");
-  PhoneContainer other(u"D", table_);
-  other.addPhone(String(u"1"), 0x5, std::nullopt, false);
-  EXPECT_EQ(other.createMetaData().size(), 1u);
-  EXPECT_EQ(Entries(*table_, u"D", kPhones).size(), 1u);
+  EXPECT_EQ(SyncIMs({{u"1", kAIM}}, u"D").size(), 1u);
+  EXPECT_EQ(Entries(*table_, u"D", kIMsKey).size(), 1u);
   EXPECT_EQ(Find(*table_->meta(u"D"), u"Contact Data"), nullptr);
   // A list that is not a list is replaced.
-  table_->meta(u"C")->insert_or_assign(kPhones, u"garbage");
-  const std::vector<String> ids = SyncPhones({{u"1", 0x5}});
-  EXPECT_EQ(StatesOf(Phones()), (States{"New/Linked"}));
-  EXPECT_EQ(IdentifiersOf(Phones()), ids);
+  table_->meta(u"C")->insert_or_assign(kIMsKey, u"garbage");
+  const IDs ids = SyncIMs({{u"1", kAIM}});
+  EXPECT_EQ(StatesOf(IMs()), (States{"New/Linked"}));
+  EXPECT_EQ(IdentifiersOf(IMs()), ids);
   // An alarm entry matches on its trigger duration.
-  table_->meta(u"C")->insert_or_assign(kPhones, Array{Dictionary{{u"Data", Dictionary{{u"triggerduration", u"-PT15M"}}},
-                                                                 {u"State", u"Added"},
-                                                                 {u"Link", u"Linked"},
-                                                                 {u"identifier", u"ALARM"}}});
+  table_->meta(u"C")->insert_or_assign(
+      u"phone numbers", Array{Dictionary{{u"Data", Dictionary{{u"triggerduration", u"-PT15M"}}},
+                                         {u"State", u"Added"}, {u"Link", u"Linked"}, {u"identifier", u"ALARM"}}});
   TestContainer alarm(u"C", table_);
   alarm.add(Dictionary{{u"value", u"-PT15M"}});
-  EXPECT_EQ(alarm.createMetaData(), (std::vector<String>{u"ALARM"}));
-  EXPECT_EQ(StatesOf(Phones()), (States{"NoChange/Linked"}));
+  EXPECT_EQ(alarm.createMetaData(), IDs{u"ALARM"});
+  EXPECT_EQ(StatesOf(Entries(*table_, u"C", u"phone numbers")), (States{"NoChange/Linked"}));
 }
 
 TEST_F(reconciliation, DeathTest_broken_entries_fail_their_assertions) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  const Dictionary good{{u"Data", Dictionary{{u"value", u"1"}}}, {u"identifier", u"G"}};
+  const Dictionary good{{u"Data", Dictionary{{u"user", u"1"}}}, {u"identifier", u"G"}};
   const std::pair<Value, const char*> rows[] = {
-      {Dictionary{{u"identifier", u"X"}}, "metaPhoneData != nil"},
       {Dictionary{{u"Data", u"not a dictionary"}}, "metaPhoneData != nil"},
-      {Value(u"not an entry"), "metaPhoneData != nil"},
-      {Dictionary{{u"Data", Dictionary{{u"type", u"home"}}}}, "metaPhoneNumber != nil"},
+      {Dictionary{{u"Data", Dictionary{{u"service", u"aim"}}}}, "metaPhoneNumber != nil"},
   };
   for (const auto& [broken, text] : rows) {
-    table_->meta(u"C")->insert_or_assign(kPhones, Array{good, broken});
-    EXPECT_DEATH(SyncPhones({{u"2", 0x5}}), AssertionPattern(text));
+    table_->meta(u"C")->insert_or_assign(kIMsKey, Array{good, broken});
+    EXPECT_DEATH(SyncIMs({{u"2", kAIM}}), AssertionPattern(text));
   }
   // The walk stops at the entry it claims: what lies behind is not read.
-  EXPECT_EQ(SyncPhones({{u"1", 0x5}}), (std::vector<String>{u"G"}));
-}
-
-// The calendar variant files identifiers where the parent ID says.
-TEST_F(reconciliation, calendar_identifiers_go_where_the_parent_id_says) {
-  const struct {
-    const char16_t* id;
-    bool data, task;
-  } rows[] = {{u"0001-Appointment-I", true, false}, {u"0002-Anniversary-I", true, false},
-              {u"0003-Task-I", false, true},        {u"0004-AppointmentTask-I", true, true},
-              {u"0005-Event-I", false, false},      {u"0006-appointment-I", false, false}};
-  for (const auto& r : rows) {
-    SCOPED_TRACE(ToDisplayUTF8(r.id));
-    TestContainer container(r.id, table_);
-    container.add(Dictionary{{u"value", u"x"}});
-    EXPECT_TRUE(container.createMetaDataInCalendarWithKey(u"attendees", u"value").empty());
-    table_->addMeta(Dictionary{{u"Data", Dictionary{}}, {u"Task Data", Dictionary{}}, {u"Contact Data", Dictionary{}}},
-                    r.id);
-    const std::vector<String> ids = container.createMetaDataInCalendarWithKey(u"attendees", u"value");
-    ASSERT_EQ(ids.size(), 1u);
-    const auto idsIn = [&](const char16_t* slot) {
-      return Strings(Find(table_->meta(r.id)->at(slot).get<Dictionary>(), u"attendees"));
-    };
-    EXPECT_EQ(idsIn(u"Data"), r.data ? ids : std::vector<String>{});
-    EXPECT_EQ(idsIn(u"Task Data"), r.task ? ids : std::vector<String>{});
-    EXPECT_TRUE(idsIn(u"Contact Data").empty());
-    EXPECT_EQ(StatesOf(Entries(*table_, r.id, u"attendees")), (States{"New/Linked"}));
-  }
-  // There is no trigger-duration fallback here.
-  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  table_->addMeta(
-      Dictionary{{u"attendees", Array{Dictionary{{u"Data", Dictionary{{u"triggerduration", u"-PT15M"}}},
-                                                 {u"identifier", u"A"}}}}},
-      u"0001-Task-I");
-  TestContainer container(u"0001-Task-I", table_);
-  container.add(Dictionary{{u"value", u"-PT15M"}});
-  EXPECT_DEATH(container.createMetaDataInCalendarWithKey(u"attendees", u"value"),
-               AssertionPattern("metaPhoneNumber != nil"));
+  EXPECT_EQ(SyncIMs({{u"1", kAIM}}), IDs{u"G"});
 }
 
 }  // namespace

@@ -5,10 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "mapping/MappingTestSupport.h"
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/sync/BaseContainer.h"
@@ -16,8 +12,8 @@
 namespace phonepim::testing_support {
 
 /// The first ```cpp block after `marker` in a file of the repository.
-inline std::string CodeAfter(const char* file, const std::string& marker) {
-  const std::string text = ReadFile(std::string(PHONEPIM_SOURCE_DIR "/") + file);
+inline std::string CodeAfter(const std::string& file, const std::string& marker) {
+  const std::string text = ReadFile(PHONEPIM_SOURCE_DIR "/" + file);
   const std::size_t at = text.find(marker);
   const std::size_t from = at == std::string::npos ? at : text.find("```cpp\n", at);
   if (from == std::string::npos) return {};
@@ -25,8 +21,8 @@ inline std::string CodeAfter(const char* file, const std::string& marker) {
 }
 
 /// The code between "// BEGIN EXAMPLE" and "// END EXAMPLE" of a test source.
-inline std::string ExampleIn(const char* source) {
-  const std::string text = ReadFile(std::string(PHONEPIM_SOURCE_DIR "/") + source);
+inline std::string ExampleIn(const std::string& source) {
+  const std::string text = ReadFile(PHONEPIM_SOURCE_DIR "/" + source);
   const std::size_t begin = text.find("// BEGIN EXAMPLE\n");
   if (begin == std::string::npos) return {};
   return text.substr(begin + 17, text.find("// END EXAMPLE") - begin - 17);
