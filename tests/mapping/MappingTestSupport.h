@@ -60,20 +60,9 @@ class LogRecorder {
   LogSink previousSink_ = nullptr;
 };
 
-inline void WriteFile(const std::filesystem::path& path, std::string_view bytes) {
-  std::ofstream(path, std::ios::binary | std::ios::trunc).write(bytes.data(), std::ssize(bytes));
-}
-
 inline std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
-/// The "State" string of a table entry, or "<none>".
-inline std::u16string StateOf(const ContactIDMappingTable& table, const String& key) {
-  const Dictionary* entry = table.meta(key);
-  const String* state = entry ? FindAs<String>(*entry, u"State") : nullptr;
-  return state ? *state : u"<none>";
 }
 
 /// A value as one line of text, so that a whole record is held against one

@@ -34,8 +34,6 @@ struct Write {
 
 void PrintTo(const Write& write, std::ostream* out) { *out << write.name; }
 
-const Dictionary kN1{{u"vCardID", u"N1"}};
-
 // An entry from meta(), then a look-up.
 Dictionary* Held(ContactIDMappingTable& table, const String& key = u"B") {
   Dictionary* entry = table.meta(key);
@@ -45,22 +43,6 @@ Dictionary* Held(ContactIDMappingTable& table, const String& key = u"B") {
 
 const Write kWrites[] = {
     {"held_meta_pointer", [](auto& t) { (*Held(t))[u"vCardID"] = u"N1"; }, nullptr, u"B"},
-    {"held_pointer_erases_the_id", [](auto& t) { Held(t)->erase(u"vCardID"); }, nullptr, nullptr},
-    {"held_pointer_after_addMeta_replaced_the_entry",
-     [](auto& t) {
-       Dictionary* b = Held(t);
-       t.addMeta(Dictionary{{u"vCardID", u"X"}}, u"B");
-       EXPECT_EQ(t.dbIDForVCardID(u"X"), u"B");
-       (*b)[u"vCardID"] = u"N1";
-     },
-     nullptr, u"B"},
-    {"contactInfo_pointer",
-     [](auto& t) {
-       Dictionary* b = t.contactInfo(u"B");
-       EXPECT_EQ(t.dbIDForVCardID(u"V1"), u"B");
-       (*b)[u"vCardID"] = u"N1";
-     },
-     nullptr, u"B"},
     {"held_pointer_to_an_earlier_key_wins",
      [](auto& t) {
        t.addMeta(Dictionary{}, u"A");
@@ -94,12 +76,6 @@ const Write kWrites[] = {
        EXPECT_FALSE(t.editMeta(u"none"));
      },
      nullptr, u"B"},
-    {"addMeta", [](auto& t) { t.addMeta(kN1, u"B"); }, nullptr, u"B"},
-    {"addContact_keeps_the_id", [](auto& t) { t.addContact(u"B", kN1); }, u"B", nullptr},
-    {"modifyContact_keeps_the_id", [](auto& t) { t.modifyContact(u"B", kN1); }, u"B", nullptr},
-    {"changeVCardID_makes_a_flat_pair", [](auto& t) { t.changeVCardID(u"N1", u"B"); }, nullptr,
-     nullptr},
-    {"removeContact", [](auto& t) { t.removeContact(u"B"); }, nullptr, nullptr},
     {"removal_tag_dropped",
      [](auto& t) {
        t.modifyContact(u"D", Dictionary{});
@@ -107,15 +83,6 @@ const Write kWrites[] = {
        t.removeAllRemovedTagRecords();
      },
      nullptr, nullptr},
-    {"changeRecordIDOfMeta",
-     [](auto& t) {
-       const std::optional<String> moved = t.changeRecordIDOfMeta(u"B");
-       ASSERT_TRUE(moved);
-       EXPECT_EQ(t.dbIDForVCardID(u"V1"), moved);
-       t.removeContact(moved);
-       t.addMeta(kN1, u"B");
-     },
-     nullptr, u"B"},
 };
 
 class vcard_id_lookup_after : public testing::TestWithParam<Write> {};
