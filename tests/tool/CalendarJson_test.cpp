@@ -11,22 +11,18 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+// Ordinals and the frequencies the examples do not show.
 TEST(calendar_show, rules_read_as_words) {
   const struct {
     const char* rule;
     const char* reads;
   } rows[] = {
-      {R"({"frequency":"daily","interval":1,"count":null,"until":null})", "every day, forever"},
-      {R"({"frequency":"weekly","interval":2,"count":10,"until":null,"weekdays":["MO","FR"]})",
-       "every 2 weeks on MO, FR, 10 times"},
       {R"({"frequency":"monthlyByPosition","interval":1,"count":1,"until":null,
            "weekPositions":[-2,-1,1,2,3],"weekdays":["SU"]})",
        "every month on the 2nd last, last, 1st, 2nd, 3rd SU, 1 time"},
       {R"({"frequency":"monthlyByDay","interval":3,"count":null,"until":"2026-12-31T00:00:00Z",
            "monthDays":[11,12,13,21,22,111]})",
        "every 3 months on the 11th, 12th, 13th, 21st, 22nd, 111th day, until 2026-12-31 00:00 UTC"},
-      {R"({"frequency":"yearlyByMonth","interval":1,"count":null,"until":null,"months":[1,6]})",
-       "every year in month 1, 6, forever"},
       {R"({"frequency":"yearlyByDay","interval":1,"count":null,"until":"2027-01-01T00:00:00",
            "yearDays":[1]})",
        "every year on the 1st day of the year, until 2027-01-01 00:00"},
@@ -56,16 +52,10 @@ TEST(calendar_check, losses_and_changes_by_design) {
       {"alarms[0].runTime", "2026-12-08T09:50:00", "2026-12-08T09:50:00Z", kEvent, false, plain,
        "the writer's choice of UTC or local time"},
       {"uid", "x", nullptr, kEvent, false, plain, "not written"},
-      {"start", "2026-12-08T10:00:00", "2026-12-08T10:00:00Z", kEvent, false, plain,
-       "the writer's choice of UTC or local time"},
       {"start", "2026-12-08T10:00:00", "2026-12-08T11:00:00Z", kEvent, false, plain, nullptr},
-      {"end", "2026-12-08T00:00:00Z", "2026-12-07T00:00:00Z", kEvent, true, plain,
-       "an all-day end is written as the day before"},
       {"end", "2026-12-08T00:00:00Z", "2026-12-07T00:00:00Z", kEvent, false, plain, nullptr},
       {"due", "2026-12-08T00:00:00Z", nullptr, kEvent, false, plain, "DUE only for a to-do"},
       {"due", "2026-12-08T00:00:00Z", nullptr, vCalendar::kKindToDo, false, plain, nullptr},
-      {"categories", Json::array({"BUSINESS"}), Json::array({"APPOINTMENT"}), kEvent, false, plain,
-       "categories written only as APPOINTMENT, for none"},
       {"categories", Json::array({"BUSINESS"}), Json::array(), kEvent, false, words, nullptr},
       {"categories", Json::array({"BUSINESS"}), Json::array(), kEvent, false, reduced,
        "categories written only as APPOINTMENT, for none"},

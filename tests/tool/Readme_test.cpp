@@ -2,12 +2,7 @@
 // run in order, in a scratch folder that sees examples/, and must print (a
 // pipe gets standard output, then standard error) the lines under it; a
 // line "..." stands for any number of lines.
-#include <gtest/gtest.h>
-
-#include <cstdio>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "ToolTestSupport.h"
 
