@@ -1,13 +1,9 @@
 // dbIDForVCardID answers as a walk over the keys in order does, whatever was
 // written into the table and through which handle.
 
-#include <gtest/gtest.h>
-
 #include <functional>
-#include <string>
 
 #include "MappingTestSupport.h"
-#include "phonepim/mapping/ContactIDMappingTable.h"
 
 namespace phonepim {
 namespace {
@@ -28,8 +24,7 @@ std::optional<String> Walk(const ContactIDMappingTable& table, const String& vCa
 struct Write {
   const char* name;
   std::function<void(ContactIDMappingTable&)> write;
-  const char16_t* v1;  // expected answers afterwards; nullptr for none
-  const char16_t* n1;
+  std::optional<String> v1, n1;  // expected answers afterwards
 };
 
 void PrintTo(const Write& write, std::ostream* out) { *out << write.name; }
@@ -42,16 +37,16 @@ Dictionary* Held(ContactIDMappingTable& table, const String& key = u"B") {
 }
 
 const Write kWrites[] = {
-    {"held_meta_pointer", [](auto& t) { (*Held(t))[u"vCardID"] = u"N1"; }, nullptr, u"B"},
+    {"held_meta_pointer", [](auto& t) { (*Held(t))[u"vCardID"] = u"N1"; }, {}, u"B"},
     {"held_pointer_to_an_earlier_key_wins",
      [](auto& t) {
        t.addMeta(Dictionary{}, u"A");
        Dictionary* a = Held(t, u"A");
        for (const char16_t* id : {u"V1", u"N1", u"V1"}) (*a)[u"vCardID"] = id;
      },
-     u"A", nullptr},
+     u"A", {}},
     {"held_pointer_to_a_later_key_loses", [](auto& t) { (*Held(t, u"D"))[u"vCardID"] = u"V1"; },
-     u"B", nullptr},
+     u"B", {}},
     {"held_mTable_reference",
      [](auto& t) {
        Dictionary& all = t.mTable();
@@ -75,14 +70,14 @@ const Write kWrites[] = {
        }
        EXPECT_FALSE(t.editMeta(u"none"));
      },
-     nullptr, u"B"},
+     {}, u"B"},
     {"removal_tag_dropped",
      [](auto& t) {
        t.modifyContact(u"D", Dictionary{});
        t.setRemovedTagToAllMeta();
        t.removeAllRemovedTagRecords();
      },
-     nullptr, nullptr},
+     {}, {}},
 };
 
 class vcard_id_lookup_after : public testing::TestWithParam<Write> {};
@@ -97,11 +92,8 @@ TEST_P(vcard_id_lookup_after, answers_as_the_walk_does) {
   table.addDBID(u"A-pair", u"P");                      // flat pairs are no entries
   ASSERT_EQ(table.dbIDForVCardID(u"V1"), u"B");
   GetParam().write(table);
-  const auto expected = [](const char16_t* key) {
-    return key ? std::optional<String>(key) : std::nullopt;
-  };
-  EXPECT_EQ(table.dbIDForVCardID(u"V1"), expected(GetParam().v1));
-  EXPECT_EQ(table.dbIDForVCardID(u"N1"), expected(GetParam().n1));
+  EXPECT_EQ(table.dbIDForVCardID(u"V1"), GetParam().v1);
+  EXPECT_EQ(table.dbIDForVCardID(u"N1"), GetParam().n1);
   for (const char16_t* id : {u"V1", u"V2", u"N1", u"X", u"P", u"A-pair", u"7"}) {
     EXPECT_EQ(table.dbIDForVCardID(id), Walk(table, id)) << ToDisplayUTF8(id);
   }
