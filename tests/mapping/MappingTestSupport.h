@@ -12,6 +12,7 @@
 #include <regex>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "phonepim/mapping/ContactIDMappingTable.h"
@@ -39,25 +40,21 @@ class ScratchFolder {
 };
 
 /// Records every log message while alive, with the debug switch set as given.
-class LogRecorder {
- public:
-  explicit LogRecorder(bool debugMode) : previousDebug_(gVCARD_DEBUGMODE) {
-    gVCARD_DEBUGMODE = debugMode;
+struct LogRecorder {
+  explicit LogRecorder(bool debugMode) : previousDebug(std::exchange(gVCARD_DEBUGMODE, debugMode)) {
     messages().clear();
-    previousSink_ = SetLogSink([](std::string_view message) { messages().emplace_back(message); });
+    previousSink = SetLogSink([](std::string_view message) { messages().emplace_back(message); });
   }
   ~LogRecorder() {
-    SetLogSink(previousSink_);
-    gVCARD_DEBUGMODE = previousDebug_;
+    SetLogSink(previousSink);
+    gVCARD_DEBUGMODE = previousDebug;
   }
   static std::vector<std::string>& messages() {
     static std::vector<std::string> recorded;
     return recorded;
   }
-
- private:
-  bool previousDebug_;
-  LogSink previousSink_ = nullptr;
+  bool previousDebug;
+  LogSink previousSink;
 };
 
 inline std::string ReadFile(const std::filesystem::path& path) {
