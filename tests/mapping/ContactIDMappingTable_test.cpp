@@ -316,8 +316,7 @@ const Write kWrites[] = {
        for (const char16_t* id : {u"V1", u"N1", u"V1"}) (*a)[u"vCardID"] = id;
      },
      u"A", {}},
-    {"held_pointer_to_a_later_key_loses", [](auto& t) { (*Held(t, u"D"))[u"vCardID"] = u"V1"; },
-     u"B", {}},
+    {"held_pointer_to_a_later_key_loses", [](auto& t) { (*Held(t, u"D"))[u"vCardID"] = u"V1"; }, u"B", {}},
     {"held_mTable_reference",
      [](auto& t) {
        Dictionary& all = t.mTable();

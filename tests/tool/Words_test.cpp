@@ -27,39 +27,19 @@ TEST(contacts_json, a_type_the_label_table_knows_is_shown_as_its_label) {
   EXPECT_EQ(j["organizations"][0]["customLabel"], "Boat");
 }
 
-// Bits no word stands for show in hexadecimal, after the words.
+// Bits no word stands for show in hexadecimal, after the words; CELL and X-ETC
+// sit on crossed bits in e-mail and address masks.
 TEST(contacts_json, type_masks_become_words_in_the_writer_order) {
-  const struct {
-    ElementKind kind;
-    std::uint32_t mask;
-    std::vector<std::string> words;
-  } rows[] = {
-      {ElementKind::kTelephone, kTelephoneTypeCell | kTelephoneTypeHome, {"HOME", "CELL"}},
-      {ElementKind::kTelephone, 0x20000, {"0x20000"}},
-      // CELL and X-ETC sit on crossed bits in e-mail and address masks.
-      {ElementKind::kEmail, 0x4 | 0x8, {"CELL", "X-ETC"}},
-      {ElementKind::kOrganization, kOrganizationTypeEtc | 0x4, {"X-ETC", "0x4"}},
-  };
-  for (const auto& row : rows) EXPECT_EQ(TypeWords(row.kind, row.mask), row.words) << row.mask;
+  EXPECT_EQ(TypeWords(ElementKind::kOrganization, kOrganizationTypeEtc | 0x4),
+            (std::vector<std::string>{"X-ETC", "0x4"}));
+  EXPECT_EQ(TypeWords(ElementKind::kEmail, 0x4 | 0x8), (std::vector<std::string>{"CELL", "X-ETC"}));
 }
 
-// Ordinals, and the frequencies neither the goldens nor the README reach.
+// Teens take "th"; negatives count from the end.
 TEST(calendar_show, rules_read_as_words) {
-  const struct {
-    const char* rule;
-    const char* reads;
-  } rows[] = {
-      {R"({"frequency":"monthlyByPosition","interval":1,"count":1,"until":null,
-           "weekPositions":[-2,-1,1,2,3],"weekdays":["SU"]})",
-       "every month on the 2nd last, last, 1st, 2nd, 3rd SU, 1 time"},
-      {R"({"frequency":"monthlyByDay","interval":3,"count":null,"until":"2026-12-31T00:00:00Z",
-           "monthDays":[11,12,13,21,22,111]})",
-       "every 3 months on the 11th, 12th, 13th, 21st, 22nd, 111th day, until 2026-12-31 00:00 UTC"},
-      {R"({"frequency":"yearlyByDay","interval":1,"count":null,"until":"2027-01-01T00:00:00",
-           "yearDays":[1]})",
-       "every year on the 1st day of the year, until 2027-01-01 00:00"},
-  };
-  for (const auto& row : rows) EXPECT_EQ(RuleSummary(Json::parse(row.rule)), row.reads) << row.rule;
+  EXPECT_EQ(RuleSummary(Json::parse(R"({"frequency":"monthlyByDay","interval":3,"count":1,"until":null,
+                                        "monthDays":[-2,-1,1,2,3,11,12,13,21,22,111]})")),
+            "every 3 months on the 2nd last, last, 1st, 2nd, 3rd, 11th, 12th, 13th, 21st, 22nd, 111th day, 1 time");
 }
 
 TEST(calendar_check, losses_and_changes_by_design) {
