@@ -181,7 +181,6 @@ TEST_F(ContactTable, phone_record_ids_are_kept_per_contact) {
   EXPECT_EQ(Dump(table_), "{A={State='Modified'}, B={State='Modified'}}");
 }
 
-// Relations, which name their own list, come with no member pointers.
 struct Kind {
   const char* name;
   const char16_t* listKey;
@@ -208,33 +207,31 @@ Dictionary Entry(const String& id, const Dictionary& data, const char16_t* state
   return Dictionary{{u"Data", data}, {u"Link", u"Linked"}, {u"State", state}, {u"identifier", id}};
 }
 
-class sub_record_kind : public ContactTable, public testing::WithParamInterface<Kind> {
- protected:
-  void add(const String& id, const Dictionary& data) {
-    const Kind& k = GetParam();
-    k.add ? (table_.*k.add)(id, data, u"C")
-          : table_.addDataForRelationID(id, data, u"C", k.listKey);
+// Relations name their own list; the other kinds have member functions.
+void Put(const Kind& k, Table& t, bool add, const String& id, const Dictionary& data) {
+  if (k.add != nullptr) {
+    add ? (t.*k.add)(id, data, u"C") : (t.*k.modify)(id, data, u"C");
+  } else {
+    add ? t.addDataForRelationID(id, data, u"C", k.listKey)
+        : t.modifyDataForRelationID(id, data, u"C", k.listKey);
   }
-  void modify(const String& id, const Dictionary& data) {
-    const Kind& k = GetParam();
-    k.modify ? (table_.*k.modify)(id, data, u"C")
-             : table_.modifyDataForRelationID(id, data, u"C", k.listKey);
-  }
-};
+}
+
+class sub_record_kind : public ContactTable, public testing::WithParamInterface<Kind> {};
 
 TEST_P(sub_record_kind, adds_and_modifies_in_its_own_list) {
   table_.addMeta(Dictionary{{u"State", u"AddedBySyncDB"}, {u"vCardID", u"V"}}, u"C");
   const Dictionary one{{u"value", u"1"}}, two{{u"value", u"2"}};
-  add(u"S1", one);
-  add(u"S2", one);
-  modify(u"S2", two);
+  Put(GetParam(), table_, true, u"S1", one);
+  Put(GetParam(), table_, true, u"S2", one);
+  Put(GetParam(), table_, false, u"S2", two);
   EXPECT_EQ(*table_.meta(u"C"),
             (Dictionary{{GetParam().listKey, Array{Entry(u"S1", one, u"Added"),
                                                    Entry(u"S2", two, u"Modified")}},
                         {u"State", u"Modified"}, {u"vCardID", u"V"}}));
   EXPECT_EQ(table_.dbIDForVCardID(u"V"), u"C");
   table_.meta(u"C")->insert_or_assign(GetParam().listKey, Array{Value(u"S2")});
-  EXPECT_DEATH(modify(u"S2", Dictionary{}), AssertionPattern(GetParam().assertion));
+  EXPECT_DEATH(Put(GetParam(), table_, false, u"S2", {}), AssertionPattern(GetParam().assertion));
 }
 
 INSTANTIATE_TEST_SUITE_P(kinds, sub_record_kind, testing::ValuesIn(kKinds),

@@ -6,14 +6,9 @@
 #include <stdlib.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <regex>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
 
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/platform/Log.h"

@@ -6,7 +6,6 @@
 
 #include <phonepim/platform/Assert.h>
 #include <phonepim/vcard/vCard.h>
-#include <phonepim/versit/ObjectSplitter.h>
 #include <phonepim/versit/vObject.h>
 
 #include <sstream>
