@@ -31,12 +31,11 @@ int main(void) {
   static const char text[] = "TEL;TYPE=CELL;PREF:123\r\n";
   char seen[64] = "";
   VP* parser = CARD_ParserCreate();
-  int ok;
   if (parser == NULL) return 1;
   CARD_SetUserData(parser, seen);
   CARD_SetPropHandler(parser, on_property);
   CARD_SetDataHandler(parser, on_data);
-  ok = CARD_Parse(parser, text, (int)strlen(text), 1);
+  const int ok = CARD_Parse(parser, text, (int)strlen(text), 1);
   CARD_ParserFree(parser);
   if (ok != 1 || strcmp(seen, "TEL;TYPE=CELL;PREF:123|") != 0) return 2;
   puts("c consumer ok");
