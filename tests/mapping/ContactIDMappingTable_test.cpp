@@ -1,12 +1,7 @@
 // The contact table's operations on contacts, flat pairs, removal tags, new
-// identities and sub-records.
-
-#include "phonepim/mapping/ContactIDMappingTable.h"
-
-#include <gtest/gtest.h>
+// identities and sub-records, and its look-up by vCard ID.
 
 #include <functional>
-#include <string>
 
 #include "MappingTestSupport.h"
 #include "model/AssertionPattern.h"
@@ -17,7 +12,6 @@ namespace {
 
 using testing_support::Dump;
 using testing_support::ScratchFolder;
-using testing_support::StateOf;
 using testing_support::AssertionPattern;
 using Table = ContactIDMappingTable;
 
@@ -51,31 +45,20 @@ TEST_F(ContactTable, flat_pairs_go_both_ways) {
 }
 
 TEST_F(ContactTable, contact_entries_are_added_modified_and_removed) {
-  table_.modifyContact(u"C", Dictionary{{u"first name", u"A"}});
-  EXPECT_EQ(table_.count(), 0u);
+  table_.modifyContact(u"C", Dictionary{{u"first name", u"A"}});  // no entry yet: nothing
   table_.addContact(u"C", Dictionary{{u"first name", u"A"}});
-  EXPECT_EQ(Dump(table_),
-            "{C={Contact Data={first name='A'}, State='AddedBySyncDB'}}");
   table_.meta(u"C")->insert_or_assign(u"vCardID", u"V");
   table_.modifyContact(u"C", Dictionary{{u"first name", u"B"}});
-  EXPECT_EQ(Dump(table_),
-            "{C={Contact Data={first name='B'}, State='Modified', vCardID='V'}}");
-  table_.addContact(u"C", Dictionary{});  // keeps the rest of the entry
-  EXPECT_EQ(table_.vCardIDForDBID(u"C"), u"V");
-  EXPECT_EQ(table_.contactInfo(u"C"), table_.meta(u"C"));
-  // A flat pair is no entry; adding over it starts a new one.
   table_.addDBID(u"P", u"Q");
-  table_.modifyContact(u"P", Dictionary{});
-  EXPECT_EQ(table_.vCardIDForDBID(u"P"), std::nullopt);
-  table_.addContact(u"P", Dictionary{});
+  table_.modifyContact(u"P", Dictionary{});  // a flat pair is no entry
+  table_.addContact(u"P", Dictionary{});     // and adding over it starts one
   for (const char16_t* key : {u"b", u"\u00e9", u"aa"}) table_.addMeta(Dictionary{}, key);
   EXPECT_EQ(Dump(table_),
-            "{C={Contact Data={}, State='AddedBySyncDB', vCardID='V'}, "
+            "{C={Contact Data={first name='B'}, State='Modified', vCardID='V'}, "
             "P={Contact Data={}, State='AddedBySyncDB'}, Q='P', aa={}, b={}, \u00e9={}}");
-  const std::vector<String> sorted{u"C", u"P", u"Q", u"aa", u"b", u"\u00e9"};
-  EXPECT_EQ(table_.allKeys(), sorted);
-  EXPECT_EQ(std::vector<String>(table_.keyEnumerator().begin(), table_.keyEnumerator().end()),
-            sorted);
+  table_.addContact(u"C", Dictionary{});  // keeps the rest of the entry
+  EXPECT_EQ(table_.vCardIDForDBID(u"C"), u"V");
+  EXPECT_EQ(table_.allKeys(), (std::vector<String>{u"C", u"P", u"Q", u"aa", u"b", u"\u00e9"}));
   table_.removeContact(std::nullopt);
   table_.removeContact(u"b");
   table_.removeContacts({u"C", u"aa", u"missing"});
@@ -98,9 +81,7 @@ TEST_F(ContactTable, removal_tag_spares_the_four_protected_states) {
   table_.modifyContact(u"modified", Dictionary{});  // sets the state again: no tag
   table_.removeAllRemovedTagRecords();
   EXPECT_EQ(table_.countRemovedTagRecords(), 0u);
-  EXPECT_EQ(table_.allKeys(), (std::vector<String>{u"AddedBySyncDB", u"Modified",
-                                                   u"ModifiedBySyncDB", u"Removed", u"S", u"V",
-                                                   u"modified"}));
+  EXPECT_EQ(table_.count(), 7u);  // "-" alone went
 }
 
 // A sub-record entry of the contact `owner`.
@@ -203,39 +184,22 @@ TEST_F(ContactTable, phone_record_ids_are_kept_per_contact) {
 struct Kind {
   const char* name;
   const char16_t* listKey;
-  std::function<void(Table&, const String&, const Dictionary&, const String&)> add;
-  std::function<void(Table&, const String&, Dictionary, const String&)> modify;
+  void (Table::*add)(const String&, const Dictionary&, const String&);
+  void (Table::*modify)(const String&, Dictionary, const String&);
   const char* assertion;
 };
 
-#define PHONEPIM_KIND(name, listKey, add, modify, assertion)                                  \
-  Kind{name, listKey,                                                                         \
-       [](Table& t, const String& id, const Dictionary& d, const String& c) { t.add(id, d, c); }, \
-       [](Table& t, const String& id, Dictionary d, const String& c) { t.modify(id, d, c); },  \
-       assertion}
-
 const Kind kKinds[] = {
-    PHONEPIM_KIND("phone", u"phone numbers", addDataForPhoneID, modifyDataForPhoneID,
-                  "metaPhoneID != nil"),
-    PHONEPIM_KIND("email", u"email addresses", addEmailForEmailID, modifyDataForEmailID,
-                  "metaEmailID != nil"),
-    PHONEPIM_KIND("url", u"URLs", addURLForURLID, modifyDataForURLID, "metaURLID != nil"),
-    PHONEPIM_KIND("street_address", u"street addresses", addStreetAddressForURLID,
-                  modifyDataForStreetAddressID, "metaSAID != nil"),
-    PHONEPIM_KIND("date", u"dates", addDateForDateID, modifyDataForDateID, "metaDateID != nil"),
-    PHONEPIM_KIND("related_name", u"related names", addRelatedNameForRelatedNameID,
-                  modifyDataForRelatedNameID, "metaRelatedNameID != nil"),
-    Kind{"relation", u"assistants",
-         [](Table& t, const String& id, const Dictionary& d, const String& c) {
-           t.addDataForRelationID(id, d, c, u"assistants");
-         },
-         [](Table& t, const String& id, Dictionary d, const String& c) {
-           t.modifyDataForRelationID(id, d, c, u"assistants");
-         },
-         "metaRelationID != nil"},
+    {"phone", u"phone numbers", &Table::addDataForPhoneID, &Table::modifyDataForPhoneID, "metaPhoneID != nil"},
+    {"email", u"email addresses", &Table::addEmailForEmailID, &Table::modifyDataForEmailID, "metaEmailID != nil"},
+    {"url", u"URLs", &Table::addURLForURLID, &Table::modifyDataForURLID, "metaURLID != nil"},
+    {"street_address", u"street addresses", &Table::addStreetAddressForURLID, &Table::modifyDataForStreetAddressID,
+     "metaSAID != nil"},
+    {"date", u"dates", &Table::addDateForDateID, &Table::modifyDataForDateID, "metaDateID != nil"},
+    {"related_name", u"related names", &Table::addRelatedNameForRelatedNameID, &Table::modifyDataForRelatedNameID,
+     "metaRelatedNameID != nil"},
+    {"relation", u"assistants", nullptr, nullptr, "metaRelationID != nil"},
 };
-
-#undef PHONEPIM_KIND
 
 void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
 
@@ -243,57 +207,63 @@ Dictionary Entry(const String& id, const Dictionary& data, const char16_t* state
   return Dictionary{{u"Data", data}, {u"Link", u"Linked"}, {u"State", state}, {u"identifier", id}};
 }
 
-class sub_record_kind : public testing::TestWithParam<Kind> {};
+// Relations name their own list; the other kinds have member functions.
+void Put(const Kind& k, Table& t, bool add, const String& id, const Dictionary& data) {
+  if (k.add != nullptr) {
+    add ? (t.*k.add)(id, data, u"C") : (t.*k.modify)(id, data, u"C");
+  } else {
+    add ? t.addDataForRelationID(id, data, u"C", k.listKey)
+        : t.modifyDataForRelationID(id, data, u"C", k.listKey);
+  }
+}
+
+class sub_record_kind : public ContactTable, public testing::WithParamInterface<Kind> {};
 
 TEST_P(sub_record_kind, adds_and_modifies_in_its_own_list) {
-  const Kind& kind = GetParam();
-  ScratchFolder base;
-  Table table(u"M", u"1", base.path());
-  table.addMeta(Dictionary{{u"State", u"AddedBySyncDB"}, {u"vCardID", u"V"}}, u"C");
+  table_.addMeta(Dictionary{{u"State", u"AddedBySyncDB"}, {u"vCardID", u"V"}}, u"C");
   const Dictionary one{{u"value", u"1"}}, two{{u"value", u"2"}};
-  kind.add(table, u"S1", one, u"C");
-  kind.add(table, u"S2", one, u"C");
-  kind.modify(table, u"S2", two, u"C");
-  EXPECT_EQ(table.meta(u"C")->at(kind.listKey),
-            Value(Array{Entry(u"S1", one, u"Added"), Entry(u"S2", two, u"Modified")}));
-  EXPECT_EQ(StateOf(table, u"C"), u"Modified");
-  EXPECT_EQ(table.dbIDForVCardID(u"V"), u"C");
-  table.meta(u"C")->insert_or_assign(kind.listKey, Array{Value(u"S2")});
-  EXPECT_DEATH(kind.modify(table, u"S2", Dictionary{}, u"C"), AssertionPattern(kind.assertion));
+  Put(GetParam(), table_, true, u"S1", one);
+  Put(GetParam(), table_, true, u"S2", one);
+  Put(GetParam(), table_, false, u"S2", two);
+  EXPECT_EQ(*table_.meta(u"C"),
+            (Dictionary{{GetParam().listKey, Array{Entry(u"S1", one, u"Added"),
+                                                   Entry(u"S2", two, u"Modified")}},
+                        {u"State", u"Modified"}, {u"vCardID", u"V"}}));
+  EXPECT_EQ(table_.dbIDForVCardID(u"V"), u"C");
+  table_.meta(u"C")->insert_or_assign(GetParam().listKey, Array{Value(u"S2")});
+  EXPECT_DEATH(Put(GetParam(), table_, false, u"S2", {}), AssertionPattern(GetParam().assertion));
 }
 
 INSTANTIATE_TEST_SUITE_P(kinds, sub_record_kind, testing::ValuesIn(kKinds),
                          [](const auto& info) { return std::string(info.param.name); });
 
-// The rule the seven share, on the phone numbers.
-TEST(sub_record_rule, marks_the_contact_and_matches_by_identifier) {
-  ScratchFolder base;
-  Table table(u"M", u"1", base.path());
+// The rule the seven kinds share, on the phone numbers.
+TEST_F(ContactTable, sub_record_rule_marks_the_contact_and_matches_by_identifier) {
   // Adding marks the contact unless the store added it.
-  for (const char16_t* state : {u"AddedBySyncDB", u"Modified", u"-"}) {  // "-": no state
+  const Value added = Array{Entry(u"S", {}, u"Added")};
+  for (const char16_t* state : {u"AddedBySyncDB", u"Modified", u""}) {  // "": no state
     Dictionary contact{{u"phone numbers", u"not a list"}};
-    if (String(state) != u"-") contact.emplace(u"State", state);
-    table.addMeta(contact, u"C");
-    table.addDataForPhoneID(u"S", Dictionary{}, u"C");
-    EXPECT_EQ(StateOf(table, u"C"),
-              String(state) == u"AddedBySyncDB" ? state : u"ModifiedBySyncDB");
-    EXPECT_EQ(table.meta(u"C")->at(u"phone numbers"), Value(Array{Entry(u"S", {}, u"Added")}));
+    if (*state) contact.emplace(u"State", state);
+    table_.addMeta(contact, u"C");
+    table_.addDataForPhoneID(u"S", Dictionary{}, u"C");
+    const String after = String(state) == u"AddedBySyncDB" ? state : u"ModifiedBySyncDB";
+    EXPECT_EQ(*table_.meta(u"C"), (Dictionary{{u"State", after}, {u"phone numbers", added}}));
   }
   // Without an entry, or without a match, nothing happens. Modify takes the
   // first match, skips identifiers that are not text and does not look past
   // the match for entries without one.
-  table.addDBID(u"P", u"Q");
-  table.addDataForPhoneID(u"S", Dictionary{}, u"P");
-  table.addDataForPhoneID(u"S", Dictionary{}, u"missing");
-  table.modifyDataForPhoneID(u"S", Dictionary{}, u"missing");
-  table.modifyDataForPhoneID(u"9", Dictionary{}, u"C");
+  table_.addDBID(u"P", u"Q");
+  table_.addDataForPhoneID(u"S", Dictionary{}, u"P");
+  table_.addDataForPhoneID(u"S", Dictionary{}, u"missing");
+  table_.modifyDataForPhoneID(u"S", Dictionary{}, u"missing");
+  table_.modifyDataForPhoneID(u"9", Dictionary{}, u"C");
   const Dictionary numeric{{u"identifier", 5}}, noID{{u"State", u"New"}};
-  table.addMeta({{u"State", u"NoChange"},
-                 {u"phone numbers", Array{numeric, Entry(u"5", {}, u"Added"),
-                                          Entry(u"5", {}, u"Added"), noID}}},
-                u"D");
-  table.modifyDataForPhoneID(u"5", Dictionary{{u"value", u"v"}}, u"D");
-  EXPECT_EQ(testing_support::Dump(table),
+  table_.addMeta({{u"State", u"NoChange"},
+                  {u"phone numbers", Array{numeric, Entry(u"5", {}, u"Added"),
+                                           Entry(u"5", {}, u"Added"), noID}}},
+                 u"D");
+  table_.modifyDataForPhoneID(u"5", Dictionary{{u"value", u"v"}}, u"D");
+  EXPECT_EQ(Dump(table_),
             "{C={State='ModifiedBySyncDB', "
             "phone numbers=[{Data={}, Link='Linked', State='Added', identifier='S'}]}, "
             "D={State='Modified', phone numbers=[{identifier=5}, "
@@ -302,11 +272,102 @@ TEST(sub_record_rule, marks_the_contact_and_matches_by_identifier) {
             "P='Q', Q='P'}");
   // An entry without identifier before the match fails; nothing changes.
   ScopedAssertionHandler throwing(&ThrowingAssertionHandler);
-  table.addMeta({{u"phone numbers", Array{Dictionary{}, Entry(u"S1", {}, u"Added")}}}, u"E");
-  const Dictionary before = *table.meta(u"E");
-  EXPECT_THROW(table.modifyDataForPhoneID(u"S1", Dictionary{}, u"E"), AssertionFailure);
-  EXPECT_EQ(*table.meta(u"E"), before);
+  table_.addMeta({{u"phone numbers", Array{Dictionary{}, Entry(u"S1", {}, u"Added")}}}, u"E");
+  const Dictionary before = *table_.meta(u"E");
+  EXPECT_THROW(table_.modifyDataForPhoneID(u"S1", Dictionary{}, u"E"), AssertionFailure);
+  EXPECT_EQ(*table_.meta(u"E"), before);
 }
+
+std::optional<String> Walk(const ContactIDMappingTable& table, const String& vCardID) {
+  for (const auto& [key, value] : table.mTable()) {
+    const Dictionary* entry = value.getIf<Dictionary>();
+    const String* id = entry ? FindAs<String>(*entry, u"vCardID") : nullptr;
+    if (id != nullptr && *id == vCardID) return key;
+  }
+  return std::nullopt;
+}
+
+// One table: "B" carries "V1", "D" and "E" "V2"; a look-up before each write
+// builds the index and takes a handle that is stale when written through.
+struct Write {
+  const char* name;
+  std::function<void(ContactIDMappingTable&)> write;
+  std::optional<String> v1, n1;  // expected answers afterwards
+};
+
+void PrintTo(const Write& write, std::ostream* out) { *out << write.name; }
+
+// An entry from meta(), then a look-up.
+Dictionary* Held(ContactIDMappingTable& table, const String& key = u"B") {
+  Dictionary* entry = table.meta(key);
+  EXPECT_EQ(table.dbIDForVCardID(u"V1"), u"B");
+  return entry;
+}
+
+const Write kWrites[] = {
+    {"held_meta_pointer", [](auto& t) { (*Held(t))[u"vCardID"] = u"N1"; }, {}, u"B"},
+    {"held_pointer_to_an_earlier_key_wins",
+     [](auto& t) {
+       t.addMeta(Dictionary{}, u"A");
+       Dictionary* a = Held(t, u"A");
+       for (const char16_t* id : {u"V1", u"N1", u"V1"}) (*a)[u"vCardID"] = id;
+     },
+     u"A", {}},
+    {"held_pointer_to_a_later_key_loses", [](auto& t) { (*Held(t, u"D"))[u"vCardID"] = u"V1"; }, u"B", {}},
+    {"held_mTable_reference",
+     [](auto& t) {
+       Dictionary& all = t.mTable();
+       EXPECT_EQ(t.dbIDForVCardID(u"V1"), u"B");
+       (*t.meta(u"B"))[u"vCardID"] = u"N1";  // a handle taken after: no longer tracked
+       all[u"A"] = Dictionary{{u"vCardID", u"V1"}};
+       all.erase(u"D");
+       EXPECT_EQ(t.dbIDForVCardID(u"V2"), u"E");
+     },
+     u"A", u"B"},
+    {"editMeta_while_open_and_after",
+     [](auto& t) {
+       {
+         auto edit = t.editMeta(u"B");
+         (*edit)[u"vCardID"] = u"N1";
+         EXPECT_EQ(t.dbIDForVCardID(u"N1"), u"B");
+         (*edit)[u"vCardID"] = u"V1";
+         EXPECT_EQ(t.dbIDForVCardID(u"N1"), std::nullopt);
+         auto nested = t.editMeta(u"B");
+         (*nested)[u"vCardID"] = u"N1";
+       }
+       EXPECT_FALSE(t.editMeta(u"none"));
+     },
+     {}, u"B"},
+    {"removal_tag_dropped",
+     [](auto& t) {
+       t.modifyContact(u"D", Dictionary{});
+       t.setRemovedTagToAllMeta();
+       t.removeAllRemovedTagRecords();
+     },
+     {}, {}},
+};
+
+class vcard_id_lookup_after : public ContactTable, public testing::WithParamInterface<Write> {};
+
+// dbIDForVCardID answers as a walk over the keys in order does, whatever was
+// written into the table and through which handle.
+TEST_P(vcard_id_lookup_after, answers_as_the_walk_does) {
+  table_.addMeta(Dictionary{{u"vCardID", u"V1"}}, u"B");
+  table_.addMeta(Dictionary{{u"vCardID", u"V2"}}, u"D");
+  table_.addMeta(Dictionary{{u"vCardID", u"V2"}}, u"E");  // a later holder of V2
+  table_.addMeta(Dictionary{{u"vCardID", 7}}, u"0");    // not text: never found
+  table_.addDBID(u"A-pair", u"P");                      // flat pairs are no entries
+  ASSERT_EQ(table_.dbIDForVCardID(u"V1"), u"B");
+  GetParam().write(table_);
+  EXPECT_EQ(table_.dbIDForVCardID(u"V1"), GetParam().v1);
+  EXPECT_EQ(table_.dbIDForVCardID(u"N1"), GetParam().n1);
+  for (const char16_t* id : {u"V1", u"V2", u"N1", u"X", u"P", u"A-pair", u"7"}) {
+    EXPECT_EQ(table_.dbIDForVCardID(id), Walk(table_, id)) << ToDisplayUTF8(id);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(writes, vcard_id_lookup_after, testing::ValuesIn(kWrites),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace
 }  // namespace phonepim

@@ -6,13 +6,9 @@
 #include <stdlib.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <regex>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/platform/Log.h"
@@ -39,41 +35,26 @@ class ScratchFolder {
 };
 
 /// Records every log message while alive, with the debug switch set as given.
-class LogRecorder {
- public:
-  explicit LogRecorder(bool debugMode) : previousDebug_(gVCARD_DEBUGMODE) {
-    gVCARD_DEBUGMODE = debugMode;
+struct LogRecorder {
+  explicit LogRecorder(bool debugMode) : previousDebug(std::exchange(gVCARD_DEBUGMODE, debugMode)) {
     messages().clear();
-    previousSink_ = SetLogSink([](std::string_view message) { messages().emplace_back(message); });
+    previousSink = SetLogSink([](std::string_view message) { messages().emplace_back(message); });
   }
   ~LogRecorder() {
-    SetLogSink(previousSink_);
-    gVCARD_DEBUGMODE = previousDebug_;
+    SetLogSink(previousSink);
+    gVCARD_DEBUGMODE = previousDebug;
   }
   static std::vector<std::string>& messages() {
     static std::vector<std::string> recorded;
     return recorded;
   }
-
- private:
-  bool previousDebug_;
-  LogSink previousSink_ = nullptr;
+  bool previousDebug;
+  LogSink previousSink;
 };
-
-inline void WriteFile(const std::filesystem::path& path, std::string_view bytes) {
-  std::ofstream(path, std::ios::binary | std::ios::trunc).write(bytes.data(), std::ssize(bytes));
-}
 
 inline std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
-/// The "State" string of a table entry, or "<none>".
-inline std::u16string StateOf(const ContactIDMappingTable& table, const String& key) {
-  const Dictionary* entry = table.meta(key);
-  const String* state = entry ? FindAs<String>(*entry, u"State") : nullptr;
-  return state ? *state : u"<none>";
 }
 
 /// A value as one line of text, so that a whole record is held against one

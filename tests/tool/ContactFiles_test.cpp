@@ -1,24 +1,20 @@
-// Files the contacts commands write (photos, output written whole), and the
-// round-trip comparison of `contacts check`.
-#include <gtest/gtest.h>
+// Files the tool writes: output written whole, or straight where a rename
+// would replace a FIFO or a device by a plain file; photos; the round-trip
+// comparison of `contacts check`; the status of a command that fails
+// unexpectedly.
+#include <sys/stat.h>
 
 #include <phonepim/platform/Assert.h>
 #include <phonepim/vcard/vCard.h>
-#include <phonepim/versit/ObjectSplitter.h>
 #include <phonepim/versit/vObject.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <sstream>
-#include <string>
-#include <unistd.h>
 
 #include "AtomicFile.h"
-#include "ToolTestSupport.h"
 #include "ContactsCheck.h"
 #include "ContactsConvert.h"
+#include "ExitStatus.h"
+#include "ToolTestSupport.h"
 
 namespace phonepim::tool {
 namespace {
@@ -32,6 +28,61 @@ std::map<std::string, std::string> FilesIn(const fs::path& folder) {
         entry.is_directory() ? "<folder>" : ReadFile(entry.path());
   }
   return files;
+}
+
+mode_t FileType(const fs::path& path) {
+  struct stat st {};
+  return lstat(path.c_str(), &st) == 0 ? (st.st_mode & S_IFMT) : 0;
+}
+
+// Straight through the function convert writes with: run as root, a
+// regression would replace the machine's /dev/null.
+TEST(output_file, dev_null_stays_a_device) {
+  ASSERT_EQ(FileType("/dev/null"), S_IFCHR) << "/dev/null was replaced before this test";
+  std::string error;
+  EXPECT_TRUE(WriteOutputFile("/dev/null", "x", &error)) << error;
+  EXPECT_EQ(FileType("/dev/null"), S_IFCHR);
+}
+
+// Through a link the file is replaced and the link stays; an output not
+// committed, or whose rename fails (a folder in the way) or cannot start (no
+// folder), leaves it as it was; pieces larger than the buffer keep order.
+TEST(output_file, only_a_commit_replaces_the_file) {
+  const TempFolder folder;
+  const fs::path book = folder.path() / "book.vcf";
+  std::string error;
+  ASSERT_TRUE(WriteFileAtomically(book, "first", &error)) << error;
+  ASSERT_TRUE(WriteFileAtomically(book, "old", &error)) << error;  // over a plain file
+  fs::create_symlink("book.vcf", folder.path() / "link.vcf");
+  const std::string large(100000, 'L');
+  {
+    OutputFile abandoned;
+    ASSERT_TRUE(abandoned.Open(folder.path() / "link.vcf", &error)) << error;
+    abandoned.Write(large);
+  }
+  fs::create_directory(folder.path() / "taken");
+  EXPECT_FALSE(WriteFileAtomically(folder.path() / "taken", "text", &error));
+  EXPECT_EQ(error.rfind((folder.path() / "taken").string() + ": cannot write: ", 0), 0u) << error;
+  EXPECT_FALSE(WriteFileAtomically(folder.path() / "missing" / "out.vcf", "text", &error));
+  EXPECT_EQ(FilesIn(folder.path()).size(), 3u);
+  EXPECT_EQ(ReadFile(book), "old");
+  OutputFile file;
+  ASSERT_TRUE(file.Open(folder.path() / "link.vcf", &error)) << error;
+  file.Write("a");
+  file.Write(large);
+  file.Write("z");
+  ASSERT_TRUE(file.Commit(&error)) << error;
+  EXPECT_EQ(ReadFile(book), "a" + large + "z");
+  EXPECT_EQ(FileType(folder.path() / "link.vcf"), S_IFLNK);
+}
+
+TEST(exit_status, an_exception_out_of_a_command_is_an_internal_error) {
+  std::ostringstream err;
+  const auto fails = [](const std::string&, const std::string&) -> int {
+    throw std::runtime_error("boom");
+  };
+  EXPECT_EQ(RunOnFile(PHONEPIM_TOOL_DATA "/empty.vcf", fails, err), kExitInternalError);
+  EXPECT_EQ(err.str(), "phonepim: " PHONEPIM_TOOL_DATA "/empty.vcf: internal error: boom\n");
 }
 
 TEST(contacts_convert, photos_are_the_decoded_bytes_named_after_the_record_id) {
@@ -81,48 +132,12 @@ TEST(contacts_convert, photo_file_names_follow_the_magic_bytes) {
   EXPECT_EQ(PhotoFileName("", 7, {0xFF, 0xD8, 0xFF}), "object-7.jpg");
 }
 
-TEST(atomic_file, a_failed_write_leaves_the_target_as_it_was_and_no_temporary_file) {
-  TempFolder folder;
-  const fs::path target = folder.path() / "out.vcf";
-  std::string error;
-  ASSERT_TRUE(WriteFileAtomically(target, "old", &error)) << error;
-  ASSERT_TRUE(WriteFileAtomically(target, "new text", &error)) << error;
-  EXPECT_EQ(ReadFile(target), "new text");
-
-  // A folder in the way: the rename fails after the data was written.
-  fs::create_directory(folder.path() / "taken");
-  EXPECT_FALSE(WriteFileAtomically(folder.path() / "taken", "text", &error));
-  EXPECT_EQ(error.rfind((folder.path() / "taken").string() + ": cannot write: ", 0), 0u) << error;
-  EXPECT_FALSE(WriteFileAtomically(folder.path() / "missing" / "out.vcf", "text", &error));
-  EXPECT_EQ(FilesIn(folder.path()).size(), 2u);
-  EXPECT_EQ(ReadFile(target), "new text");
-}
-
-TEST(contacts_check, differences_are_listed_field_by_field) {
+// Nested members, arrays and keys on one side only are in the goldens; a key
+// that only the card read back has is not.
+TEST(contacts_check, a_key_only_after_is_a_difference_from_null) {
   using Json = nlohmann::ordered_json;
-  const struct {
-    Json before;
-    Json after;
-    std::vector<std::string> lines;
-  } rows[] = {
-      {Json{{"a", 1}}, Json{{"a", 1}}, {}},
-      {Json{{"name", {{"family", "X"}, {"given", "Y"}}}},
-       Json{{"name", {{"family", "X"}, {"given", "Z"}}}},
-       {"name.given: \"Y\" -> \"Z\""}},
-      {Json{{"types", {"CELL"}}},
-       Json{{"types", {"HOME", "CELL"}}},
-       {"types: [\"CELL\"] -> [\"HOME\",\"CELL\"]"}},
-      {Json{{"tel", Json::array({Json{{"n", "1"}}, Json{{"n", "2"}}})}},
-       Json{{"tel", Json::array({Json{{"n", "9"}}})}},
-       {"tel[0].n: \"1\" -> \"9\"", "tel[1]: lost {\"n\":\"2\"}"}},
-      {Json{{"tel", Json::array()}},
-       Json{{"tel", Json::array({Json{{"n", "1"}}})}},
-       {"tel[0]: added {\"n\":\"1\"}"}},
-      {Json{{"note", nullptr}},
-       Json{{"note", "x"}, {"extra", 2}},
-       {"note: null -> \"x\"", "extra: null -> 2"}},
-  };
-  for (const auto& row : rows) EXPECT_EQ(JsonDifferences(row.before, row.after), row.lines);
+  EXPECT_EQ(JsonDifferences(Json{{"note", nullptr}}, Json{{"note", "x"}, {"extra", 2}}),
+            (std::vector<std::string>{"note: null -> \"x\"", "extra: null -> 2"}));
 }
 
 TEST(contacts_check, a_card_the_writer_cannot_give_back_is_a_loss) {

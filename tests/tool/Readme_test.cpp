@@ -2,12 +2,7 @@
 // run in order, in a scratch folder that sees examples/, and must print (a
 // pipe gets standard output, then standard error) the lines under it; a
 // line "..." stands for any number of lines.
-#include <gtest/gtest.h>
-
-#include <cstdio>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "ToolTestSupport.h"
 
@@ -55,13 +50,12 @@ TEST(readme, every_example_prints_what_the_readme_shows) {
       examples.back().second.push_back(line);
     }
   }
+  const std::string toolFolder = std::filesystem::path(PHONEPIM_TOOL).parent_path().string();
   int run = 0;
   for (const auto& [command, shown] : examples) {
     if (command.empty()) continue;
-    std::string shell = "cd '" + folder.path().string() + "' && " + command + " 2>&1";
-    if (command.starts_with("phonepim ")) {
-      shell.replace(shell.find("phonepim "), 8, "'" PHONEPIM_TOOL "'");
-    }
+    const std::string shell = "cd '" + folder.path().string() + "' && export PATH='" + toolFolder +
+                              "':\"$PATH\" && " + command + " 2>&1";
     std::string printed;
     FILE* pipe = popen(shell.c_str(), "r");
     ASSERT_NE(pipe, nullptr);

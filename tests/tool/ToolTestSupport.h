@@ -1,34 +1,11 @@
-// What the tool's unit tests share.
+// What the tool's unit tests share with the library's.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-
-#include <stdlib.h>
+#include "mapping/MappingTestSupport.h"
 
 namespace phonepim::tool {
 
-/// The whole file as bytes; empty when it cannot be read.
-inline std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-/// A fresh folder under the system's temporary folder, removed afterwards.
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "phonepim-tool-XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
-  }
-  ~TempFolder() { std::filesystem::remove_all(path_); }
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+using testing_support::ReadFile;
+using TempFolder = testing_support::ScratchFolder;
 
 }  // namespace phonepim::tool
