@@ -1,13 +1,11 @@
 // The date values around CDateTime: spans, time-zone records, the free date
-// functions and the zone names.
+// functions, the zone names and the fields of instants read in "GMT".
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
 #include <functional>
 #include <limits>
-#include <optional>
-#include <vector>
 
 #include "datetime/DateTimeFixtures.h"
 #include "phonepim/datetime/CDateTimeSpan.h"
@@ -28,7 +26,7 @@ Parts PartsOf(const CDateTimeSpan& s) {
           s.GetTotalHours(), s.GetTotalMinutes(), s.GetTotalSeconds()};
 }
 
-TEST(span, sums_the_parts_without_overflow_and_saturates) {
+TEST(span, sums_the_parts_without_overflow_saturates_and_compares_whole_seconds) {
   CDateTimeSpan span(7.5);
   span.SetDateTimeSpan(1, -1, 0, 0);
   EXPECT_EQ(PartsOf(span), (Parts{0, 23, 0, 0, 23, 1380, 82800}));
@@ -45,16 +43,11 @@ TEST(span, sums_the_parts_without_overflow_and_saturates) {
   const CDateTimeSpan notANumber(std::nan(""));
   EXPECT_EQ(PartsOf(notANumber), Parts(7, 0));
   EXPECT_FALSE(notANumber.IsEqual(notANumber));
-}
-
-TEST(span, is_equal_compares_the_others_whole_seconds_with_the_exact_length) {
-  const struct {
-    double self, other;
-    bool equal;
-  } rows[] = {{5, 5, true},      {5, 6, false},      {5, 5.7, true},   {5.7, 5, false},
-              {5.5, 5.5, false}, {-90, -90.5, true}, {-90, 90, false}, {0, -0.9, true}};
-  for (const auto& r : rows) {
-    EXPECT_EQ(CDateTimeSpan(r.self).IsEqual(CDateTimeSpan(r.other)), r.equal) << r.self << " " << r.other;
+  // IsEqual takes the other's whole seconds against this one's exact length.
+  const double pairs[][3] = {{5, 5, 1},   {5, 6, 0},      {5, 5.7, 1}, {5.7, 5, 0},
+                             {5.5, 5.5, 0}, {-90, -90.5, 1}, {-90, 90, 0}, {0, -0.9, 1}};
+  for (const auto& [self, other, equal] : pairs) {
+    EXPECT_EQ(CDateTimeSpan(self).IsEqual(CDateTimeSpan(other)), equal != 0) << self << " " << other;
   }
 }
 
@@ -120,13 +113,10 @@ TEST(date_functions, read_default_zone_wall_clock_and_convert_only_when_asked) {
 }
 
 TEST(time_zones, know_the_zone_or_say_nothing) {
-  const struct {
-    const char* name;
-    std::optional<String> canonical;
-  } rows[] = {{"Asia/Tokyo", u"Asia/Tokyo"},  {"GMT+9", u"GMT+09:00"}, {"GMT+0900", u"GMT+09:00"},
-              {"GMT+24", std::nullopt},       {"GMT+09:60", std::nullopt},
-              {"Mars/Olympus_Mons", std::nullopt}, {"", std::nullopt}};
-  for (const auto& r : rows) EXPECT_EQ(TimeZoneWithName(testing::U16(r.name)), r.canonical) << r.name;
+  const std::pair<const char*, std::optional<String>> rows[] = {
+      {"Asia/Tokyo", u"Asia/Tokyo"}, {"GMT+9", u"GMT+09:00"},  {"GMT+0900", u"GMT+09:00"}, {"GMT+24", std::nullopt},
+      {"GMT+09:60", std::nullopt},   {"Mars/Olympus_Mons", std::nullopt}, {"", std::nullopt}};
+  for (const auto& [name, canonical] : rows) EXPECT_EQ(TimeZoneWithName(testing::U16(name)), canonical) << name;
   EXPECT_EQ(TimeZoneWithName(String(300, u'A')), std::nullopt);
   EXPECT_EQ(SecondsFromGMT(u"America/New_York", 1236495599), -18000);
   EXPECT_EQ(SecondsFromGMT(u"America/New_York", 1236495600), -14400);
@@ -135,6 +125,27 @@ TEST(time_zones, know_the_zone_or_say_nothing) {
   EXPECT_EQ(SecondsFromGMT(u"Asia/Tokyo", std::nan("")), 0);
   const ScopedDefaultZone zone("GMT+09");
   EXPECT_EQ(DefaultTimeZoneName(), u"GMT+09:00");
+}
+
+// Fields come from day arithmetic within the Gregorian range and from ICU
+// outside it: each row is a boundary of that split.
+TEST(gmt_fields, match_the_calendar_on_both_sides_of_each_boundary) {
+  // Era, year, month, day, hour, minute, second, weekday.
+  const std::pair<double, Parts> rows[] = {
+      {-12219292800.0, {1, 1582, 10, 15, 0, 0, 0, 6}},      // the first Gregorian day
+      {-12219292800.001, {1, 1582, 10, 4, 23, 59, 59, 5}},  // the Julian day before it
+      {-1e-300, {1, 1969, 12, 31, 23, 59, 59, 4}},          // rounds to midnight in the arithmetic
+      {-0.5, {1, 1969, 12, 31, 23, 59, 59, 4}},
+      {951782400.0, {1, 2000, 2, 29, 0, 0, 0, 3}},
+      {4107542400.0, {1, 2100, 3, 1, 0, 0, 0, 2}},  // 2100 has no leap day
+      {253402300799.0, {1, 9999, 12, 31, 23, 59, 59, 6}},
+      {253402300800.0, {1, 10000, 1, 1, 0, 0, 0, 7}},
+  };
+  for (const auto& [instant, expected] : rows) {
+    const DateComponents f = gregorian::ComponentsInZone(
+        instant, u"GMT", gregorian::kEraUnit | gregorian::kDateAndTimeUnits | gregorian::kWeekdayUnit);
+    EXPECT_EQ((Parts{f.era, f.year, f.month, f.day, f.hour, f.minute, f.second, f.weekday}), expected) << instant;
+  }
 }
 
 }  // namespace

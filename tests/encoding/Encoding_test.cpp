@@ -1,16 +1,13 @@
 // Value decoding (charset and transfer encoding, strict and lenient), the
-// backslash escapes, structured values and the string and data
-// conveniences over the quoted-printable codecs.
+// backslash escapes, structured values, the string and data conveniences
+// over the quoted-printable codecs, and BASE64 decoding.
 #include "phonepim/encoding/Encoding.h"
 
 #include <gtest/gtest.h>
 
-#include <optional>
-#include <string>
-#include <vector>
-
-#include "phonepim/encoding/NGQuotedPrintableCoding.h"
 #include "phonepim/encoding/Charset.h"
+#include "phonepim/encoding/NGQuotedPrintableCoding.h"
+#include "phonepim/encoding/base64.h"
 
 namespace phonepim {
 namespace {
@@ -20,11 +17,7 @@ using namespace std::string_literals;
 Bytes ToBytes(const std::string& s) { return Bytes(s.begin(), s.end()); }
 
 TEST(decode, undoes_the_transfer_encoding_then_the_charset) {
-  const struct {
-    std::string bytes;
-    int charset, encoding;
-    std::optional<String> expected;
-  } rows[] = {
+  const struct { std::string bytes; int charset, encoding; std::optional<String> expected; } rows[] = {
       {"A=3d_b=0D", kCharsetUTF8, kEncodingQuotedPrintableCR, u"A= b\r"},
       {"caf=C3=\r\n=A9=ZZ", kCharsetUTF8, kEncodingQuotedPrintable, u"caf\u00E9ZZ"},
       {"abc=", kCharsetUTF8, kEncodingQuotedPrintable, std::nullopt},
@@ -44,9 +37,8 @@ TEST(decode, undoes_the_transfer_encoding_then_the_charset) {
   for (const auto& r : rows) {
     // An exact-size heap copy: Decode must not read beyond `len`.
     const std::vector<char> bytes(r.bytes.begin(), r.bytes.end());
-    EXPECT_EQ(Decode(bytes.empty() ? "" : bytes.data(), static_cast<int>(bytes.size()), r.charset, r.encoding),
-              r.expected)
-        << &r - rows;
+    const int length = static_cast<int>(bytes.size());
+    EXPECT_EQ(Decode(bytes.empty() ? "" : bytes.data(), length, r.charset, r.encoding), r.expected) << &r - rows;
   }
   EXPECT_EQ(Decode("abcdef", 3, kCharsetUTF8, kEncodingNone), u"abc");
   // The quoted-printable text is copied and terminated before decoding, so
@@ -59,9 +51,7 @@ TEST(decode, undoes_the_transfer_encoding_then_the_charset) {
 
 TEST(escaped_char_string, escapes_backslash_and_semicolon_and_decoding_drops_the_next_unit) {
   EXPECT_EQ(EncodeEscapedCharString(u"a;b\\c\u00E9,:=\r\n"), u"a\\;b\\\\c\u00E9,:=\r\n");
-  const struct {
-    std::string in, expected;
-  } bytes[] = {
+  const struct { std::string in, expected; } bytes[] = {
       {"a\\;b\\\\c\\nd", "a\\b\\c\\d"},
       {"abc\\", "abc\\"},
       {"", ""},
@@ -76,9 +66,7 @@ TEST(escaped_char_string, escapes_backslash_and_semicolon_and_decoding_drops_the
   EXPECT_EQ(DecodeEscapedCharString("abcdef", 2), ToBytes("ab"));
   EXPECT_TRUE(DecodeEscapedCharString(nullptr, 0).empty());
   // The string form narrows each unit to a byte and sign-extends it back.
-  const struct {
-    String in, expected;
-  } units[] = {
+  const struct { String in, expected; } units[] = {
       {u"a\\;b\\\\c\\", u"a\\b\\c\\"},
       {u"\\\u4E2D\u00E9\u007F\u0080\u0100"s, u"\\\uFFE9\u007F\uFF80\0"s},
       // Only a real backslash escapes: U+015C narrows to one but does not
@@ -127,55 +115,66 @@ TEST(qp_string_and_data, encode_and_decode_with_their_own_rules) {
 }
 
 
-struct CharsetRow {
-  std::string bytes;
-  const char* charset;
-  int encoding;
-  std::u16string text;
-  bool replaced;
-  bool unknown;
-};
-
 TEST(decode_charset, reads_by_the_charset_word_and_keeps_what_it_cannot) {
-  const CharsetRow rows[] = {
-      {"M=FCller", "ISO-8859-1", kEncodingQuotedPrintable, u"Müller", false, false},
-      {"M\xC3\xBCller", "UTF8", kEncodingNone, u"Müller", false, false},
-      {"M\xC3\xBCller", "", kEncodingNone, u"Müller", false, false},
-      {"M\xFCller", "utf-8", kEncodingNone, u"Müller", true, false},
-      {"\x80", "WINDOWS-1252", kEncodingNone, u"€", false, false},
-      {"\x93\xFA\x96\x7B", "Shift_JIS", kEncodingNone, u"日本", false, false},
-      {"a\x81", "SHIFT_JIS", kEncodingNone, u"a\uFFFD", true, false},
+  const struct {
+    std::string bytes;
+    const char* charset;
+    int encoding;
+    std::u16string text;
+    bool replaced = false, unknown = false;
+  } rows[] = {
+      {"M=FCller", "ISO-8859-1", kEncodingQuotedPrintable, u"Müller"},
+      {"M\xC3\xBCller", "UTF8", kEncodingNone, u"Müller"},
+      {"M\xC3\xBCller", "", kEncodingNone, u"Müller"},
+      {"M\xFCller", "utf-8", kEncodingNone, u"Müller", true},
+      {"\x80", "WINDOWS-1252", kEncodingNone, u"€"},
+      {"\x93\xFA\x96\x7B", "Shift_JIS", kEncodingNone, u"日本"},
+      {"a\x81", "SHIFT_JIS", kEncodingNone, u"a\uFFFD", true},
       {"abc", "X-NO-SUCH", kEncodingNone, u"abc", false, true},
-      {"(nessa_flame)", "", kEncodingQuotedPrintable, u"(nessa_flame)", false, false},
-      {"a=\r\nb=3d=ZZ=", "", kEncodingQuotedPrintableCR, u"ab==ZZ=", false, false},
-      {"w6k=", "ISO-8859-1", kEncodingBase64, u"Ã©", false, false},
+      {"(nessa_flame)", "", kEncodingQuotedPrintable, u"(nessa_flame)"},
+      {"a=\r\nb=3d=ZZ=", "", kEncodingQuotedPrintableCR, u"ab==ZZ="},
+      {"w6k=", "ISO-8859-1", kEncodingBase64, u"Ã©"},
   };
-  for (const CharsetRow& row : rows) {
-    SCOPED_TRACE(row.bytes + " as " + row.charset);
-    const CharsetText decoded = DecodeCharset(row.bytes, row.charset, row.encoding);
-    EXPECT_EQ(decoded.text, row.text);
-    EXPECT_EQ(decoded.replaced, row.replaced);
-    EXPECT_EQ(decoded.unknownCharset, row.unknown);
+  for (const auto& r : rows) {
+    const CharsetText decoded = DecodeCharset(r.bytes, r.charset, r.encoding);
+    EXPECT_EQ(std::tuple(decoded.text, decoded.replaced, decoded.unknownCharset),
+              std::tuple(r.text, r.replaced, r.unknown)) << &r - rows;
   }
 }
 
 TEST(split_structured_value, splits_at_unescaped_separators_and_unescapes) {
-  struct Row {
-    std::u16string value;
-    std::vector<std::u16string> unescaped;
-    std::vector<std::u16string> asWritten;
-  };
-  const Row rows[] = {
+  const struct { std::u16string value; std::vector<std::u16string> unescaped, asWritten; } rows[] = {
       {u"", {u""}, {u""}},
       {u"Sales Dept.\\Manager;x", {u"Sales Dept.\\Manager", u"x"}, {u"Sales Dept.\\Manager", u"x"}},
-      {u"a\\;b;c\\\\;d\\,e\\nf\\Ng\\:h", {u"a;b", u"c\\", u"d,e\nf\ng:h"},
-       {u"a\\;b", u"c\\\\", u"d\\,e\\nf\\Ng\\:h"}},
+      {u"a\\;b;c\\\\;d\\,e\\nf\\Ng\\:h", {u"a;b", u"c\\", u"d,e\nf\ng:h"}, {u"a\\;b", u"c\\\\", u"d\\,e\\nf\\Ng\\:h"}},
       {u"end\\", {u"end\\"}, {u"end\\"}},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(SplitStructuredValue(row.value, true), row.unescaped);
-    EXPECT_EQ(SplitStructuredValue(row.value, false), row.asWritten);
+  for (const auto& r : rows) {
+    EXPECT_EQ(std::pair(SplitStructuredValue(r.value, true), SplitStructuredValue(r.value, false)),
+              std::pair(r.unescaped, r.asWritten));
   }
+}
+
+TEST(base64, decodes_up_to_the_first_byte_outside_the_alphabet) {
+  const struct { std::string in, expected; } rows[] = {
+      {"TWFu", "Man"},       {"TWE=", "Ma"},        {"TW Fu", "M"},    {"TWFu\r\nTWFu", "Man"},
+      {"//79+/8=", "\xFF\xFE\xFD\xFB\xFF"},          {"", ""},          {"=TWFu", ""},
+      {"T", ""},             {"TWFuT", "Man"},      {"TWFuTWE", "ManMa"},
+      // Bits left over in the last character are dropped, not checked.
+      {"TR==", "M"},         {"-_AA", ""},          {"TWFu\x80TWFu", "Man"},
+  };
+  for (const auto& r : rows) {
+    // Into a buffer of exactly Base64decode_len bytes, NUL after the bytes.
+    std::vector<char> dst(static_cast<std::size_t>(Base64decode_len(r.in.c_str())), '#');
+    const int count = Base64decode(dst.data(), r.in.c_str());
+    ASSERT_LT(count, static_cast<int>(dst.size())) << r.in;
+    EXPECT_EQ(std::string(dst.data(), static_cast<std::size_t>(count) + 1), r.expected + '\0') << r.in;
+  }
+  const std::pair<const char*, int> lengths[] = {{"", 1}, {"T", 4}, {"TWFuT", 7}, {"TW Fu", 4}, {"=AAAAAAAA", 1}};
+  for (const auto& [in, expected] : lengths) EXPECT_EQ(Base64decode_len(in), expected) << in;
+  char dst[1] = {'#'};
+  EXPECT_EQ(std::pair(Base64decode_len(nullptr), Base64decode(dst, nullptr)), std::pair(1, 0));
+  EXPECT_EQ(dst[0], '\0');
 }
 
 }  // namespace
