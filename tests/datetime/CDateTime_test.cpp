@@ -115,7 +115,7 @@ TEST_P(date_time_in_zone, intervals_give_local_values_read_on_the_wall_clock) {
   EXPECT_EQ(FieldsOf(earlier), (Fields{2009, 11, 1, hourAfter, 0, 0}));
 }
 
-TEST(date_time, spans_differences_and_order_go_by_instant) {
+TEST(date_time, spans_differences_and_order_go_by_instant_equality_also_by_type_and_zone) {
   const ScopedDefaultZone zone("UTC");
   const CDateTime early(1000.5, kLocal);
   const CDateTime late(4600.0, kGMT);
@@ -124,6 +124,11 @@ TEST(date_time, spans_differences_and_order_go_by_instant) {
             std::pair(std::int64_t{3599}, std::int64_t{3599}));
   EXPECT_EQ((Fields{early.compare(late), late.compare(early), early.compare(CDateTime(1000.5, kGMT))}),
             (Fields{-1, 1, 0}));
+  // Equality takes the type and the zone as well.
+  EXPECT_EQ(std::pair(early.IsEqual(CDateTime(1000.5, kLocal)), early.IsEqual(CDateTime(1000.5, kGMT))),
+            std::pair(true, false));
+  const ScopedDefaultZone tokyo("Asia/Tokyo");
+  EXPECT_FALSE(early.IsEqual(CDateTime(1000.5, kLocal)));
 }
 
 TEST(date_time, equality_to_components_takes_eight_fields) {
