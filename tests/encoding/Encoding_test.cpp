@@ -39,7 +39,6 @@ TEST(decode, undoes_the_transfer_encoding_then_the_charset) {
       // Base64 and any other encoding value are left as they are.
       {"A=3d_b", kCharsetUTF8, kEncodingNone, u"A=3d_b"},
       {"TWFu", kCharsetUTF8, kEncodingBase64, u"TWFu"},
-      {"x=3Dy", kCharsetUTF8, 7, u"x=3Dy"},
       // Any charset but Shift_JIS is UTF-8.
       {"a\0\xC3\xA9"s, 9, kEncodingNone, u"a\0\u00E9"s},
       {"\x82\xA0", kCharsetShiftJIS, kEncodingNone, u"\u3042"},
@@ -261,7 +260,6 @@ TEST(transfer_decode, both_decoders_give_the_same_exact_bytes) {
       {"=\n", kQP, 0, {0, ""}},
       {"a=\rb", kQP, 0, {0, ""}},
       {"abc=", kQP, 0, {0, ""}},
-      {"a= b", kQP, 0, {0, ""}},
       {"==41", kQP, 0, {0, ""}},
       // Read by strtol in base 16: it stops at the first non-hex character.
       {"=G1=1G=0x", kQP, 0, {1, "\0\x01\0\0"s}},
@@ -361,7 +359,6 @@ TEST(qp_encode, both_encoders_break_lines_at_the_same_columns_and_differ_on_spac
     std::string stl;
     std::optional<std::string> two = std::nullopt;  // nothing: as STL_QPEncode
   } rows[] = {
-      {"", 0, ""},
       {"", kFinal, "=\r\n"},
       {"a=b_!~\x7F\r\n" + std::string(1, '\0') + "\x1F\x80\xAB\xFF", 0, "a=3Db_!~=7F=0D=0A=00=1F=80=AB=FF"},
       // A tab is literal up to column 63.

@@ -189,7 +189,6 @@ TEST(range, mid_delete_and_set_accept_ranges_inside_the_string_only) {
 TEST(string_with_bytes, decodes_exactly_the_given_bytes_as_strict_utf8) {
   const struct { const char* bytes; std::size_t length; std::optional<String> expected; } rows[] = {
       {"a\0\xC3\xA9\xE6\x97\xA5\xF0\x9F\x98\x80", 11, u"a\0\u00E9\u65E5\U0001F600"s},
-      {"", 0, u""},
       {"\xC3", 1, std::nullopt},
       {"\xC0\x80", 2, std::nullopt},
       {"\xED\xA0\x80", 3, std::nullopt},
@@ -247,7 +246,6 @@ TEST(int_array, reads_the_int_value_of_any_element) {
       {Value(-42), -42},
       // A wider integer keeps its low 32 bits, as a number's int value does.
       {Value(std::int64_t{0x100000005}), 5},
-      {Value(std::uint64_t{0xFFFFFFFFFFFFFFFF}), -1},
       // Reals truncate toward zero and saturate.
       {Value(-3.9), -3},
       {Value(1e20), INT_MAX},
