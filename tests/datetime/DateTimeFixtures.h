@@ -23,8 +23,6 @@ class ScopedDefaultZone {
         icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(zone)));
   }
   ~ScopedDefaultZone() { icu::TimeZone::adoptDefault(previous_.release()); }
-  ScopedDefaultZone(const ScopedDefaultZone&) = delete;
-  ScopedDefaultZone& operator=(const ScopedDefaultZone&) = delete;
 
  private:
   std::unique_ptr<icu::TimeZone> previous_;
