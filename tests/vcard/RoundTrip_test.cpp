@@ -4,15 +4,8 @@
 
 #include <algorithm>
 #include <functional>
-#include <memory>
-#include <ostream>
-#include <string>
-#include <vector>
 
 #include "phonepim/model/CCustomType.h"
-#include "phonepim/model/CContact.h"
-#include "phonepim/vcard/vCard.h"
-#include "phonepim/versit/vObject.h"
 #include "vcard/vCardTestSupport.h"
 
 namespace phonepim {
@@ -26,39 +19,26 @@ using testing_vcard::FillPerson;
 using testing_vcard::Label;
 using testing_vcard::Read;
 
-struct Options {
-  bool escape = false;       // sm_fNonstandardEscChar
-  bool readingName = false;  // sm_fUseReadingLastName
-  bool urlAsIs = false;      // sm_fURLNotQPEncode
-  int phoneStyle = 0;
-};
-
-void Apply(const Options& options) {
-  vCard::NonstandardEscChar(options.escape);
-  vCard::UseReadingLastName(options.readingName);
-  vCard::URLNotQPEncode(options.urlAsIs);
-}
-
 // --- Contacts that survive whole ----------------------------------------
 
+// With the reading name in the IrMC form.
 void UnicodePerson(CContact& c) {
+  vCard::UseReadingLastName(true);
   c.Name().SetName(u"\u5C71\u7530", 0);
   c.Name().SetName(u"\u592A\u90CE", 1);
   c.Name().SetName(u"\u30E4\u30DE\u30C0", 5);
   c.SetFName(u"\u5C71\u7530 \u592A\u90CE");
   c.SetNickNames({u"\U0001F600 Smiley"});
   c.SetRLName(u"\u30E4\u30DE\u30C0");
+  c.SetRFName(u"\u30BF\u30ED\u30A6");
   c.NewTelephone("\xEF\xBC\x90\xEF\xBC\x93-1234", kTelephoneTypeHome, 0);
   c.NewAddress(nullptr, nullptr, "Hauptstra\xC3\x9F" "e 5", "K\xC3\xB6ln", nullptr, "50667",
                "Deutschland", nullptr, kAddressTypeWork, 0);
-  c.NewNotes(
-      "\xE3\x81\x8A\xE7\x96\xB2\xE3\x82\x8C\xE6\xA7\x98\xE3\x81\xA7\xE3\x81\x99\xE3\x80\x82 "
-      "A note long enough to be broken into several quoted-printable lines by the encoder, "
-      "with \xC3\xA9\xC3\xA8 accents\ttabs and = signs.",
-      0);
+  c.NewNotes("\xE3\x81\x8A\xE7\x96\xB2\xE3\x82\x8C\xE6\xA7\x98\xE3\x81\xA7\xE3\x81\x99\xE3\x80\x82 "
+             "A note long enough to be broken into several quoted-printable lines by the encoder, "
+             "with \xC3\xA9\xC3\xA8 accents\ttabs and = signs.", 0);
   c.SetTitle(u"Ing\u00E9nieur");
-  c.NewOrg("Soci\xC3\xA9t\xC3\xA9 G\xC3\xA9n\xC3\xA9rale", "D\xC3\xA9pt", nullptr, nullptr,
-           kOrganizationTypeWork);
+  c.NewOrg("Soci\xC3\xA9t\xC3\xA9 G\xC3\xA9n\xC3\xA9rale", "D\xC3\xA9pt", nullptr, nullptr, kOrganizationTypeWork);
   c.setSpouse(u"\u82B1\u5B50");
   c.setAssistant(u"J\u00FCrgen");
   c.setAssistantNumber(u"\uFF10\uFF11");
@@ -85,146 +65,97 @@ void Group(CContact& c) {
   c.SetPhotoData(Bytes{1, 2, 3, 4, 5});
 }
 
-struct SurvivingCase {
-  const char* name;
-  const char16_t* kind;
-  Options options;
-  std::function<void(CContact&)> fill;
-};
-
 TEST(round_trip, keeps_every_shared_field) {
   const ScopedWriterDefaults defaults;
-  const SurvivingCase cases[] = {
-        SurvivingCase{"person", u"Contact", {}, FillPerson},
-        SurvivingCase{"unicode_person", u"Contact", {}, UnicodePerson},
-        SurvivingCase{"unicode_person_with_irmc_reading", u"Contact", {false, true, false, 0},
-                      [](CContact& c) {
-                        UnicodePerson(c);
-                        c.SetRFName(u"\u30BF\u30ED\u30A6");
-                      }},
-        SurvivingCase{"zandor_person", u"Contact", {false, false, false, 1}, ZandorPerson},
-        SurvivingCase{"group", u"Group", {}, Group},
-        SurvivingCase{"empty_person", u"Contact", {}, [](CContact&) {}}};
-  for (const SurvivingCase& c : cases) {
+  const struct {
+    const char* name;
+    const char16_t* kind;
+    int phoneStyle;
+    std::function<void(CContact&)> fill;
+  } cases[] = {
+      {"person", u"Contact", 0, FillPerson},
+      {"unicode_person_with_irmc_reading", u"Contact", 0, UnicodePerson},
+      {"zandor_person", u"Contact", 1, ZandorPerson},
+      {"group", u"Group", 0, Group},
+      {"empty_person", u"Contact", 0, [](CContact&) {}}};
+  for (const auto& c : cases) {
     ScopedWriterDefaults::Reset();
-    Apply(c.options);
     CContact original(c.kind);
     c.fill(original);
-    const std::string text = Generated(original, c.options.phoneStyle);
+    const std::string text = Generated(original, c.phoneStyle);
     const std::unique_ptr<CContact> back = Read(text, c.kind);
     EXPECT_EQ(Describe(*back), Describe(original)) << c.name << "\n" << text;
-    EXPECT_EQ(Generated(*back, c.options.phoneStyle), text) << c.name;
+    EXPECT_EQ(Generated(*back, c.phoneStyle), text) << c.name;
   }
 }
 
 // --- What does not survive, by design -----------------------------------
 
-struct LossCase {
-  const char* name;
-  Options options;
-  std::function<void(CContact&)> fill;
-  const char* readBack;  // Describe() of the contact read back
-};
-
 TEST(round_trip_loss, reads_back_as_stated) {
   const ScopedWriterDefaults defaults;
-  const LossCase cases[] = {
-        // Account name and type, revision, LMT and extension have no line;
-        // nor have empty values, blood type 7, empty photos, empty further
-        // organization lines, birthday type 3; a missing assistant number
-        // reads back empty.
-        LossCase{"what_has_no_line",
-                 {},
-                 [](CContact& c) {
-                   c.SetAccountName(u"me@example.com");
-                   c.SetAccountType(u"com.google");
-                   c.SetLastRevision(MakeDateComponents(2020, 1, 2, 3, 4, 5));
-                   c.setLMT(u"20200102T030405Z");
-                   c.SetExtension(u"77");
-                   c.setAssistant(u"Ann");
-                   c.SetFName(u"");
-                   c.SetNickNames({u""});
-                   c.NewAddress(nullptr, kAddressTypeHome, 0);
-                   c.NewOrg(nullptr, nullptr, nullptr, nullptr, kOrganizationTypeWork);
-                   c.NewOrg("Acme", nullptr, nullptr, nullptr, 0)->Additional() = {u"", u"Lab"};
-                   c.NewNotes("", 0);
-                   c.SetBloodType(7);
-                   c.SetPhotoData(Bytes{});
-                   c.SetBirthDate(Day(2001, 2, 3));
-                   c.SetBirthDateType(3);
-                 },
-                 "BDAY=2001-2-3/0; ORG(0)=Acme|||+Lab; ASSISTANT=Ann; ASSISTANT#="},
-        LossCase{"a_pref_type_equal_to_a_label_code_takes_the_label",
-                 {},
-                 [](CContact& c) {
-                   // Reading this label registers code 0x10000001, which is
-                   // also PREF with HOME: the e-mail is written with the
-                   // label the second time.
-                   c.NewAddress("Main St", kAddressTypeCustom, 0, Label(u"Summer house"));
-                   c.NewEmail("a@b", kEmailTypePref | kEmailTypeHome, 0);
-                 },
-                 "EMAIL(10000001)=a@b; ADR(10,label=Summer house)=||Main St|||||"},
-        LossCase{"plain_labels_come_back_as_the_custom_bit_alone",
-                 {},
-                 [](CContact& c) {
-                   c.NewEmail("a@b", kEmailTypeCustom, 0, Label(u"Private"));
-                   c.NewAddress("Main St", kAddressTypeCustom | kAddressTypeHome, 0,
-                                Label(u"Cottage"));
-                 },
-                 "EMAIL(10)=a@b; ADR(10)=||Main St|||||"},
-        LossCase{"labels_that_need_quoted_printable",
-                 {},
-                 [](CContact& c) {
-                   const std::uint32_t code =
-                       CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(Chess club)");
-                   c.NewOrg("Acme", nullptr, nullptr, nullptr, code);
-                   c.NewMessengerID("me", code, 0);
-                   c.NewEmail("a@b", kEmailTypeCustom, 0, Label(u"My mail"));
-                   c.NewAddress("Main St", kAddressTypeCustom, 0, Label(u"Work (old) place"));
-                 },
-                 "EMAIL(10)=a@b; ADR(10,label=Work (old)=||Main St|||||; "
-                 "ORG(10000004)=Acme||; IM(10000005)=me"},
-        LossCase{"quoted_printable_address_label_keeps_the_label_only",
-                 {},
-                 [](CContact& c) {
-                   c.NewAddress("Main St", kAddressTypeCustom | kAddressTypeWork, 0,
-                                Label(u"Summer house"));
-                   c.NewAddress("Side St", kAddressTypeCustom | kAddressTypeWork, 1, nullptr);
-                 },
-                 "ADR(10,label=Summer house)=||Main St|||||; ADR(2)=||Side St|||||"},
-        // The parameters say quoted-printable, the text is not: the reader
-        // decodes "=42" and drops the '=' of "=v2"; "=de" makes a byte that
-        // is no UTF-8, and the address reads back empty.
-        LossCase{"url_as_it_is_with_an_equals_sign",
-                 {false, false, true, 0},
-                 [](CContact& c) {
-                   c.NewURL("http://x.org/?id=42&k=v2", kURLTypeHome, 0);
-                   c.NewURL("http://x.org/?c=de", kURLTypeWork, 1);
-                 },
-                 "URL(1)=http://x.org/?idB&kv2; URL(2)="}};
-  for (const LossCase& c : cases) {
+  const struct {
+    const char* name;
+    std::function<void(CContact&)> fill;
+    const char* readBack;  // Describe() of the contact read back
+  } cases[] = {
+      // Account name and type, revision, LMT and extension have no line;
+      // nor have empty values, blood type 7, empty photos, empty further
+      // organization lines, birthday type 3; a missing assistant number
+      // reads back empty.
+      {"what_has_no_line", [](CContact& c) {
+        c.SetAccountName(u"me@example.com");
+        c.SetAccountType(u"com.google");
+        c.SetLastRevision(MakeDateComponents(2020, 1, 2, 3, 4, 5));
+        c.setLMT(u"20200102T030405Z");
+        c.SetExtension(u"77");
+        c.setAssistant(u"Ann");
+        c.SetFName(u"");
+        c.SetNickNames({u""});
+        c.NewAddress(nullptr, kAddressTypeHome, 0);
+        c.NewOrg(nullptr, nullptr, nullptr, nullptr, kOrganizationTypeWork);
+        c.NewOrg("Acme", nullptr, nullptr, nullptr, 0)->Additional() = {u"", u"Lab"};
+        c.NewNotes("", 0);
+        c.SetBloodType(7);
+        c.SetPhotoData(Bytes{});
+        c.SetBirthDate(Day(2001, 2, 3));
+        c.SetBirthDateType(3);
+      }, "BDAY=2001-2-3/0; ORG(0)=Acme|||+Lab; ASSISTANT=Ann; ASSISTANT#="},
+      {"a_pref_type_equal_to_a_label_code_takes_the_label", [](CContact& c) {
+        // Reading this label registers code 0x10000001, which is also PREF
+        // with HOME: the e-mail is written with the label the second time.
+        c.NewAddress("Main St", kAddressTypeCustom, 0, Label(u"Summer house"));
+        c.NewEmail("a@b", kEmailTypePref | kEmailTypeHome, 0);
+      }, "EMAIL(10000001)=a@b; ADR(10,label=Summer house)=||Main St|||||"},
+      {"plain_labels_come_back_as_the_custom_bit_alone", [](CContact& c) {
+        c.NewEmail("a@b", kEmailTypeCustom, 0, Label(u"Private"));
+        c.NewAddress("Main St", kAddressTypeCustom | kAddressTypeHome, 0, Label(u"Cottage"));
+      }, "EMAIL(10)=a@b; ADR(10)=||Main St|||||"},
+      {"labels_that_need_quoted_printable", [](CContact& c) {
+        const std::uint32_t code = CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(Chess club)");
+        c.NewOrg("Acme", nullptr, nullptr, nullptr, code);
+        c.NewMessengerID("me", code, 0);
+        c.NewEmail("a@b", kEmailTypeCustom, 0, Label(u"My mail"));
+        c.NewAddress("Main St", kAddressTypeCustom, 0, Label(u"Work (old) place"));
+      }, "EMAIL(10)=a@b; ADR(10,label=Work (old)=||Main St|||||; ORG(10000004)=Acme||; IM(10000005)=me"},
+      {"quoted_printable_address_label_keeps_the_label_only", [](CContact& c) {
+        c.NewAddress("Main St", kAddressTypeCustom | kAddressTypeWork, 0, Label(u"Summer house"));
+        c.NewAddress("Side St", kAddressTypeCustom | kAddressTypeWork, 1, nullptr);
+      }, "ADR(10,label=Summer house)=||Main St|||||; ADR(2)=||Side St|||||"},
+      // The parameters say quoted-printable, the text is not: the reader
+      // decodes "=42" and drops the '=' of "=v2"; "=de" makes a byte that
+      // is no UTF-8, and the address reads back empty.
+      {"url_as_it_is_with_an_equals_sign", [](CContact& c) {
+        vCard::URLNotQPEncode(true);
+        c.NewURL("http://x.org/?id=42&k=v2", kURLTypeHome, 0);
+        c.NewURL("http://x.org/?c=de", kURLTypeWork, 1);
+      }, "URL(1)=http://x.org/?idB&kv2; URL(2)="}};
+  for (const auto& c : cases) {
     ScopedWriterDefaults::Reset();
-    Apply(c.options);
     CContact original(u"Contact");
     c.fill(original);
-    const std::string text = Generated(original, c.options.phoneStyle);
+    const std::string text = Generated(original);
     EXPECT_EQ(Describe(*Read(text)), c.readBack) << c.name << "\n" << text;
   }
-}
-
-// ORG and X-IM register the parameter name as their label, and the name of
-// "X-CUSTOM(CHARSET=UTF-8,...)" ends at its first '=': the second time, the
-// label is "CHARSET".
-TEST(round_trip_case, an_organization_label_that_needs_quoted_printable_becomes_charset) {
-  const ScopedWriterDefaults defaults;
-  CContact contact(u"Contact");
-  const std::uint32_t code =
-      CCustomType::Inst().ConvertCustomTypeFromString(u"X-CUSTOM(Chess club)");
-  contact.NewOrg("Acme", nullptr, nullptr, nullptr, code);
-  contact.NewMessengerID("me", code, 0);
-  EXPECT_EQ(Generated(*Read(Generated(contact))),
-            "BEGIN:VCARD\r\nVERSION:2.1\r\nORG;X-CUSTOM(CHARSET):Acme;;\r\n"
-            "X-IM;X-CUSTOM(CHARSET):me\r\nEND:VCARD\r\n");
 }
 
 // A quoted-printable address label long enough for a soft line break: the
@@ -235,34 +166,12 @@ TEST(round_trip_case, a_long_address_label_alternates_between_two_forms) {
   const ScopedWriterDefaults defaults;
   const ScopedAssertionHandler handler(ThrowingAssertionHandler);
   CContact contact(u"Contact");
-  contact.NewAddress("Lane 1", kAddressTypeCustom, 0,
-                     Label(u"Summe" + String(50, u'\u000E') + u"r house"));
+  contact.NewAddress("Lane 1", kAddressTypeCustom, 0, Label(u"Summe" + String(50, u'\u000E') + u"r house"));
   const std::string first = Generated(contact, 0);
   const std::string second = Generated(*Read(first), 0);
   const std::string third = Generated(*Read(second), 0);
   EXPECT_NE(second, first);
   EXPECT_EQ(third, first);
-}
-
-// X-ASSISTANT is always escaped: a name that ends in a backslash is written
-// with it doubled, and the reader, which looks back one character, takes
-// the separator after it for an escaped one. Every pass adds a backslash.
-// Found by the round-trip fuzzer.
-TEST(round_trip_case, an_assistant_ending_in_a_backslash_never_settles) {
-  const ScopedWriterDefaults defaults;
-  CContact contact(u"Contact");
-  contact.setAssistant(u"O\\");
-  std::string text = Generated(contact, 0);
-  std::vector<std::string> lines;
-  for (int pass = 0; pass < 4; ++pass) {
-    const std::size_t at = text.find("X-ASSISTANT:");
-    ASSERT_NE(at, std::string::npos) << text;
-    lines.push_back(text.substr(at, text.find('\r', at) - at));
-    text = Generated(*Read(text), 0);
-  }
-  EXPECT_EQ(lines, (std::vector<std::string>{"X-ASSISTANT:O\\\\;", "X-ASSISTANT:O\\\\\\;;",
-                                             "X-ASSISTANT:O\\\\\\\\;",
-                                             "X-ASSISTANT:O\\\\\\\\\\;;"}));
 }
 
 // A backslash in a name part eats one character per pass, through the
@@ -277,17 +186,13 @@ TEST(round_trip_case, underscores_grow_the_text_a_backslash_then_eats) {
   const std::string card =
       "BEGIN:VCARD\r\nVERSION:2.1\r\nN:a\\bc d" + std::string(100, '_') + "\r\nEND:VCARD\r\n";
   std::string text = Generated(*Read(card), 0);
-  const std::size_t first = text.size();
-  std::size_t largest = first;
+  EXPECT_EQ(text.size(), 198u);
+  std::size_t largest = 0;
   int passes = 1;
-  for (;;) {
-    std::string next = Generated(*Read(text), 0);
-    if (next == text) break;
+  for (std::string next; passes < 1000 && (next = Generated(*Read(text), 0)) != text; ++passes) {
     largest = std::max(largest, next.size());
     text = std::move(next);
-    ASSERT_LT(++passes, 1000);
   }
-  EXPECT_EQ(first, 198u);
   EXPECT_EQ(largest, 406u);
   EXPECT_EQ(passes, 306);
   EXPECT_EQ(text, "BEGIN:VCARD\r\nVERSION:2.1\r\nN:a\\;;;;;;;\r\nEND:VCARD\r\n");

@@ -39,20 +39,12 @@ namespace {
 
 TEST(vcard_example, adds_the_number_and_writes_the_card_back) {
   const std::optional<std::string> card = AddOfficeNumber(
-      "BEGIN:VCARD\r\n"
-      "VERSION:2.1\r\n"
-      "N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCller;J=C3=BCrgen;;;\r\n"
-      "TEL;CELL:0170 1234567\r\n"
-      "X-IRMC-LUID:000001\r\n"
-      "END:VCARD\r\n");
+      "BEGIN:VCARD\r\nVERSION:2.1\r\nN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCller;J=C3=BCrgen;;;\r\n"
+      "TEL;CELL:0170 1234567\r\nX-IRMC-LUID:000001\r\nEND:VCARD\r\n");
   ASSERT_TRUE(card);
   EXPECT_EQ(*card,
-            "BEGIN:VCARD\r\n"
-            "VERSION:2.1\r\n"
-            "N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCller;J=C3=BCrgen;;;;;;\r\n"
-            "TEL;CELL:0170 1234567\r\n"
-            "TEL;WORK;VOICE:+49 30 1234567\r\n"
-            "END:VCARD\r\n");
+            "BEGIN:VCARD\r\nVERSION:2.1\r\nN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCller;J=C3=BCrgen;;;;;;\r\n"
+            "TEL;CELL:0170 1234567\r\nTEL;WORK;VOICE:+49 30 1234567\r\nEND:VCARD\r\n");
 }
 
 TEST(vcard_example, gives_nothing_for_text_the_tokenizer_rejects) {

@@ -6,9 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,13 +18,45 @@
 #include "phonepim/vcard/vCard.h"
 #include "phonepim/versit/vObject.h"
 
-namespace phonepim::testing_vcard {
+// The codec's options and the custom-label table are process-wide: every
+// test starts from the defaults and an empty table and leaves them so.
+namespace phonepim::testing_support {
 
-/// The bytes of tests/data/vcard/`name`.
-inline std::string DataFile(const std::string& name) {
-  std::ifstream in(std::string(PHONEPIM_SOURCE_DIR) + "/tests/data/vcard/" + name, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+class ScopedWriterDefaults {
+ public:
+  ScopedWriterDefaults() { Reset(); }
+  ~ScopedWriterDefaults() { Reset(); }
+  ScopedWriterDefaults(const ScopedWriterDefaults&) = delete;
+  ScopedWriterDefaults& operator=(const ScopedWriterDefaults&) = delete;
+
+  static void Reset() {
+    vCard::NonstandardEscChar(false);
+    vCard::UseReadingLastName(false);
+    vCard::URLNotQPEncode(false);
+    vCard::LenientReading(false);
+    CCustomType::Inst().DeleteAllItem();
+  }
+};
+
+/// The text a writer appends to an empty string.
+template <class Writer>
+String Written(Writer writer) {
+  String out;
+  writer(out);
+  return out;
 }
+
+/// The bytes of a vObject as text (the writer stores UTF-8).
+inline std::string BytesOf(const vObject& object) {
+  const auto* data = object.object()->GetData();
+  return data == nullptr ? std::string()
+                         : std::string(reinterpret_cast<const char*>(data),
+                                       object.object()->GetSize());
+}
+
+}  // namespace phonepim::testing_support
+
+namespace phonepim::testing_vcard {
 
 inline vObject MakeObject(std::string_view text) {
   vObject object;
@@ -49,17 +80,11 @@ inline std::unique_ptr<CContact> Read(std::string_view text, const String& kind 
 inline std::string Generated(const CContact& contact, int phoneStyle = 0) {
   vObject object;
   vCard::Generate(&contact, &object, phoneStyle);
-  const auto* data = object.object()->GetData();
-  return data == nullptr ? std::string()
-                         : std::string(reinterpret_cast<const char*>(data), object.object()->GetSize());
+  return testing_support::BytesOf(object);
 }
 
 inline DateComponents Day(std::int64_t year, std::int64_t month, std::int64_t day) {
-  DateComponents date;
-  date.year = year;
-  date.month = month;
-  date.day = day;
-  return date;
+  return {.year = year, .month = month, .day = day};
 }
 
 inline std::shared_ptr<const String> Label(String text) {
@@ -140,15 +165,16 @@ inline std::string Describe(const CContact& c) {
   auto label = [](const std::shared_ptr<const String>& l) {
     return l ? ",label=" + ToDisplayUTF8(*l) : std::string();
   };
+  auto joined = [](std::initializer_list<const String*> parts) {
+    std::string out;
+    for (const String* part : parts) out += "|" + ToDisplayUTF8(*part);
+    return out.substr(1);
+  };
   text("FN", c.FName());
-  if (!c.Name().IsEmpty()) {
-    std::string parts = ToDisplayUTF8(c.Name().Family());
-    for (const String* part : {&c.Name().Given(), &c.Name().Middle(), &c.Name().Prefix(),
-                               &c.Name().Suffix(), &c.Name().Phonetic_Family(),
-                               &c.Name().Phonetic_Given(), &c.Name().Phonetic_Middle()}) {
-      parts += "|" + ToDisplayUTF8(*part);
-    }
-    item("N", parts);
+  const CName& n = c.Name();
+  if (!n.IsEmpty()) {
+    item("N", joined({&n.Family(), &n.Given(), &n.Middle(), &n.Prefix(), &n.Suffix(),
+                      &n.Phonetic_Family(), &n.Phonetic_Given(), &n.Phonetic_Middle()}));
   }
   for (const String& nickname : c.NickNames()) item("NICK", ToDisplayUTF8(nickname));
   text("RF", c.RFName());
@@ -169,20 +195,16 @@ inline std::string Describe(const CContact& c) {
   }
   for (int i = 0; i < c.GetAddressCount(); ++i) {
     const CPostalAddress* a = c.GetAddress(i);
-    std::string parts = ToDisplayUTF8(a->POBox());
-    for (const String* part : {&a->ExtAddr(), &a->Street(), &a->Locality(), &a->Region(),
-                               &a->PostalCode(), &a->Country(), &a->Neighbor()}) {
-      parts += "|" + ToDisplayUTF8(*part);
-    }
-    item("ADR(" + Hex(a->Type()) + label(a->Label()) + ")", parts);
+    item("ADR(" + Hex(a->Type()) + label(a->Label()) + ")",
+         joined({&a->POBox(), &a->ExtAddr(), &a->Street(), &a->Locality(), &a->Region(),
+                 &a->PostalCode(), &a->Country(), &a->Neighbor()}));
   }
   for (int i = 0; i < c.GetNotesCount(); ++i) item("NOTE", ToDisplayUTF8(c.GetNotes(i)->GetNote()));
   text("TITLE", c.Title());
   text("ROLE", c.Role());
   for (int i = 0; i < c.GetOrgCount(); ++i) {
     const COrganization* o = c.GetOrg(i);
-    std::string parts = ToDisplayUTF8(o->Name()) + "|" + ToDisplayUTF8(o->Unit()) + "|" +
-                        ToDisplayUTF8(o->Position());
+    std::string parts = joined({&o->Name(), &o->Unit(), &o->Position()});
     for (const String& line : o->Additional()) parts += "|+" + ToDisplayUTF8(line);
     item("ORG(" + Hex(o->Type()) + ")", parts);
   }
@@ -206,13 +228,12 @@ inline std::string Describe(const CContact& c) {
     const CMessengerID* m = c.GetMessengerID(i);
     item("IM(" + Hex(m->GetType()) + ")", ToDisplayUTF8(m->GetMessengerID()));
   }
-  std::string speedDial;
-  bool anySpeedDial = false;
-  for (std::int32_t slot : c.SpeedDial()) {
-    speedDial += (speedDial.empty() ? "" : ",") + std::to_string(slot);
-    anySpeedDial = anySpeedDial || slot != -1;
+  const auto& slots = c.SpeedDial();
+  if (std::any_of(slots.begin(), slots.end(), [](std::int32_t slot) { return slot != -1; })) {
+    std::string speedDial;
+    for (std::int32_t slot : slots) speedDial += "," + std::to_string(slot);
+    item("SPEED", speedDial.substr(1));
   }
-  if (anySpeedDial) item("SPEED", speedDial);
   text("ACCOUNT", c.Account());
   text("ACCOUNT-N", c.AccountName());
   text("ACCOUNT-TYPE", c.AccountType());
@@ -229,41 +250,3 @@ inline std::string Describe(const CContact& c) {
 }
 
 }  // namespace phonepim::testing_vcard
-
-// The codec's options and the custom-label table are process-wide: every
-// test starts from the defaults and an empty table and leaves them so.
-namespace phonepim::testing_support {
-
-class ScopedWriterDefaults {
- public:
-  ScopedWriterDefaults() { Reset(); }
-  ~ScopedWriterDefaults() { Reset(); }
-  ScopedWriterDefaults(const ScopedWriterDefaults&) = delete;
-  ScopedWriterDefaults& operator=(const ScopedWriterDefaults&) = delete;
-
-  static void Reset() {
-    vCard::NonstandardEscChar(false);
-    vCard::UseReadingLastName(false);
-    vCard::URLNotQPEncode(false);
-    vCard::LenientReading(false);
-    CCustomType::Inst().DeleteAllItem();
-  }
-};
-
-/// The text a writer appends to an empty string.
-template <class Writer>
-String Written(Writer writer) {
-  String out;
-  writer(out);
-  return out;
-}
-
-/// The bytes of a vObject as text (the writer stores UTF-8).
-inline std::string BytesOf(const vObject& object) {
-  const auto* data = object.object()->GetData();
-  return data == nullptr ? std::string()
-                         : std::string(reinterpret_cast<const char*>(data),
-                                       object.object()->GetSize());
-}
-
-}  // namespace phonepim::testing_support
