@@ -74,7 +74,7 @@ TEST(tokenize, splits_at_the_first_delimiter_byte) {
   };
   for (const auto& r : rows) {
     String next = u"not written";
-    EXPECT_EQ(std::pair{Tokenize(r.input, r.delimiters, &next), next}, std::pair(r.token, r.next)) << &r - rows;
+    EXPECT_EQ((std::pair{Tokenize(r.input, r.delimiters, &next), next}), std::pair(r.token, r.next)) << &r - rows;
     EXPECT_EQ(Tokenize(r.input, r.delimiters, nullptr), r.token) << &r - rows;
     // The remainder may be written over the receiver.
     String text = r.input;
