@@ -61,6 +61,21 @@ TEST(read_assertion, on_version_and_speed_dial_length) {
 std::vector<std::string> gLogged;
 void CaptureLog(std::string_view message) { gLogged.emplace_back(message); }
 
+// Under a throwing handler the version assertion is passed on in preference
+// to the tokenizer's later rejection of "TEL;:".
+TEST(read_with_throwing_assertions, passes_the_failure_on_after_the_tokenizer) {
+  const ScopedAssertionHandler throwing(&ThrowingAssertionHandler);
+  CContact contact(u"Contact");
+  try {
+    ParseCode(&contact, "BEGIN:VCARD\r\nFN:A\r\nVERSION:3.0\r\nTITLE:B\r\nTEL;:1\r\n");
+    ADD_FAILURE() << "no exception";
+  } catch (const AssertionFailure& failure) {
+    EXPECT_EQ(std::pair(failure.text(), failure.function()),
+              std::pair(std::string("_strnicmp(data, \"2.1\", len) == 0"), std::string("vCardDataHandler")));
+  }
+  EXPECT_EQ(Describe(contact), "FN=A");
+}
+
 // A null object reads as an empty one, and fields the card does not mention
 // stay; without a contact there is nowhere to store the first value.
 TEST(read_null, object_reads_as_empty_and_contact_fails_the_assertion_at_the_first_value) {
