@@ -1,5 +1,5 @@
-// A fresh folder under the system's temporary folder for one benchmark run,
-// removed with everything in it when the run ends.
+// A fresh folder under the system's temporary folder for one benchmark run
+// or one test, removed with everything in it when it ends.
 #pragma once
 
 #include <stdlib.h>
@@ -15,7 +15,7 @@ class ScratchFolder {
  public:
   ScratchFolder() {
     std::string pattern =
-        (std::filesystem::temp_directory_path() / "phonepim-bench-XXXXXX").string();
+        (std::filesystem::temp_directory_path() / "phonepim-XXXXXX").string();
     if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
     path_ = pattern;
   }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <cstdio>
 #include <fstream>
@@ -12,27 +11,12 @@
 
 #include "phonepim/mapping/ContactIDMappingTable.h"
 #include "phonepim/platform/Log.h"
+#include "../../bench/ScratchFolder.h"
 
 namespace phonepim::testing_support {
 
-/// A fresh folder under the system's temporary folder, removed afterwards.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "phonepim-mapping-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
-  }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+// The benchmarks' scratch folder: one class for both.
+using ScratchFolder = bench::ScratchFolder;
 
 /// Records every log message while alive, with the debug switch set as given.
 struct LogRecorder {
